@@ -1,0 +1,43 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include <QString>
+
+#include <Vk_DocQuery/Object.h>
+
+namespace Vk_DocQuery {
+
+/// Where suppliers enter the classes that the library creates by name. Class names compare without
+/// regard to case. The registry serves the whole process and may be used from any thread.
+///
+/// Names the library asks for:
+///   "Vk_Records.VkTemplate", "Vk_Records.VkTemplType", "Vk_Records.VkAccStream",
+///   "Vk_Records.VkPerson", "Vk_Records.VkRecFactory" (Records.h, Providers.h),
+///   "Vk_DBProvider.BlankQueries", "Vk_DBProvider.DBQAccStream", "Vk_DBProvider.PersonQueries",
+///   "Vk_Lib.FilesLibrary" (Providers.h),
+///   "Vk_Errors.VkErrorHandler", "Vk_SplashWindow.SplashWindow" (HostServices.h, both optional).
+class VK_DOCQUERY_EXPORT ClassRegistry {
+public:
+    using Factory = std::function<std::shared_ptr<Object>()>;
+
+    /// Enters a class, or puts another factory in place of the one entered before.
+    static void Register(const QString &aClass, Factory aFactory);
+    /// Takes a class out; a name that is not entered is no failure.
+    static void Unregister(const QString &aClass);
+    static bool IsRegistered(const QString &aClass);
+
+    /// Makes an object of the class on the machine aServer; empty is this one, the only one there is.
+    /// Raises ClassNotCreatable if the name is not entered, if a server is named, or if the factory
+    /// gives nothing; a failure of the factory is passed on.
+    static std::shared_ptr<Object> Create(const QString &aClass, const QString &aServer = QString());
+};
+
+/// Enters a class with a default constructor.
+template <class Class>
+void RegisterClass(const QString &aClass) {
+    ClassRegistry::Register(aClass, [] { return std::make_shared<Class>(); });
+}
+
+}  // namespace Vk_DocQuery

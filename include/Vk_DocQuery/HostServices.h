@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+
+#include <Vk_DocQuery/Object.h>
+
+namespace Vk_DocQuery {
+
+/// The host's common error window, optional. Class name "Vk_Errors.VkErrorHandler". Without it
+/// failures are shown in a plain message box.
+class VK_DOCQUERY_EXPORT VkErrorHandler : public Object {
+public:
+    ~VkErrorHandler() override;
+    /// aText is the chain of entries and the text of the failure, aExtra is empty.
+    virtual void ErrorMsgBox(const QString &aText, const QString &aSource, qint32 aNumber,
+                             const QString &aExtra) = 0;
+};
+
+/// The host's splash window, optional. Class name "Vk_SplashWindow.SplashWindow". It is asked to go
+/// before a failure is shown.
+class VK_DOCQUERY_EXPORT SplashWindow : public Object {
+public:
+    ~SplashWindow() override;
+    virtual void CloseSplashImmediately() = 0;
+};
+
+/// Says that nobody sits before the screen: failures are then not shown. Off on start.
+VK_DOCQUERY_EXPORT void SetRunningUnattended(bool aUnattended);
+VK_DOCQUERY_EXPORT bool IsRunningUnattended();
+
+}  // namespace Vk_DocQuery

@@ -1,0 +1,120 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include <QString>
+
+#include <Vk_DocQuery/Export.h>
+
+namespace Vk_DocQuery {
+
+/// The keys of a KeyedCollection: unique, compared without regard to case. Kept apart from the items
+/// so that the class template stays small.
+class VK_DOCQUERY_EXPORT KeyIndex {
+public:
+    KeyIndex();
+    KeyIndex(const KeyIndex &);
+    KeyIndex(KeyIndex &&) noexcept;
+    KeyIndex &operator=(const KeyIndex &);
+    KeyIndex &operator=(KeyIndex &&) noexcept;
+    ~KeyIndex();
+
+    /// Position of the key, or -1.
+    qsizetype Find(const QString &aKey) const;
+    /// Adds the key of the item at the end; an empty key stands for no key. Raises KeyAlreadyPresent.
+    void Append(const QString &aKey);
+    void RemoveAt(qsizetype aPosition);
+    void Clear();
+    void Reserve(qsizetype aCount);
+    const QString &KeyAt(qsizetype aPosition) const { return theKeys[static_cast<std::size_t>(aPosition)]; }
+
+private:
+    void Grow(std::size_t aSlots) const;
+    void FillSlots() const;
+
+    std::vector<QString> theKeys;
+    mutable std::vector<quint32> theSlots;  // open addressing, position + 1, 0 is free
+    mutable std::size_t theUsed = 0;
+    mutable bool theSlotsValid = true;
+};
+
+[[noreturn]] VK_DOCQUERY_EXPORT void RaiseKeyMissing(const QString &aKey);
+[[noreturn]] VK_DOCQUERY_EXPORT void RaiseSubscript(qsizetype aIndex);
+
+/// An ordered collection with optional unique text keys. Order is the order of adding.
+template <class Item>
+class KeyedCollection {
+public:
+    qsizetype Count() const noexcept { return static_cast<qsizetype>(theItems.size()); }
+    bool IsEmpty() const noexcept { return theItems.empty(); }
+
+    /// Adds behind the last item. An empty key adds without a key. Raises KeyAlreadyPresent.
+    void Add(Item aItem, const QString &aKey = QString()) {
+        theIndex.Append(aKey);
+        theItems.push_back(std::move(aItem));
+    }
+    /// Adds unless the key is there already; says whether it added.
+    bool AddIfAbsent(Item aItem, const QString &aKey) {
+        if (theIndex.Find(aKey) >= 0) return false;
+        Add(std::move(aItem), aKey);
+        return true;
+    }
+
+    /// Raises SubscriptOutOfRange. aIndex counts from 0.
+    const Item &At(qsizetype aIndex) const {
+        if (aIndex < 0 || aIndex >= Count()) RaiseSubscript(aIndex);
+        return theItems[static_cast<std::size_t>(aIndex)];
+    }
+    /// Raises InvalidArgument if the key is missing.
+    const Item &Fetch(const QString &aKey) const {
+        const Item *found = Find(aKey);
+        if (!found) RaiseKeyMissing(aKey);
+        return *found;
+    }
+    /// The item, or a null pointer.
+    const Item *Find(const QString &aKey) const {
+        const qsizetype position = theIndex.Find(aKey);
+        return position < 0 ? nullptr : &theItems[static_cast<std::size_t>(position)];
+    }
+    bool Contains(const QString &aKey) const { return theIndex.Find(aKey) >= 0; }
+    /// The key of the item, empty if it has none. Raises SubscriptOutOfRange.
+    const QString &KeyAt(qsizetype aIndex) const {
+        if (aIndex < 0 || aIndex >= Count()) RaiseSubscript(aIndex);
+        return theIndex.KeyAt(aIndex);
+    }
+
+    /// Raises InvalidArgument if the key is missing.
+    void Remove(const QString &aKey) {
+        const qsizetype position = theIndex.Find(aKey);
+        if (position < 0) RaiseKeyMissing(aKey);
+        RemoveAt(position);
+    }
+    /// Raises SubscriptOutOfRange.
+    void RemoveAt(qsizetype aIndex) {
+        if (aIndex < 0 || aIndex >= Count()) RaiseSubscript(aIndex);
+        theIndex.RemoveAt(aIndex);
+        theItems.erase(theItems.begin() + aIndex);
+    }
+    void Clear() {
+        theIndex.Clear();
+        theItems.clear();
+    }
+    void Reserve(qsizetype aCount) {
+        theIndex.Reserve(aCount);
+        theItems.reserve(static_cast<std::size_t>(aCount));
+    }
+
+    auto begin() const noexcept { return theItems.cbegin(); }
+    auto end() const noexcept { return theItems.cend(); }
+
+private:
+    std::vector<Item> theItems;
+    KeyIndex theIndex;
+};
+
+class Record;
+using RecordCollection = KeyedCollection<std::shared_ptr<Record>>;
+
+}  // namespace Vk_DocQuery

@@ -1,0 +1,145 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include <QTreeView>
+
+#include <Vk_DocQuery/Object.h>
+
+#include "controls/ImageList.h"
+
+namespace Vk_DocQuery {
+
+class ListView;
+
+/// A column of a ListView. Column 0 is the first and shows the row's main text, picture and check mark;
+/// the columns behind it show the row's cells.
+struct ListColumn {
+    int Index = 1;  ///< counted from 1, as headers count
+    QString Caption;
+    int Width = 0;  ///< twips; 0 hides the column
+    QString Key;    ///< empty: none
+    Qt::Alignment Alignment = Qt::AlignLeft;
+};
+
+/// A row of a ListView. The list owns its rows; a pointer stays good until the row is removed or the list
+/// is cleared.
+class ListRow {
+public:
+    const QString &Key() const;
+    const QString &Text() const;
+    void SetText(const QString &aText);
+    /// The record or other object that the row shows.
+    const std::shared_ptr<Object> &Tag() const;
+    void SetTag(std::shared_ptr<Object> aTag);
+
+    /// Key of the picture in the list's small pictures; an empty text is no picture. Raises
+    /// InvalidArgument if pictures are attached to the list and the key is not among them.
+    void SetIcon(const QString &aKey);
+    const QString &Icon() const;
+
+    /// Cells are numbered as their columns, from 1. Writing a cell that is not there yet adds it.
+    void SetCell(int aCell, const QString &aText, const QString &aIcon = QString());
+    void SetCellText(int aCell, const QString &aText);
+    void SetCellIcon(int aCell, const QString &aIcon);
+    const QString &CellText(int aCell) const;
+    const QString &CellIcon(int aCell) const;
+    int CellCount() const;
+
+    bool IsChecked() const;
+    void SetChecked(bool aChecked);
+    bool IsSelected() const;
+    void SetSelected(bool aSelected);
+
+private:
+    friend class ListView;
+    friend class ListViewModel;
+};
+
+/// The list of all windows: rows with a key, a tag, a picture, cells, a check mark and a selected mark; a
+/// current row; sorting by a column; pictures by key; hit test.
+///
+/// It is a thin model over a vector of rows. A fill makes no widget and no model item per row; texts are
+/// shared with whoever gave them; sort keys are made once per fill and column. Sorting is put off until
+/// somebody asks for the order or the list is painted, so that any number of changes costs one sort.
+class ListView : public QTreeView {
+    Q_OBJECT
+
+public:
+    explicit ListView(QWidget *aParent = nullptr);
+    ~ListView() override;
+
+    // Columns.
+    void ClearColumns();
+    void AddColumn(const QString &aCaption, int aWidthTwips, const QString &aKey = QString(),
+                   Qt::Alignment aAlignment = Qt::AlignLeft);
+    int ColumnCount() const;
+    /// aPosition counts from 0.
+    ListColumn Column(int aPosition) const;
+    /// Raises InvalidArgument if no column has the key.
+    int ColumnPosition(const QString &aKey) const;
+    void SetColumnWidth(int aPosition, int aWidthTwips);
+
+    // Rows, in the order in which they stand at that moment.
+    int RowCount() const;
+    /// Raises SubscriptOutOfRange. aPosition counts from 0.
+    ListRow *Row(int aPosition) const;
+    /// Null if there is none.
+    ListRow *RowByKey(const QString &aKey) const;
+    /// Adds at the end or before aBefore; while the list is sorted the row goes where the order puts it.
+    /// Raises KeyAlreadyPresent; an empty key is no key.
+    ListRow *AddRow(const QString &aKey, ListRow *aBefore = nullptr);
+    /// Raises InvalidArgument if no row has the key.
+    void RemoveRow(const QString &aKey);
+    void ClearRows();
+    /// Room for that many rows, for a fill whose size is known.
+    void ReserveRows(int aCount);
+    int PositionOf(const ListRow *aRow) const;
+
+    // The sort state. Cells sort as texts by a Russian collator without regard to case; equal rows keep
+    // the order in which they stood.
+    bool IsSorted() const;
+    void SetSorted(bool aSorted);
+    qint16 SortKey() const;
+    void SetSortKey(qint16 aColumn);
+    /// 0 ascending, 1 descending.
+    qint32 SortOrder() const;
+    void SetSortOrder(qint32 aOrder);
+
+    // Behaviour.
+    /// Null shows no pictures. The list keeps the reference.
+    void SetSmallIcons(std::shared_ptr<const ImageList> aPictures);
+    void SetCheckBoxes(bool aOn);
+    void SetMultiSelect(bool aOn);
+
+    // Current row and selection. The current row is what the focus frame stands on; setting it by
+    // SetSelectedItem also gives it the selected mark.
+    ListRow *SelectedItem() const;
+    /// Null takes the current row away.
+    void SetSelectedItem(ListRow *aRow);
+    /// Rows with the selected mark, in row order.
+    std::vector<ListRow *> SelectedRows() const;
+    void UnselectAll();
+    void EnsureVisible(ListRow *aRow);
+
+    // Places, in pixels of the viewport.
+    ListRow *HitTest(QPoint aPoint) const;
+    ListRow *FirstVisible() const;
+    QRect RowRect(const ListRow *aRow) const;
+
+signals:
+    /// A header was clicked with the mouse or by key.
+    void ColumnClick(const Vk_DocQuery::ListColumn &aColumn);
+    /// A row was clicked.
+    void ItemClick(Vk_DocQuery::ListRow *aRow);
+    /// The list was clicked, on a row or beside the rows.
+    void Click();
+    /// The pointer moved over the rows, in pixels of the viewport.
+    void MouseMove(QPoint aPoint);
+    void DblClick();
+    /// The user changed a check mark.
+    void ItemCheck(Vk_DocQuery::ListRow *aRow);
+};
+
+}  // namespace Vk_DocQuery

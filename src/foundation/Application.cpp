@@ -1,0 +1,29 @@
+#include "foundation/Application.h"
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QTranslator>
+
+#include <Vk_DocQuery/Failure.h>
+
+namespace Vk_DocQuery {
+
+void EnsureApplication() {
+    if (qobject_cast<QApplication *>(QCoreApplication::instance())) return;
+    if (QCoreApplication::instance()) {
+        throw Failure(InvalidArgument, QStringLiteral("QCoreApplication"),
+                      QStringLiteral("Окна показать нельзя: в программе создан объект приложения без "
+                                     "поддержки окон."));
+    }
+    static int count = 1;
+    static char name[] = "Vk_DocQuery";
+    static char *arguments[] = {name, nullptr};
+    static auto *application = new QApplication(count, arguments);  // never released, as the slots of
+                                                                    // the accessors are not
+    static QTranslator translator;
+    if (translator.load(QStringLiteral("qtbase_ru"),
+                        QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        application->installTranslator(&translator);
+}
+
+}  // namespace Vk_DocQuery

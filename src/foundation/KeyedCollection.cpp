@@ -1,0 +1,117 @@
+#include <QHash>
+
+#include <Vk_DocQuery/Failure.h>
+#include <Vk_DocQuery/KeyedCollection.h>
+
+namespace Vk_DocQuery {
+
+namespace {
+
+constexpr std::size_t theFirstSlots = 16;
+
+std::size_t HashOf(const QString &aKey) {
+    std::size_t hash = 14695981039346656037U;
+    for (const QChar character : aKey) {
+        const char16_t unit = character.unicode();
+        hash ^= unit < 0x80 ? static_cast<char16_t>(unit >= u'A' && unit <= u'Z' ? unit + 32 : unit)
+                            : character.toCaseFolded().unicode();
+        hash *= 1099511628211U;
+    }
+    return hash ^ (hash >> 32U);
+}
+
+bool SameKey(const QString &aLeft, const QString &aRight) {
+    return aLeft.compare(aRight, Qt::CaseInsensitive) == 0;
+}
+
+}  // namespace
+
+void RaiseKeyMissing(const QString &aKey) {
+    throw Failure(InvalidArgument, QStringLiteral("KeyedCollection"),
+                  QStringLiteral("В коллекции нет элемента с ключом \"%1\".").arg(aKey));
+}
+
+void RaiseSubscript(qsizetype aIndex) {
+    throw Failure(SubscriptOutOfRange, QStringLiteral("KeyedCollection"),
+                  QStringLiteral("Индекс вне допустимого диапазона: %1.").arg(aIndex));
+}
+
+KeyIndex::KeyIndex() = default;
+KeyIndex::KeyIndex(const KeyIndex &) = default;
+KeyIndex::KeyIndex(KeyIndex &&) noexcept = default;
+KeyIndex &KeyIndex::operator=(const KeyIndex &) = default;
+KeyIndex &KeyIndex::operator=(KeyIndex &&) noexcept = default;
+KeyIndex::~KeyIndex() = default;
+
+qsizetype KeyIndex::Find(const QString &aKey) const {
+    if (aKey.isEmpty()) return -1;
+    if (!theSlotsValid) FillSlots();
+    if (theSlots.empty()) return -1;
+    const std::size_t mask = theSlots.size() - 1;
+    for (std::size_t slot = HashOf(aKey) & mask; theSlots[slot] != 0; slot = (slot + 1) & mask) {
+        const std::size_t position = theSlots[slot] - 1;
+        if (SameKey(theKeys[position], aKey)) return static_cast<qsizetype>(position);
+    }
+    return -1;
+}
+
+void KeyIndex::Append(const QString &aKey) {
+    if (aKey.isEmpty()) {
+        theKeys.emplace_back();
+        return;
+    }
+    if (!theSlotsValid) FillSlots();
+    if ((theUsed + 1) * 2 > theSlots.size()) Grow((theUsed + 1) * 4);
+    const std::size_t mask = theSlots.size() - 1;
+    std::size_t slot = HashOf(aKey) & mask;
+    for (; theSlots[slot] != 0; slot = (slot + 1) & mask) {
+        if (SameKey(theKeys[theSlots[slot] - 1], aKey)) {
+            throw Failure(KeyAlreadyPresent, QStringLiteral("KeyedCollection"),
+                          QStringLiteral("Ключ \"%1\" уже есть в коллекции.").arg(aKey));
+        }
+    }
+    theKeys.push_back(aKey);
+    theSlots[slot] = static_cast<quint32>(theKeys.size());
+    ++theUsed;
+}
+
+void KeyIndex::RemoveAt(qsizetype aPosition) {
+    theKeys.erase(theKeys.begin() + aPosition);
+    theSlotsValid = false;  // positions have moved; the next look-up files them anew
+}
+
+void KeyIndex::Clear() {
+    theKeys.clear();
+    theSlots.clear();
+    theUsed = 0;
+    theSlotsValid = true;
+}
+
+void KeyIndex::Reserve(qsizetype aCount) {
+    theKeys.reserve(static_cast<std::size_t>(aCount));
+    if (static_cast<std::size_t>(aCount) * 2 > theSlots.size())
+        Grow(static_cast<std::size_t>(aCount) * 2);
+}
+
+void KeyIndex::Grow(std::size_t aSlots) const {
+    std::size_t count = theFirstSlots;
+    while (count < aSlots) count *= 2;
+    theSlots.assign(count, 0);
+    FillSlots();
+}
+
+void KeyIndex::FillSlots() const {
+    std::fill(theSlots.begin(), theSlots.end(), 0U);
+    theUsed = 0;
+    const std::size_t mask = theSlots.size() - 1;
+    for (std::size_t position = 0; position < theKeys.size(); ++position) {
+        if (theKeys[position].isEmpty()) continue;
+        std::size_t slot = HashOf(theKeys[position]) & mask;
+        while (theSlots[slot] != 0) slot = (slot + 1) & mask;
+        theSlots[slot] = static_cast<quint32>(position + 1);
+        ++theUsed;
+    }
+    theSlotsValid = true;
+}
+
+}  // namespace Vk_DocQuery

@@ -1,0 +1,121 @@
+#include "foundation/mVkGraphLight.h"
+
+#include <cmath>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QGuiApplication>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScreen>
+
+#include "foundation/Application.h"
+
+namespace Vk_DocQuery {
+
+namespace {
+
+constexpr double theTwipsPerInch = 1440.0;
+
+double PixelsPerInch() {
+    EnsureApplication();
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    return screen ? screen->logicalDotsPerInchX() : 96.0;
+}
+
+/// A box over the window that is up; texts are plain, so that a file name with "<" shows as it is.
+class Box : public QMessageBox {
+public:
+    Box(Icon aIcon, const QString &aText, const QString &aTitle)
+        : QMessageBox(aIcon, aTitle, aText, NoButton, Owner()) {
+        setTextFormat(Qt::PlainText);
+        setTextInteractionFlags(Qt::TextSelectableByMouse);
+    }
+
+    QPushButton *AddButton(StandardButton aButton, const QString &aCaption) {
+        QPushButton *button = addButton(aButton);
+        button->setText(aCaption);
+        return button;
+    }
+
+    void ShowWithOk() {
+        AddButton(Ok, QStringLiteral("OK"));
+        const NormalPointer pointer;
+        exec();
+    }
+
+private:
+    static QWidget *Owner() {
+        EnsureApplication();
+        QWidget *owner = QApplication::activeModalWidget();
+        return owner ? owner : QApplication::activeWindow();
+    }
+};
+
+}  // namespace
+
+NormalPointer::NormalPointer() { QGuiApplication::setOverrideCursor(Qt::ArrowCursor); }
+
+NormalPointer::~NormalPointer() { QGuiApplication::restoreOverrideCursor(); }
+
+void ShowWarningBox(const QString &aText, const QString &aTitle) {
+    Box(QMessageBox::Warning, aText, aTitle).ShowWithOk();
+}
+
+void ShowInfoBox(const QString &aText, const QString &aTitle) {
+    Box(QMessageBox::Information, aText, aTitle).ShowWithOk();
+}
+
+void ShowFailureBox(const QString &aText, const QString &aTitle) {
+    Box(QMessageBox::Critical, aText, aTitle).ShowWithOk();
+}
+
+bool AskYesNo(const QString &aText, const QString &aTitle, qint32 aFlags) {
+    Box box(QMessageBox::Question, aText, aTitle);
+    QPushButton *yes = box.AddButton(QMessageBox::Yes, QStringLiteral("&Да"));
+    QPushButton *no = box.AddButton(QMessageBox::No, QStringLiteral("&Нет"));
+    box.setDefaultButton((aFlags & theSecondButtonIsDefault) != 0 ? no : yes);
+    box.setEscapeButton(no);
+    const NormalPointer pointer;
+    box.exec();
+    return box.clickedButton() == yes;
+}
+
+qint32 GetTwipsPerPixel() {
+    static qint32 twips = 0;
+    if (twips < 1) twips = static_cast<qint32>(std::nearbyint(theTwipsPerInch / PixelsPerInch()));
+    return twips;
+}
+
+int PixelsFromTwips(int aTwips) {
+    return static_cast<int>(std::lround(aTwips * PixelsPerInch() / theTwipsPerInch));
+}
+
+int TwipsFromPixels(int aPixels) {
+    return static_cast<int>(std::lround(aPixels * theTwipsPerInch / PixelsPerInch()));
+}
+
+void EnableControl(QWidget &aControl, bool aEnabled, QWidget *aCompanion) {
+    aControl.setEnabled(aEnabled);
+    // The palette of the application, not that of the element, so that a change of the desktop's colours
+    // is followed at the next call.
+    const QPalette colours = QApplication::palette();
+    const QColor ground = colours.color(aEnabled ? QPalette::Active : QPalette::Disabled,
+                                        aEnabled ? QPalette::Base : QPalette::Button);
+    QPalette palette = aControl.palette();
+    palette.setColor(QPalette::Base, ground);
+    aControl.setPalette(palette);
+    if (aCompanion) aCompanion->setEnabled(aEnabled);
+}
+
+void SelectComboByData(QComboBox &aCombo, qint32 aData, int aDefaultIndex) {
+    const int index = aCombo.findData(aData);
+    aCombo.setCurrentIndex(index >= 0 ? index : aDefaultIndex);
+}
+
+qint32 GetComboData(const QComboBox &aCombo, qint32 aDefault) {
+    const QVariant data = aCombo.currentData();
+    return data.isValid() ? data.toInt() : aDefault;
+}
+
+}  // namespace Vk_DocQuery

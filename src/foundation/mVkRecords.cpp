@@ -1,0 +1,14 @@
+#include "foundation/mVkRecords.h"
+
+#include "foundation/Accessor.h"
+
+namespace Vk_DocQuery {
+
+VkRecFactory &GetRecFactory() try {
+    thread_local std::shared_ptr<VkRecFactory> slot;
+    return Accessed(slot, QStringLiteral("Vk_Records.VkRecFactory"));
+} catch (...) {
+    RaiseErrorUp("mVkRecords", "GetRecFactory");
+}
+
+}  // namespace Vk_DocQuery

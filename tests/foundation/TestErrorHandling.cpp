@@ -1,0 +1,334 @@
+#include <stdexcept>
+
+#include <QMessageBox>
+#include <QTest>
+
+#include <Vk_DocQuery/ClassRegistry.h>
+#include <Vk_DocQuery/HostServices.h>
+
+#include "foundation/mErrorHandling.h"
+#include "support/ModalDriver.h"
+#include "support/TestMain.h"
+
+using namespace Vk_DocQuery;
+using namespace VkTests;
+
+namespace {
+
+void Raising(qint32 aNumber, const char *aSource, const char *aDescription) {
+    throw Failure(aNumber, QString::fromUtf8(aSource), QString::fromUtf8(aDescription));
+}
+
+void Innermost() try { Raising(70, "S", "D"); } catch (...) {
+    RaiseErrorUp("VkDocQueryData", "ReadCollectedIDsFromXml");
+}
+void Second() try { Innermost(); } catch (...) { RaiseErrorUp("VkDocQueryData", "ReadFromXml"); }
+void Third() try { Second(); } catch (...) { RaiseErrorUp("VkDocQueryData", "ReadFromXmlFile"); }
+void Fourth() try { Third(); } catch (...) { RaiseErrorUp("miDocQuery", "AskFileAndLoadDocQuery"); }
+void Boundary() try { Fourth(); } catch (...) {
+    ReportErrorToUser("DocQueryOptionsFrm", "theLoad_Click");
+}
+
+/// What comes up out of a procedure whose body raises what aBody raises.
+template <class Body>
+Failure Raised(Body aBody, const char *aModule = "M", const char *aProc = "P") {
+    try {
+        try {
+            aBody();
+        } catch (...) {
+            RaiseErrorUp(aModule, aProc);
+        }
+    } catch (const Failure &failure) {
+        return failure;
+    }
+    return Failure(0, QString(), QStringLiteral("nothing was raised"));
+}
+
+void ReportOnce(const char *aProc, qint32 aFlags) {
+    try {
+        Raising(5, "", "D");
+    } catch (...) {
+        ReportErrorToUser("M", aProc, QString(), aFlags);
+    }
+}
+
+struct ShownError {
+    QString Text;
+    QString Source;
+    QString Extra;
+    qint32 Number = 0;
+};
+
+ShownError theShown;
+int theClosedSplashes = 0;
+bool theHandlerFails = false;
+
+class TestErrorHandler : public VkErrorHandler {
+public:
+    void ErrorMsgBox(const QString &aText, const QString &aSource, qint32 aNumber,
+                     const QString &aExtra) override {
+        theShown = {aText, aSource, aExtra, aNumber};
+        if (theHandlerFails) Raising(1, "handler", "fails");
+    }
+};
+
+class TestSplash : public SplashWindow {
+public:
+    void CloseSplashImmediately() override { ++theClosedSplashes; }
+};
+
+class FailingSplash : public SplashWindow {
+public:
+    void CloseSplashImmediately() override { Raising(1, "splash", "fails"); }
+};
+
+const QString theErrors = QStringLiteral("Vk_Errors.VkErrorHandler");
+const QString theSplash = QStringLiteral("Vk_SplashWindow.SplashWindow");
+const QString theBoxTitle = QStringLiteral("Сбой программы");
+
+}  // namespace
+
+class TestErrorHandling : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        theShown = ShownError();
+        theClosedSplashes = 0;
+        theHandlerFails = false;
+    }
+    void cleanup() {
+        ClassRegistry::Unregister(theErrors);
+        ClassRegistry::Unregister(theSplash);
+        SetRunningUnattended(false);
+    }
+
+    void ChainIsShownOutermostFirst() {
+        ModalDriver driver;
+        driver.ExpectBox(theBoxTitle,
+                         QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.theLoad_Click]\r\n"
+                                        "[Vk_DocQuery::miDocQuery.AskFileAndLoadDocQuery]\r\n"
+                                        "[Vk_DocQuery::VkDocQueryData.ReadFromXmlFile]\r\n"
+                                        "[Vk_DocQuery::VkDocQueryData.ReadFromXml]\r\n"
+                                        "[Vk_DocQuery::VkDocQueryData.ReadCollectedIDsFromXml]\r\n"
+                                        "[S]\r\n"
+                                        "D"),
+                         QStringLiteral("OK"));
+        Boundary();
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void NumberStaysAndSourceIsUsedUp() {
+        const Failure failure = Raised([] { Fourth(); }, "M5", "P5");
+        QCOMPARE(failure.Number(), 70);
+        QCOMPARE(failure.Source(), QString());
+        const QStringList lines = failure.Description().split(QStringLiteral("\r\n"));
+        QCOMPARE(lines.size(), 7);
+        QCOMPARE(lines.first(), QStringLiteral("[Vk_DocQuery::M5.P5]"));
+        QCOMPARE(lines.mid(5), QStringList({QStringLiteral("[S]"), QStringLiteral("D")}));
+    }
+
+    void EntryWithoutModuleOrProcedure() {
+        QCOMPARE(Raised([] { Raising(1, "", "D"); }, "", "P").Description(),
+                 QStringLiteral("[Vk_DocQuery::?.P]\r\nD"));
+        QCOMPARE(Raised([] { Raising(1, "", "D"); }, "M", "").Description(),
+                 QStringLiteral("[Vk_DocQuery::M]\r\nD"));
+    }
+
+    void LineNumberStandsInTheEntry() {
+        const Failure failure = Raised([] { throw Failure(1, QString(), QStringLiteral("D"), 42); });
+        QCOMPARE(failure.Description(), QStringLiteral("[Vk_DocQuery::M.P (42)]\r\nD"));
+    }
+
+    void DescriptionThatBeginsWithALineEnd_data() {
+        QTest::addColumn<QString>("description");
+        QTest::newRow("cr lf") << QStringLiteral("\r\nD");
+        QTest::newRow("lf") << QStringLiteral("\nD");
+        QTest::newRow("cr") << QStringLiteral("\rD");
+    }
+    void DescriptionThatBeginsWithALineEnd() {
+        QFETCH(QString, description);
+        const Failure failure = Raised([&] { throw Failure(1, QString(), description); });
+        QCOMPARE(failure.Description(), QStringLiteral("[Vk_DocQuery::M.P]") + description);
+    }
+
+    void StandardExceptionsBecomeFailures_data() {
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<int>("number");
+        QTest::addColumn<QString>("description");
+        QTest::newRow("no memory") << 0 << 7 << QStringLiteral("[Vk_DocQuery::M.P]\r\nНедостаточно памяти.");
+        QTest::newRow("range") << 1 << 9
+                               << QStringLiteral("[Vk_DocQuery::M.P]\r\n[std::out_of_range]\r\nr");
+        QTest::newRow("overflow") << 2 << 6
+                                  << QStringLiteral("[Vk_DocQuery::M.P]\r\n[std::overflow_error]\r\no");
+        QTest::newRow("other") << 3 << 51
+                               << QStringLiteral("[Vk_DocQuery::M.P]\r\n[std::exception]\r\ne");
+        QTest::newRow("unknown")
+            << 4 << 51 << QStringLiteral("[Vk_DocQuery::M.P]\r\nНеизвестная внутренняя ошибка.");
+    }
+    void StandardExceptionsBecomeFailures() {
+        QFETCH(int, kind);
+        QFETCH(int, number);
+        QFETCH(QString, description);
+        const Failure failure = Raised([&] {
+            switch (kind) {
+                case 0: throw std::bad_alloc();
+                case 1: throw std::out_of_range("r");
+                case 2: throw std::overflow_error("o");
+                case 3: throw std::runtime_error("e");
+                default: throw 4;
+            }
+        });
+        QCOMPARE(failure.Number(), number);
+        QCOMPARE(failure.Description(), description);
+    }
+
+    void CreateObjectErrNamesTheClass() {
+        try {
+            CreateObjectErr(QStringLiteral("Vk_Records.Missing"));
+            QFAIL("nothing was raised");
+        } catch (const Failure &failure) {
+            QCOMPARE(failure.Number(), qint32(ClassNotCreatable));
+            QCOMPARE(failure.Description(),
+                     QStringLiteral(
+                         "[Vk_DocQuery::mErrorHandling.CreateObjectErr] {Object: Vk_Records.Missing}\r\n"
+                         "[ClassRegistry]\r\n"
+                         "Класс \"Vk_Records.Missing\" не зарегистрирован."));
+        }
+    }
+
+    void CreateObjectErrNamesTheServer() {
+        RegisterClass<TestSplash>(theSplash);
+        try {
+            CreateObjectErr(theSplash, QStringLiteral("srv"));
+            QFAIL("nothing was raised");
+        } catch (const Failure &failure) {
+            QVERIFY(failure.Description().startsWith(
+                QStringLiteral("[Vk_DocQuery::mErrorHandling.CreateObjectErr] {Object: "
+                               "Vk_SplashWindow.SplashWindow@srv}\r\n")));
+        }
+    }
+
+    void HostsErrorWindowTakesTheBoxsPlace() {
+        RegisterClass<TestErrorHandler>(theErrors);
+        ModalDriver driver;
+        try {
+            Raising(77, "S", "D");
+        } catch (...) {
+            ReportErrorToUser("M", "P");
+        }
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(theShown.Text, QStringLiteral("[Vk_DocQuery::M.P]\r\n[S]\r\nD"));
+        QCOMPARE(theShown.Source, QStringLiteral("S"));
+        QCOMPARE(theShown.Extra, QString());
+        QCOMPARE(theShown.Number, 77);
+    }
+
+    void FailingErrorWindowShowsNothing() {
+        RegisterClass<TestErrorHandler>(theErrors);
+        theHandlerFails = true;
+        ModalDriver driver;
+        ReportOnce("P", 0);
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(!theShown.Text.isEmpty());
+    }
+
+    void ErrorLibraryThatCannotBeMadeGivesThePlainBox() {
+        ClassRegistry::Register(theErrors, []() -> std::shared_ptr<Object> {
+            throw Failure(1, QString(), QStringLiteral("no"));
+        });
+        ModalDriver driver;
+        driver.ExpectBox(theBoxTitle, QStringLiteral("[Vk_DocQuery::M.P]\r\nD"), QStringLiteral("OK"));
+        ReportOnce("P", 0);
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void PlainBoxHasTheStopIconAndOneButton() {
+        ModalDriver driver;
+        driver.Expect([&](QWidget &window) {
+            auto *box = qobject_cast<QMessageBox *>(&window);
+            if (!box || box->icon() != QMessageBox::Critical) driver.Complain(QStringLiteral("icon"));
+            if (!box || box->buttons().size() != 1) driver.Complain(QStringLiteral("buttons"));
+            window.close();
+        });
+        ReportOnce("P", 0);
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void SplashIsClosedBeforeTheBox() {
+        RegisterClass<TestSplash>(theSplash);
+        ModalDriver driver;
+        driver.Expect([&](QWidget &window) {
+            if (theClosedSplashes != 1) driver.Complain(QStringLiteral("splash is still up"));
+            window.close();
+        });
+        ReportOnce("P", 0);
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void FailingSplashChangesNothing() {
+        RegisterClass<FailingSplash>(theSplash);
+        ModalDriver driver;
+        driver.ExpectBox(theBoxTitle, QStringLiteral("[Vk_DocQuery::M.P]\r\nD"), QStringLiteral("OK"));
+        ReportOnce("P", 0);
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void UnattendedShowsNothing() {
+        RegisterClass<TestSplash>(theSplash);
+        SetRunningUnattended(true);
+        ModalDriver driver;
+        ReportOnce("P", 0);
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(theClosedSplashes, 0);
+    }
+
+    void ThirdReportOfOneProcedureIsSilentWithTheLimit() {
+        RegisterClass<TestErrorHandler>(theErrors);
+        for (const bool shown : {true, true, false, false}) {
+            theShown = ShownError();
+            ReportOnce("Limited", UseRepeatLimit);
+            QCOMPARE(!theShown.Text.isEmpty(), shown);
+        }
+        theShown = ShownError();
+        ReportOnce("LimitedOther", UseRepeatLimit);
+        QVERIFY(!theShown.Text.isEmpty());
+        theShown = ShownError();
+        ReportOnce("Limited", 0);
+        QVERIFY(!theShown.Text.isEmpty());
+    }
+
+    void LimitCountsReportsOnly() {
+        for (int i = 0; i < 5; ++i) {
+            try {
+                try {
+                    Raising(1, "", "D");
+                } catch (...) {
+                    RaiseErrorUp("M", "LimitRaise", QString(), UseRepeatLimit);
+                }
+                QFAIL("nothing was raised");
+            } catch (const Failure &failure) {
+                QCOMPARE(failure.Description(), QStringLiteral("[Vk_DocQuery::M.LimitRaise]\r\nD"));
+            }
+        }
+    }
+
+    void SavedFailureTakesThePlaceOfTheCurrentOne() {
+        SaveFailure(Failure(8, QStringLiteral("saved"), QStringLiteral("kept"), 3));
+        try {
+            try {
+                Raising(1, "", "D");
+            } catch (...) {
+                RaiseErrorUp("M", "P", QString(), UseSavedFailure);
+            }
+            QFAIL("nothing was raised");
+        } catch (const Failure &failure) {
+            QCOMPARE(failure.Number(), 8);
+            QCOMPARE(failure.Description(), QStringLiteral("[Vk_DocQuery::M.P (3)]\r\n[saved]\r\nkept"));
+        }
+    }
+};
+
+VK_TEST_CLASS(TestErrorHandling);
+
+#include "TestErrorHandling.moc"

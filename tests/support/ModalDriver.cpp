@@ -1,0 +1,90 @@
+#include "support/ModalDriver.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDialog>
+#include <QMessageBox>
+#include <QTest>
+
+namespace VkTests {
+
+ModalDriver::ModalDriver() {
+    QTimer::singleShot(1, this, &ModalDriver::Look);
+}
+
+ModalDriver::~ModalDriver() = default;
+
+void ModalDriver::Expect(std::function<void(QWidget &)> aAnswer) { theAnswers << std::move(aAnswer); }
+
+void ModalDriver::ExpectBox(const QString &aTitle, const QString &aText, const QString &aButton) {
+    Expect([this, aTitle, aText, aButton](QWidget &aWindow) {
+        auto *box = qobject_cast<QMessageBox *>(&aWindow);
+        if (!box) {
+            Complain(QStringLiteral("not a message box: ") + aWindow.windowTitle());
+            aWindow.close();
+            return;
+        }
+        if (box->windowTitle() != aTitle)
+            Complain(QStringLiteral("title is \"%1\", not \"%2\"").arg(box->windowTitle(), aTitle));
+        if (box->text() != aText)
+            Complain(QStringLiteral("text is \"%1\", not \"%2\"").arg(box->text(), aText));
+        for (QAbstractButton *button : box->buttons()) {
+            if (button->text().remove(u'&') == aButton) {
+                Click(button);
+                return;
+            }
+        }
+        Complain(QStringLiteral("no button \"%1\" in \"%2\"").arg(aButton, box->text()));
+        box->reject();
+    });
+}
+
+bool ModalDriver::Done() const { return theAnswers.isEmpty() && theComplaints.isEmpty(); }
+
+const char *ModalDriver::Complaint() const {
+    QStringList complaints = theComplaints;
+    if (!theAnswers.isEmpty())
+        complaints << QStringLiteral("%1 expected window(s) did not come").arg(theAnswers.size());
+    theComplaintText = complaints.join(u'\n').toUtf8();
+    return theComplaintText.constData();
+}
+
+void ModalDriver::Complain(const QString &aText) { theComplaints << aText; }
+
+void ModalDriver::Click(QWidget *aButton) {
+    if (!aButton || !aButton->isVisible() || !aButton->isEnabled()) {
+        Complain(QStringLiteral("a button cannot be clicked: ") +
+                 (aButton ? aButton->objectName() : QStringLiteral("absent")));
+        if (QWidget *modal = QApplication::activeModalWidget()) modal->close();
+        return;
+    }
+    QTest::mouseClick(aButton, Qt::LeftButton);
+}
+
+void ModalDriver::Look() {
+    // A timer of its own for each look: a repeating one does not fire again inside its own slot, where
+    // the boxes that an answer brings up are waiting.
+    QTimer::singleShot(1, this, &ModalDriver::Look);
+    QWidget *window = QApplication::activeModalWidget();
+    if (!window || !window->isVisible()) return;
+    if (theAnswered.contains(QPointer<QWidget>(window))) return;
+    theAnswered << QPointer<QWidget>(window);
+    Answer(*window);
+}
+
+void ModalDriver::Answer(QWidget &aWindow) {
+    const QPointer<QWidget> window(&aWindow);
+    if (theAnswers.isEmpty()) {
+        const auto *box = qobject_cast<QMessageBox *>(&aWindow);
+        Complain(QStringLiteral("unexpected window \"%1\" %2")
+                     .arg(aWindow.windowTitle(), box ? box->text() : QString()));
+        aWindow.close();
+    } else {
+        const auto answer = theAnswers.takeFirst();
+        answer(aWindow);
+    }
+    // A window that is shown again later, as a reused dialog, gets an answer of its own.
+    if (window && !window->isVisible()) theAnswered.removeAll(window);
+}
+
+}  // namespace VkTests
