@@ -14,7 +14,9 @@ ModalDriver::ModalDriver() {
 
 ModalDriver::~ModalDriver() = default;
 
-void ModalDriver::Expect(std::function<void(QWidget &)> aAnswer) { theAnswers << std::move(aAnswer); }
+void ModalDriver::Expect(std::function<void(QWidget &)> aAnswer) {
+    theAnswers << std::move(aAnswer);
+}
 
 void ModalDriver::ExpectBox(const QString &aTitle, const QString &aText, const QString &aButton) {
     Expect([this, aTitle, aText, aButton](QWidget &aWindow) {
@@ -39,7 +41,9 @@ void ModalDriver::ExpectBox(const QString &aTitle, const QString &aText, const Q
     });
 }
 
-bool ModalDriver::Done() const { return theAnswers.isEmpty() && theComplaints.isEmpty(); }
+bool ModalDriver::Done() const {
+    return theAnswers.isEmpty() && theComplaints.isEmpty();
+}
 
 const char *ModalDriver::Complaint() const {
     QStringList complaints = theComplaints;
@@ -49,7 +53,9 @@ const char *ModalDriver::Complaint() const {
     return theComplaintText.constData();
 }
 
-void ModalDriver::Complain(const QString &aText) { theComplaints << aText; }
+void ModalDriver::Complain(const QString &aText) {
+    theComplaints << aText;
+}
 
 void ModalDriver::Click(QWidget *aButton) {
     if (!aButton || !aButton->isVisible() || !aButton->isEnabled()) {
@@ -62,8 +68,8 @@ void ModalDriver::Click(QWidget *aButton) {
 }
 
 void ModalDriver::Look() {
-    // A timer of its own for each look: a repeating one does not fire again inside its own slot, where
-    // the boxes that an answer brings up are waiting.
+    // A timer of its own for each look: a repeating one does not fire again inside its own slot,
+    // where the boxes that an answer brings up are waiting.
     QTimer::singleShot(1, this, &ModalDriver::Look);
     QWidget *window = QApplication::activeModalWidget();
     if (!window || !window->isVisible()) return;
