@@ -1,6 +1,7 @@
 #include "controls/Fonts.h"
 
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QFontMetricsF>
 
 namespace Vk_DocQuery {

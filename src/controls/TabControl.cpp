@@ -17,7 +17,7 @@ constexpr int thePictureSize = 16;
 
 /// The tabs are as high as the bar, whatever the style would give them, so that the pages keep
 /// their place.
-class Bar : public QTabBar {
+class FixedBar : public QTabBar {
 public:
     using QTabBar::QTabBar;
 
@@ -35,7 +35,7 @@ protected:
 
 }  // namespace
 
-TabControl::TabControl(QWidget *aParent) : QWidget(aParent), theBar(new Bar(this)) {
+TabControl::TabControl(QWidget *aParent) : QWidget(aParent), theBar(new FixedBar(this)) {
     theBar->setObjectName(QStringLiteral("theTabBar"));
     theBar->setIconSize({thePictureSize, thePictureSize});
     theBar->setElideMode(Qt::ElideNone);

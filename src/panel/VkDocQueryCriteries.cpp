@@ -85,7 +85,7 @@ CheckBox *MadeCheckBox(const ElementRow &aRow, QWidget *aParent) {
 /// The four pictures are named theImage1 to theImage4, in the order of the document states.
 QLabel *MadeImage(const ElementRow &aRow, QWidget *aParent) {
     auto *image = new QLabel(aParent);
-    const int state = QLatin1String(aRow.Name).back().digitValue() - 1;
+    const int state = QString::fromLatin1(aRow.Name).back().digitValue() - 1;
     image->setPixmap(
         StatusPicture(state).pixmap(PixelRect(aRow).size(), image->devicePixelRatio()));
     return image;
