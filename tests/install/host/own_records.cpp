@@ -16,8 +16,19 @@ namespace {
 
 class Person : public VkPerson {
 public:
-    double ID() override { return theID; }
+    double ID() const override { return theID; }
     void SetID(double aID) override { theID = aID; }
+    QString Inn() const override { return QStringLiteral("7701000001"); }
+    QString Kpp() const override { return QStringLiteral("770101001"); }
+    bool IsBranch() const override { return false; }
+    bool IsOrganization() const override { return true; }
+    std::shared_ptr<VkPerson> GetParentOrganization() const override {
+        return std::make_shared<Person>();
+    }
+    QString GetDisplayName() const override { return QStringLiteral("ООО Ромашка"); }
+    QString GetDisplayNameAsAccPerson() const override { return GetDisplayName(); }
+    QString GetIconKeyAsAccPerson() const override { return QStringLiteral("org"); }
+    bool IsMainOrganization() const override { return true; }
 
 private:
     double theID = 0;
