@@ -95,15 +95,15 @@ enum DocQueryFssStages : qint32 {
 /// Flags.
 enum DocQueryFssTerms : qint32 { FssInProgress = 1, FssSucceeded = 2, FssFailed = 4 };
 
-/// A search over stored reporting documents. The library fills it, saves it and reads it back; the host
-/// runs the search.
+/// A search over stored reporting documents. The library fills it, saves it and reads it back; the
+/// host runs the search.
 ///
-/// A switch Is... that is off takes its criterion out of the search, whatever the values under it hold.
-/// Any field takes any value of its type; only the check before a search judges them. Enumeration
-/// fields hold any 32-bit value, flag fields any bits.
+/// A switch Is... that is off takes its criterion out of the search, whatever the values under it
+/// hold. Any field takes any value of its type; only the check before a search judges them.
+/// Enumeration fields hold any 32-bit value, flag fields any bits.
 ///
-/// The collections are held by shared reference: assigning one stores the caller's collection. A null
-/// pointer counts as an empty collection.
+/// The collections are held by shared reference: assigning one stores the caller's collection. A
+/// null pointer counts as an empty collection.
 class VkDocQueryData {
 public:
     /// Years are those of today, the other values as given below.
@@ -145,7 +145,8 @@ public:
 
     bool IsTemplate = false;
     DocQueryTemplatesMode TemplatesMode = TemplateClass;
-    std::shared_ptr<RecordCollection> Templates;  ///< of VkTemplType or VkTemplate, by TemplatesMode
+    std::shared_ptr<RecordCollection>
+        Templates;  ///< of VkTemplType or VkTemplate, by TemplatesMode
 
     bool IsDocStatus = false;
     DocQueryDocStatuses DocStatuses = DocQueryDocStatuses(0);
@@ -162,7 +163,8 @@ public:
     qint32 DocNum1 = 0;
     qint32 DocNum2 = 0;
     qint32 LastDocNumsCount = 10;  ///< how many of the documents created last
-    /// When a found document belongs to a pack of individual records about persons, add the whole pack.
+    /// When a found document belongs to a pack of individual records about persons, add the whole
+    /// pack.
     bool WholePfrCluster = false;
 
     bool IsOrvex = false;
@@ -180,13 +182,13 @@ public:
     QString LastTab;    ///< key of the tab that was open
     QString LastError;  ///< text of the last failed read or write
 
-    /// Saves the record as a .qvk file. Raises SaveFailed with the reason; an existing file then stays
-    /// as it was.
+    /// Saves the record as a .qvk file. Raises SaveFailed with the reason; an existing file then
+    /// stays as it was.
     VK_DOCQUERY_EXPORT void WriteToFile(const QString &aFileName);
     /// The same with a result: false puts the reason into rErrorMessage, true leaves it alone.
     VK_DOCQUERY_EXPORT bool WriteToFileSafe(const QString &aFileName, QString &rErrorMessage);
-    /// The same with the reason in LastError. FileName is not changed. Raises only if there is no files
-    /// library, or if an item of a list fails to tell its ID.
+    /// The same with the reason in LastError. FileName is not changed. Raises only if there is no
+    /// files library, or if an item of a list fails to tell its ID.
     VK_DOCQUERY_EXPORT bool WriteToXmlFile(const QString &aFileName);
 
     // From here on for the library itself; these symbols are not exported.

@@ -4,8 +4,8 @@
 
 namespace Vk_DocQuery {
 
-/// A check box whose caption wraps onto as many lines as its height gives room for. Its value is 0 clear,
-/// 1 ticked, 2 grey; a change of it raises Click at once, by the user and by program alike.
+/// A check box whose caption wraps onto as many lines as its height gives room for. Its value is 0
+/// clear, 1 ticked, 2 grey; a change of it raises Click at once, by the user and by program alike.
 class CheckBox : public QCheckBox {
     Q_OBJECT
 

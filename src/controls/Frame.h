@@ -4,8 +4,8 @@
 
 namespace Vk_DocQuery {
 
-/// A captioned group. The caption stands in a gap of the top edge; a caption of blanks keeps the gap for
-/// the check box that lies on it.
+/// A captioned group. The caption stands in a gap of the top edge; a caption of blanks keeps the
+/// gap for the check box that lies on it.
 class Frame : public QWidget {
     Q_OBJECT
 

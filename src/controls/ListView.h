@@ -13,8 +13,8 @@ namespace Vk_DocQuery {
 
 class ListView;
 
-/// A column of a ListView. Column 0 is the first and shows the row's main text, picture and check mark;
-/// the columns behind it show the row's cells.
+/// A column of a ListView. Column 0 is the first and shows the row's main text, picture and check
+/// mark; the columns behind it show the row's cells.
 struct ListColumn {
     int Index = 1;  ///< counted from 1, as headers count
     QString Caption;
@@ -23,8 +23,8 @@ struct ListColumn {
     Qt::Alignment Alignment = Qt::AlignLeft;
 };
 
-/// A row of a ListView. The list owns its rows; a pointer stays good until the row is removed or the list
-/// is cleared.
+/// A row of a ListView. The list owns its rows; a pointer stays good until the row is removed or
+/// the list is cleared.
 class ListRow {
 public:
     const QString &Key() const;
@@ -57,12 +57,13 @@ private:
     friend class ListViewModel;
 };
 
-/// The list of all windows: rows with a key, a tag, a picture, cells, a check mark and a selected mark; a
-/// current row; sorting by a column; pictures by key; hit test.
+/// The list of all windows: rows with a key, a tag, a picture, cells, a check mark and a selected
+/// mark; a current row; sorting by a column; pictures by key; hit test.
 ///
-/// It is a thin model over a vector of rows. A fill makes no widget and no model item per row; texts are
-/// shared with whoever gave them; sort keys are made once per fill and column. Sorting is put off until
-/// somebody asks for the order or the list is painted, so that any number of changes costs one sort.
+/// It is a thin model over a vector of rows. A fill makes no widget and no model item per row;
+/// texts are shared with whoever gave them; sort keys are made once per fill and column. Sorting is
+/// put off until somebody asks for the order or the list is painted, so that any number of changes
+/// costs one sort.
 class ListView : public QTreeView {
     Q_OBJECT
 
@@ -87,8 +88,8 @@ public:
     ListRow *Row(int aPosition) const;
     /// Null if there is none.
     ListRow *RowByKey(const QString &aKey) const;
-    /// Adds at the end or before aBefore; while the list is sorted the row goes where the order puts it.
-    /// Raises KeyAlreadyPresent; an empty key is no key.
+    /// Adds at the end or before aBefore; while the list is sorted the row goes where the order
+    /// puts it. Raises KeyAlreadyPresent; an empty key is no key.
     ListRow *AddRow(const QString &aKey, ListRow *aBefore = nullptr);
     /// Raises InvalidArgument if no row has the key.
     void RemoveRow(const QString &aKey);
@@ -97,8 +98,8 @@ public:
     void ReserveRows(int aCount);
     int PositionOf(const ListRow *aRow) const;
 
-    // The sort state. Cells sort as texts by a Russian collator without regard to case; equal rows keep
-    // the order in which they stood.
+    // The sort state. Cells sort as texts by a Russian collator without regard to case; equal rows
+    // keep the order in which they stood.
     bool IsSorted() const;
     void SetSorted(bool aSorted);
     qint16 SortKey() const;

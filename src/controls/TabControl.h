@@ -11,15 +11,16 @@ class QTabBar;
 
 namespace Vk_DocQuery {
 
-/// Tabs found by key, each with a page and a picture. The pages lie at a fixed place under the tab bar.
+/// Tabs found by key, each with a page and a picture. The pages lie at a fixed place under the tab
+/// bar.
 class TabControl : public QWidget {
     Q_OBJECT
 
 public:
     explicit TabControl(QWidget *aParent = nullptr);
 
-    /// aLeft and aTop are the pages' place in pixels; the page takes the rest of the control, less aLeft
-    /// at the right and at the bottom.
+    /// aLeft and aTop are the pages' place in pixels; the page takes the rest of the control, less
+    /// aLeft at the right and at the bottom.
     void SetPagePlace(int aLeft, int aTop);
     void SetImages(std::shared_ptr<const ImageList> aPictures);
     void AddTab(const QString &aKey, const QString &aCaption, QWidget *aPage);
