@@ -2,10 +2,7 @@
 include(CMakePackageConfigHelpers)
 
 set(vk_cmake_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Vk_DocQuery")
-set(vk_libraries Vk_DocQuery)
-if(TARGET Vk_Records)
-  list(APPEND vk_libraries Vk_Records)
-endif()
+set(vk_libraries Vk_DocQuery Vk_Records)
 
 install(TARGETS ${vk_libraries} EXPORT Vk_DocQueryTargets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" NAMELINK_COMPONENT Development
@@ -15,7 +12,8 @@ install(EXPORT Vk_DocQueryTargets
   DESTINATION "${vk_cmake_dir}"
   COMPONENT Development)
 # Sources first, then what the build generates: the export headers.
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/" "${PROJECT_BINARY_DIR}/include/"
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/" "${PROJECT_SOURCE_DIR}/records/include/"
+    "${PROJECT_BINARY_DIR}/include/"
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
   COMPONENT Development
   FILES_MATCHING PATTERN "*.h")
