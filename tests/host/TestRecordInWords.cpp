@@ -248,7 +248,7 @@ private slots:
         record.IsTaxpayers = true;
         record.TaxpayersList = ListOf(VkTests::MakePerson(1));
         MemoryOffice::The().OnCall = [](const QString &member) {
-            if (member == u"GetDisplayName")
+            if (member == u"VkPerson.GetDisplayName")
                 throw Failure(42, QStringLiteral("Office"), QStringLiteral("закрыто"));
         };
         const auto calm = qScopeGuard([] { MemoryOffice::The().OnCall = nullptr; });
