@@ -142,14 +142,14 @@ write_colleagues_query() {
 <VkDocQuery ver="1">
     <DocCriteria IsNotes="1" NotesMode="1"/>
     <TemplateCriteria IsTemplate="1" TemplatesMode="1">
-        <Templates><i id="1"/><i id="2"/><i id="5"/></Templates>
+        <Templates><i id="1001"/><i id="1002"/><i id="1003"/></Templates>
     </TemplateCriteria>
     <PeriodCriteria IsPeriods="1" PeriodCriterion="1" OnePeriodYear="2025" OnePeriodMonthID="16"/>
     <AccStreamCriteria IsAccStreamsList="1">
-        <AccStreamsList><i id="1"/><i id="3"/></AccStreamsList>
+        <AccStreamsList><i id="9001"/><i id="9003"/></AccStreamsList>
     </AccStreamCriteria>
     <TaxpayersCriteria IsTaxpayers="1" TaxpayersType="1">
-        <TaxpayersList><i id="1"/><i id="2"/><i id="3"/></TaxpayersList>
+        <TaxpayersList><i id="101"/><i id="102"/><i id="103"/></TaxpayersList>
     </TaxpayersCriteria>
     <OtherOptions LastTab="taxpayer"/>
 </VkDocQuery>
@@ -259,7 +259,7 @@ IsSignDate="1" SignDate1="01.10.2025" SignDate2=""
 IsSignerFio="1" SignerSurname="Петров"
 IsDocNum="1" DocNumMode="1"
 IsTemplate="1" TemplatesMode="1"
-<i id="5" />
+<i id="1003" />
 IsPeriods="1" PeriodCriterion="2"
 IsPeriodTypes="1" PeriodTypes="6"
 IsAccStreamType="1" AccStreamTypes="3"
