@@ -15,7 +15,8 @@ double Milliseconds(const std::function<void()> &aBefore, const std::function<vo
     if (aBefore) aBefore();
     const auto start = std::chrono::steady_clock::now();
     aWork();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+        .count();
 }
 
 double Median(std::vector<double> aValues) {
@@ -44,13 +45,17 @@ void Report(const QString &aName, double aOurs, const QString &aPeerName, double
     if (!IsWanted(aName)) return;
     const double ratio = aPeer > 0 ? aOurs / aPeer : 0;
     std::printf("%s;%.3f %s;%s;%.3f %s;%.2f;%.2f;%s\n", qUtf8Printable(aName), aOurs,
-                qUtf8Printable(aUnit), qUtf8Printable(aPeerName), aPeer, qUtf8Printable(aUnit), ratio,
-                aBar, ratio <= aBar ? "ok" : "over");
+                qUtf8Printable(aUnit), qUtf8Printable(aPeerName), aPeer, qUtf8Printable(aUnit),
+                ratio, aBar, ratio <= aBar ? "ok" : "over");
     std::fflush(stdout);
 }
 
-void SetFilter(const QString &aText) { theFilter = aText; }
+void SetFilter(const QString &aText) {
+    theFilter = aText;
+}
 
-bool IsWanted(const QString &aName) { return theFilter.isEmpty() || aName.contains(theFilter); }
+bool IsWanted(const QString &aName) {
+    return theFilter.isEmpty() || aName.contains(theFilter);
+}
 
 }  // namespace VkBench

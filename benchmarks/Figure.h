@@ -8,10 +8,10 @@ namespace VkBench {
 
 /// One figure: what we do beside what it is measured against.
 struct Figure {
-    QString Name;       ///< what is measured
-    QString PeerName;   ///< what it is measured beside
-    double Bar = 0;     ///< highest ratio of ours to the peer's that is in order
-    int Rounds = 9;     ///< how often each side runs; the medians count
+    QString Name;      ///< what is measured
+    QString PeerName;  ///< what it is measured beside
+    double Bar = 0;    ///< highest ratio of ours to the peer's that is in order
+    int Rounds = 9;    ///< how often each side runs; the medians count
     std::function<void()> Ours;
     std::function<void()> Peer;
     std::function<void()> BeforeOurs;  ///< not measured, optional
@@ -26,7 +26,8 @@ void Measure(const Figure &aFigure);
 void Report(const QString &aName, double aOurs, const QString &aPeerName, double aPeer, double aBar,
             const QString &aUnit);
 
-/// Keeps the figures whose name holds the text; an empty text keeps all. Measure leaves out the others.
+/// Keeps the figures whose name holds the text; an empty text keeps all. Measure leaves out the
+/// others.
 void SetFilter(const QString &aText);
 bool IsWanted(const QString &aName);
 

@@ -28,10 +28,11 @@ public:
     static void Unregister(const QString &aClass);
     static bool IsRegistered(const QString &aClass);
 
-    /// Makes an object of the class on the machine aServer; empty is this one, the only one there is.
-    /// Raises ClassNotCreatable if the name is not entered, if a server is named, or if the factory
-    /// gives nothing; a failure of the factory is passed on.
-    static std::shared_ptr<Object> Create(const QString &aClass, const QString &aServer = QString());
+    /// Makes an object of the class on the machine aServer; empty is this one, the only one there
+    /// is. Raises ClassNotCreatable if the name is not entered, if a server is named, or if the
+    /// factory gives nothing; a failure of the factory is passed on.
+    static std::shared_ptr<Object> Create(const QString &aClass,
+                                          const QString &aServer = QString());
 };
 
 /// Enters a class with a default constructor.

@@ -25,15 +25,17 @@ public:
     DocQueryEditor(const DocQueryEditor &) = delete;
     DocQueryEditor &operator=(const DocQueryEditor &) = delete;
 
-    /// The record being edited. After Execute it is the given one or, if the user loaded a file, the
-    /// loaded one.
+    /// The record being edited. After Execute it is the given one or, if the user loaded a file,
+    /// the loaded one.
     VK_DOCQUERY_EXPORT std::shared_ptr<VkDocQueryData> Record();
     /// Gives the record to edit, which the dialog then works on in place; null asks for a new one.
     VK_DOCQUERY_EXPORT void SetRecord(std::shared_ptr<VkDocQueryData> aRecord);
-    /// Runs the dialog. True if the user confirmed the search; false on cancel and if the dialog failed.
+    /// Runs the dialog. True if the user confirmed the search; false on cancel and if the dialog
+    /// failed.
     VK_DOCQUERY_EXPORT bool Execute();
-    /// Asks for a .qvk file and loads it, apart from the dialog. Null on cancel and, after a message
-    /// box, for a file that cannot be read. aHwnd is the native handle of the owner window, or 0.
+    /// Asks for a .qvk file and loads it, apart from the dialog. Null on cancel and, after a
+    /// message box, for a file that cannot be read. aHwnd is the native handle of the owner window,
+    /// or 0.
     VK_DOCQUERY_EXPORT std::shared_ptr<VkDocQueryData> AskAndLoadQuery(WId aHwnd);
 
 private:

@@ -17,19 +17,21 @@ enum FailureNumber : qint32 {
     OutOfMemory = 7,          ///< no memory is left
     SubscriptOutOfRange = 9,  ///< an index outside of its collection
     TypeMismatch = 13,        ///< a loose value that cannot be converted
-    InternalFailure = 51,     ///< an exception of the standard library or of Qt without a number of its own
-    ObjectNotSet = 91,        ///< a member of an absent object was asked for
-    ClassNotCreatable = 429,  ///< no supplier has registered the class, or it cannot make the object
-    MemberNotSupported = 438, ///< the record class has no such member
-    KeyAlreadyPresent = 457,  ///< a keyed collection holds the key already
-    SaveFailed = 1001,        ///< VkDocQueryData::WriteToFile could not save
+    InternalFailure =
+        51,  ///< an exception of the standard library or of Qt without a number of its own
+    ObjectNotSet = 91,  ///< a member of an absent object was asked for
+    ClassNotCreatable =
+        429,  ///< no supplier has registered the class, or it cannot make the object
+    MemberNotSupported = 438,  ///< the record class has no such member
+    KeyAlreadyPresent = 457,   ///< a keyed collection holds the key already
+    SaveFailed = 1001,         ///< VkDocQueryData::WriteToFile could not save
 };
 
 /// A failure on its way up: what the platform's raised error carries.
 ///
 /// Every procedure that a failure crosses puts "[library::module.procedure]" in front of the
-/// description, so that the outermost entry stands first and the text of the failure last; the source
-/// is used up by the first of them.
+/// description, so that the outermost entry stands first and the text of the failure last; the
+/// source is used up by the first of them.
 class VK_DOCQUERY_EXPORT Failure : public std::exception {
 public:
     Failure(qint32 aNumber, QString aSource, QString aDescription, qint32 aLine = 0);

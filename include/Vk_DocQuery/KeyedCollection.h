@@ -10,8 +10,8 @@
 
 namespace Vk_DocQuery {
 
-/// The keys of a KeyedCollection: unique, compared without regard to case. Kept apart from the items
-/// so that the class template stays small.
+/// The keys of a KeyedCollection: unique, compared without regard to case. Kept apart from the
+/// items so that the class template stays small.
 class VK_DOCQUERY_EXPORT KeyIndex {
 public:
     KeyIndex();
@@ -23,12 +23,17 @@ public:
 
     /// Position of the key, or -1.
     qsizetype Find(const QString &aKey) const;
-    /// Adds the key of the item at the end; an empty key stands for no key. Raises KeyAlreadyPresent.
+    /// Adds the key of the item at the end; an empty key stands for no key. Raises
+    /// KeyAlreadyPresent.
     void Append(const QString &aKey);
     void RemoveAt(qsizetype aPosition);
+    /// Takes the key away and leaves its position to an item without a key.
+    void Forget(qsizetype aPosition);
     void Clear();
     void Reserve(qsizetype aCount);
-    const QString &KeyAt(qsizetype aPosition) const { return theKeys[static_cast<std::size_t>(aPosition)]; }
+    const QString &KeyAt(qsizetype aPosition) const {
+        return theKeys[static_cast<std::size_t>(aPosition)];
+    }
 
 private:
     void Grow(std::size_t aSlots) const;

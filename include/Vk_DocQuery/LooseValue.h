@@ -14,20 +14,28 @@ struct Empty {
     friend constexpr bool operator==(Empty, Empty) noexcept { return true; }
 };
 
-/// The value that is known to be missing, as a database column without a value. It converts to nothing.
+/// The value that is known to be missing, as a database column without a value. It converts to
+/// nothing.
 struct Null {
     friend constexpr bool operator==(Null, Null) noexcept { return true; }
 };
 
-/// A value as it comes from a recordset field or from a record: empty (the state on creation), null,
-/// boolean, 32-bit integer, double, calendar date or text.
+/// A value as it comes from a recordset field or from a record: empty (the state on creation),
+/// null, boolean, 32-bit integer, double, calendar date or text.
 using LooseValue = std::variant<Empty, Null, bool, qint32, double, QDate, QString>;
 
-inline bool IsEmpty(const LooseValue &aValue) noexcept { return std::holds_alternative<Empty>(aValue); }
-inline bool IsNull(const LooseValue &aValue) noexcept { return std::holds_alternative<Null>(aValue); }
-inline bool IsDate(const LooseValue &aValue) noexcept { return std::holds_alternative<QDate>(aValue); }
+inline bool IsEmpty(const LooseValue &aValue) noexcept {
+    return std::holds_alternative<Empty>(aValue);
+}
+inline bool IsNull(const LooseValue &aValue) noexcept {
+    return std::holds_alternative<Null>(aValue);
+}
+inline bool IsDate(const LooseValue &aValue) noexcept {
+    return std::holds_alternative<QDate>(aValue);
+}
 
-/// The date of day number 0, 30 December 1899: what a conversion to a date gives when there is none.
+/// The date of day number 0, 30 December 1899: what a conversion to a date gives when there is
+/// none.
 VK_DOCQUERY_EXPORT QDate ZeroDate() noexcept;
 
 /// A number in general form: the shortest text that reads back as the same double, with a decimal
@@ -35,8 +43,8 @@ VK_DOCQUERY_EXPORT QDate ZeroDate() noexcept;
 /// and below 0.0001.
 VK_DOCQUERY_EXPORT QString GeneralNumberText(double aNumber);
 
-/// The general conversions. Each raises TypeMismatch for a value that has no such form (null always)
-/// and ArithmeticOverflow for a number out of range.
+/// The general conversions. Each raises TypeMismatch for a value that has no such form (null
+/// always) and ArithmeticOverflow for a number out of range.
 ///
 /// To text: a date as "DD.MM.YYYY", a boolean as "True" or "False", a number in general form, empty
 /// as an empty text.

@@ -25,13 +25,15 @@ public:
 class VK_DOCQUERY_EXPORT BlankQueries : public Object {
 public:
     ~BlankQueries() override;
-    /// With aClasses false the VkTemplate records that are valid on some day from aDateFrom to aDateTo,
-    /// with true the VkTemplType records that have such a version. Null leaves a side open.
+    /// With aClasses false the VkTemplate records that are valid on some day from aDateFrom to
+    /// aDateTo, with true the VkTemplType records that have such a version. Null leaves a side
+    /// open.
     virtual std::shared_ptr<RecordCollection> GetTemplates(const LooseValue &aDateFrom,
                                                            const LooseValue &aDateTo,
                                                            bool aClasses) = 0;
-    /// Where and for whom a form exists. rCategories has the fields "TPCategory_ID", "AccStreamType",
-    /// "AllowedForMainOrg", "AllowedForBranch"; rTimes has "the_year" and "month_id". aKind is 1.
+    /// Where and for whom a form exists. rCategories has the fields "TPCategory_ID",
+    /// "AccStreamType", "AllowedForMainOrg", "AllowedForBranch"; rTimes has "the_year" and
+    /// "month_id". aKind is 1.
     virtual void GetTemplTypeAvailability(qint32 aKind, double aID,
                                           std::shared_ptr<Recordset> &rCategories,
                                           std::shared_ptr<Recordset> &rTimes) = 0;
@@ -44,7 +46,8 @@ class VK_DOCQUERY_EXPORT DBQAccStream : public Object {
 public:
     ~DBQAccStream() override;
     /// All VkAccStream records. aFilter is empty, aFlags is 0.
-    virtual std::shared_ptr<RecordCollection> GetAccStreams(const QString &aFilter, qint32 aFlags) = 0;
+    virtual std::shared_ptr<RecordCollection> GetAccStreams(const QString &aFilter,
+                                                            qint32 aFlags) = 0;
 };
 
 /// Taxpayers. Class name "Vk_DBProvider.PersonQueries".
@@ -70,9 +73,10 @@ public:
 class VK_DOCQUERY_EXPORT FilesLibrary : public Object {
 public:
     ~FilesLibrary() override;
-    /// Writes the text in that code page; an existing file is replaced as a whole or stays as it was.
-    /// Raises a failure that says why it could not.
-    virtual void SaveTextToFile(const QString &aText, const QString &aFileName, qint32 aCodePage) = 0;
+    /// Writes the text in that code page; an existing file is replaced as a whole or stays as it
+    /// was. Raises a failure that says why it could not.
+    virtual void SaveTextToFile(const QString &aText, const QString &aFileName,
+                                qint32 aCodePage) = 0;
     /// The form of a long path that a window caption shows. The three further texts take the parts
     /// that were shown and left out: the head, the tail and the file name.
     virtual QString ShortenFilePath(const QString &aPath, QString &rHead, QString &rTail,

@@ -15,16 +15,16 @@ class VkPerson;
 /// What all record classes share: the members that lists, files and filters ask for by name on a
 /// record of unknown class. A class that lacks a member raises MemberNotSupported for it.
 ///
-/// A record stays as it was read; SetID is called once, right after creation. Every member but ID may
-/// raise a Failure of the supplier's own.
+/// A record stays as it was read; SetID is called once, right after creation. Every member but ID
+/// may raise a Failure of the supplier's own.
 class VK_DOCQUERY_EXPORT Record : public Object {
 public:
     ~Record() override;
 
     /// The identity; one identity stands for one record within one class.
     virtual double ID() const = 0;
-    /// Loads the record with that identity. Raises a failure that names class and identity if there is
-    /// none.
+    /// Loads the record with that identity. Raises a failure that names class and identity if there
+    /// is none.
     virtual void SetID(double aID) = 0;
 
     virtual QString GetDisplayName() const;
@@ -88,7 +88,8 @@ public:
     QString GetOfficeCodeForDisplay() const override = 0;
 };
 
-/// A taxpayer: an organisation, a branch of one, or a private person. Class name "Vk_Records.VkPerson".
+/// A taxpayer: an organisation, a branch of one, or a private person. Class name
+/// "Vk_Records.VkPerson".
 class VK_DOCQUERY_EXPORT VkPerson : public Record {
 public:
     ~VkPerson() override;

@@ -6,8 +6,8 @@
 
 namespace Vk_DocQuery {
 
-/// A masked box for a date "dd.mm.yyyy" that may stay empty and then shows "__.__.____", with a drop-down
-/// calendar. A text that is no date cannot be left standing unnoticed.
+/// A masked box for a date "dd.mm.yyyy" that may stay empty and then shows "__.__.____", with a
+/// drop-down calendar. A text that is no date cannot be left standing unnoticed.
 class DateBox : public QWidget {
     Q_OBJECT
 

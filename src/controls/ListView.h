@@ -11,10 +11,11 @@
 
 namespace Vk_DocQuery {
 
-class ListView;
+class ListViewModel;
+class ListViewRows;
 
-/// A column of a ListView. Column 0 is the first and shows the row's main text, picture and check mark;
-/// the columns behind it show the row's cells.
+/// A column of a ListView. Column 0 is the first and shows the row's main text, picture and check
+/// mark; the columns behind it show the row's cells.
 struct ListColumn {
     int Index = 1;  ///< counted from 1, as headers count
     QString Caption;
@@ -23,8 +24,8 @@ struct ListColumn {
     Qt::Alignment Alignment = Qt::AlignLeft;
 };
 
-/// A row of a ListView. The list owns its rows; a pointer stays good until the row is removed or the list
-/// is cleared.
+/// A row of a ListView. The list owns its rows; a pointer stays good until the row is removed or
+/// the list is cleared.
 class ListRow {
 public:
     const QString &Key() const;
@@ -52,17 +53,35 @@ public:
     bool IsSelected() const;
     void SetSelected(bool aSelected);
 
+    /// How many rows were added before this one since the list was cleared.
+    int Number() const { return theNumber; }
+
+    ListRow(ListViewRows &aRows, int aNumber);
+    Q_DISABLE_COPY_MOVE(ListRow)
+
 private:
-    friend class ListView;
-    friend class ListViewModel;
+    friend class ListViewRows;
+    void MakeRoom(int aCell);
+    void Forget();
+
+    ListViewRows &theRows;
+    std::shared_ptr<Object> theTag;
+    QString theText;
+    std::unique_ptr<QString[]> theCells;
+    std::unique_ptr<quint16[]> theCellIcons;  // made for the first picture in a cell
+    int theNumber;
+    quint16 theIcon = 0;
+    quint16 theCellCount = 0;
+    quint16 theCellRoom = 0;
 };
 
-/// The list of all windows: rows with a key, a tag, a picture, cells, a check mark and a selected mark; a
-/// current row; sorting by a column; pictures by key; hit test.
+/// The list of all windows: rows with a key, a tag, a picture, cells, a check mark and a selected
+/// mark; a current row; sorting by a column; pictures by key; hit test.
 ///
-/// It is a thin model over a vector of rows. A fill makes no widget and no model item per row; texts are
-/// shared with whoever gave them; sort keys are made once per fill and column. Sorting is put off until
-/// somebody asks for the order or the list is painted, so that any number of changes costs one sort.
+/// It is a thin model over a vector of rows. A fill makes no widget and no model item per row;
+/// texts are shared with whoever gave them; sort keys are made once per fill and column. Sorting is
+/// put off until somebody asks for the order or the list is painted, so that any number of changes
+/// costs one sort.
 class ListView : public QTreeView {
     Q_OBJECT
 
@@ -87,18 +106,24 @@ public:
     ListRow *Row(int aPosition) const;
     /// Null if there is none.
     ListRow *RowByKey(const QString &aKey) const;
-    /// Adds at the end or before aBefore; while the list is sorted the row goes where the order puts it.
-    /// Raises KeyAlreadyPresent; an empty key is no key.
+    /// Adds at the end or before aBefore; while the list is sorted the row goes where the order
+    /// puts it. Raises KeyAlreadyPresent; an empty key is no key.
     ListRow *AddRow(const QString &aKey, ListRow *aBefore = nullptr);
     /// Raises InvalidArgument if no row has the key.
     void RemoveRow(const QString &aKey);
     void ClearRows();
     /// Room for that many rows, for a fill whose size is known.
     void ReserveRows(int aCount);
+    /// -1 if the row does not stand in the list.
     int PositionOf(const ListRow *aRow) const;
+    /// Shows exactly these rows, given by their numbers and in that order, or sorted while the list
+    /// is: a quick refill from the rows that are there. A row that stays keeps its check mark; a
+    /// row that goes loses it, is neither counted nor found, and waits to be shown again. The
+    /// selection goes.
+    void ShowOnly(const std::vector<int> &aNumbers);
 
-    // The sort state. Cells sort as texts by a Russian collator without regard to case; equal rows keep
-    // the order in which they stood.
+    // The sort state. Cells sort as texts by a Russian collator without regard to case; equal rows
+    // keep the order in which they stood.
     bool IsSorted() const;
     void SetSorted(bool aSorted);
     qint16 SortKey() const;
@@ -129,17 +154,74 @@ public:
     QRect RowRect(const ListRow *aRow) const;
 
 signals:
-    /// A header was clicked with the mouse or by key.
+    /// A header was clicked.
     void ColumnClick(const Vk_DocQuery::ListColumn &aColumn);
-    /// A row was clicked.
+    /// A row was clicked, or the current row was changed by key.
     void ItemClick(Vk_DocQuery::ListRow *aRow);
-    /// The list was clicked, on a row or beside the rows.
+    /// The list was clicked, on a row or beside the rows; comes after ItemClick.
     void Click();
     /// The pointer moved over the rows, in pixels of the viewport.
     void MouseMove(QPoint aPoint);
     void DblClick();
     /// The user changed a check mark.
     void ItemCheck(Vk_DocQuery::ListRow *aRow);
+
+public:
+    /// Letters do not move the current row.
+    void keyboardSearch(const QString &aText) override;
+
+protected:
+    void keyPressEvent(QKeyEvent *aEvent) override;
+    void mousePressEvent(QMouseEvent *aEvent) override;
+    void mouseMoveEvent(QMouseEvent *aEvent) override;
+    void mouseReleaseEvent(QMouseEvent *aEvent) override;
+    void mouseDoubleClickEvent(QMouseEvent *aEvent) override;
+    void focusInEvent(QFocusEvent *aEvent) override;
+    void focusOutEvent(QFocusEvent *aEvent) override;
+    void paintEvent(QPaintEvent *aEvent) override;
+    void resizeEvent(QResizeEvent *aEvent) override;
+    bool viewportEvent(QEvent *aEvent) override;
+    void drawRow(QPainter *aPainter, const QStyleOptionViewItem &aOption,
+                 const QModelIndex &aIndex) const override;
+
+private:
+    friend class ListViewModel;
+
+    void PrepareHeader();
+    void ApplyColumns();
+    void ShowSortState();
+    void HeaderClicked(int aPosition);
+    void HeaderResized(int aPosition, int aPixels);
+
+    void Changed();
+    void Flush();
+    void FlushRows();
+    void MirrorSelection();
+
+    void MoveCurrent(int aPosition, Qt::KeyboardModifiers aModifiers);
+    void SelectByUser(int aPosition, Qt::KeyboardModifiers aModifiers);
+    void SelectRange(int aFrom, int aTo);
+    void ToggleByKey();
+    void ToggleCheck(const std::vector<int> &aNumbers, bool aChecked);
+    bool MoveByKey(const QKeyEvent &aEvent);
+    bool IsOnCheckBox(QPoint aPoint) const;
+    void ShowTip(QPoint aPoint, QPoint aGlobal);
+
+    int RowHeight() const;
+    QRect CheckRect(const QRect &aCell) const;
+    QRect TextRect(const QRect &aCell, int aColumn, bool aHasPicture) const;
+    void DrawCell(QPainter &aPainter, const QStyleOptionViewItem &aOption, const ListRow &aRow,
+                  int aColumn) const;
+
+    std::unique_ptr<ListViewRows> theRows;
+    ListViewModel *theModel = nullptr;
+    std::vector<ListColumn> theColumns;
+    std::shared_ptr<const ImageList> thePictures;
+    bool theCheckBoxes = false;
+    bool theMultiSelect = false;
+    bool theColumnsBeingSet = false;
+    bool theFlushPosted = false;
+    bool thePressed = false;
 };
 
 }  // namespace Vk_DocQuery

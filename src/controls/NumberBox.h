@@ -6,8 +6,8 @@
 
 namespace Vk_DocQuery {
 
-/// A box for whole numbers that may stay blank. Only what is on the way to a number within the bounds can
-/// be typed or pasted.
+/// A box for whole numbers that may stay blank. Only what is on the way to a number within the
+/// bounds can be typed or pasted.
 class NumberBox : public QLineEdit {
     Q_OBJECT
 

@@ -61,7 +61,8 @@ std::shared_ptr<Object> ClassRegistry::Create(const QString &aClass, const QStri
     }
     if (!factory) RaiseNotCreatable(QStringLiteral("Класс \"%1\" не зарегистрирован.").arg(aClass));
     auto object = factory();
-    if (!object) RaiseNotCreatable(QStringLiteral("Не удалось создать объект класса \"%1\".").arg(aClass));
+    if (!object)
+        RaiseNotCreatable(QStringLiteral("Не удалось создать объект класса \"%1\".").arg(aClass));
     return object;
 }
 

@@ -13,6 +13,8 @@ Failure::Failure(const Failure &) = default;
 Failure &Failure::operator=(const Failure &) = default;
 Failure::~Failure() = default;
 
-const char *Failure::what() const noexcept { return theUtf8.constData(); }
+const char *Failure::what() const noexcept {
+    return theUtf8.constData();
+}
 
 }  // namespace Vk_DocQuery

@@ -25,7 +25,8 @@ Overloaded(Handlers...) -> Overloaded<Handlers...>;
 qint32 RoundToLong(double aNumber) {
     if (std::isnan(aNumber)) RaiseMismatch();
     const double rounded = std::nearbyint(aNumber);  // an exact half goes to the even neighbour
-    if (rounded < std::numeric_limits<qint32>::min() || rounded > std::numeric_limits<qint32>::max())
+    if (rounded < std::numeric_limits<qint32>::min() ||
+        rounded > std::numeric_limits<qint32>::max())
         RaiseOverflow();
     return static_cast<qint32>(rounded);
 }
@@ -68,7 +69,9 @@ void RaiseOverflow() {
     throw Failure(ArithmeticOverflow, QString(), QStringLiteral("Переполнение."));
 }
 
-QDate ZeroDate() noexcept { return QDate(1899, 12, 30); }
+QDate ZeroDate() noexcept {
+    return QDate(1899, 12, 30);
+}
 
 QString GeneralNumberText(double aNumber) {
     const double size = std::fabs(aNumber);
@@ -76,29 +79,27 @@ QString GeneralNumberText(double aNumber) {
         return QString::number(static_cast<qint64>(aNumber));
     char buffer[64];
     const bool plain = size >= 1e-4 && size < 1e15;
-    const auto end = std::to_chars(buffer, buffer + sizeof buffer, aNumber,
-                                   plain ? std::chars_format::fixed : std::chars_format::scientific);
+    const auto end =
+        std::to_chars(buffer, buffer + sizeof buffer, aNumber,
+                      plain ? std::chars_format::fixed : std::chars_format::scientific);
     return QString::fromLatin1(buffer, end.ptr - buffer).toUpper();
 }
 
 QString ToText(const LooseValue &aValue) {
     return std::visit(
-        Overloaded{[](Empty) { return QString(); },
-                   [](Null) -> QString { RaiseMismatch(); },
-                   [](bool aTrue) {
-                       return aTrue ? QStringLiteral("True") : QStringLiteral("False");
-                   },
-                   [](qint32 aNumber) { return QString::number(aNumber); },
-                   [](double aNumber) { return GeneralNumberText(aNumber); },
-                   [](QDate aDate) { return TextOfDate(aDate); },
-                   [](const QString &aText) { return aText; }},
+        Overloaded{
+            [](Empty) { return QString(); }, [](Null) -> QString { RaiseMismatch(); },
+            [](bool aTrue) { return aTrue ? QStringLiteral("True") : QStringLiteral("False"); },
+            [](qint32 aNumber) { return QString::number(aNumber); },
+            [](double aNumber) { return GeneralNumberText(aNumber); },
+            [](QDate aDate) { return TextOfDate(aDate); },
+            [](const QString &aText) { return aText; }},
         aValue);
 }
 
 qint32 ToLong(const LooseValue &aValue) {
     return std::visit(
-        Overloaded{[](Empty) { return 0; },
-                   [](Null) -> qint32 { RaiseMismatch(); },
+        Overloaded{[](Empty) { return 0; }, [](Null) -> qint32 { RaiseMismatch(); },
                    [](bool aTrue) { return aTrue ? -1 : 0; },
                    [](qint32 aNumber) { return aNumber; },
                    [](double aNumber) { return RoundToLong(aNumber); },
@@ -110,17 +111,17 @@ qint32 ToLong(const LooseValue &aValue) {
 }
 
 QDate ToDate(const LooseValue &aValue) {
-    return std::visit(Overloaded{[](Empty) { return ZeroDate(); },
-                                 [](Null) -> QDate { RaiseMismatch(); },
-                                 [](bool aTrue) { return DateOfDays(aTrue ? -1 : 0); },
-                                 [](qint32 aNumber) { return DateOfDays(aNumber); },
-                                 [](double aNumber) { return DateOfDays(aNumber); },
-                                 [](QDate aDate) {
-                                     if (!aDate.isValid()) RaiseMismatch();
-                                     return aDate;
-                                 },
-                                 [](const QString &aText) { return DateOfText(aText); }},
-                      aValue);
+    return std::visit(
+        Overloaded{[](Empty) { return ZeroDate(); }, [](Null) -> QDate { RaiseMismatch(); },
+                   [](bool aTrue) { return DateOfDays(aTrue ? -1 : 0); },
+                   [](qint32 aNumber) { return DateOfDays(aNumber); },
+                   [](double aNumber) { return DateOfDays(aNumber); },
+                   [](QDate aDate) {
+                       if (!aDate.isValid()) RaiseMismatch();
+                       return aDate;
+                   },
+                   [](const QString &aText) { return DateOfText(aText); }},
+        aValue);
 }
 
 }  // namespace Vk_DocQuery

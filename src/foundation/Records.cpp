@@ -26,23 +26,51 @@ PersonQueries::~PersonQueries() = default;
 VkRecFactory::~VkRecFactory() = default;
 FilesLibrary::~FilesLibrary() = default;
 
-QString Record::GetDisplayName() const { RaiseMemberMissing("GetDisplayName"); }
-QString Record::GetIconKey() const { RaiseMemberMissing("GetIconKey"); }
-QString Record::GetIconKeyAsAccPerson() const { RaiseMemberMissing("GetIconKeyAsAccPerson"); }
-std::shared_ptr<VkTemplType> Record::TemplateType() const { RaiseMemberMissing("TemplateType"); }
-QString Record::KND() const { RaiseMemberMissing("KND"); }
-QString Record::ShortName() const { RaiseMemberMissing("ShortName"); }
-QString Record::DisplayName() const { RaiseMemberMissing("DisplayName"); }
-QString Record::GetOfficeCodeForDisplay() const { RaiseMemberMissing("GetOfficeCodeForDisplay"); }
-QString Record::Kpp() const { RaiseMemberMissing("Kpp"); }
-QString Record::Inn() const { RaiseMemberMissing("Inn"); }
-std::shared_ptr<VkPerson> Record::Person() const { RaiseMemberMissing("Person"); }
+QString Record::GetDisplayName() const {
+    RaiseMemberMissing("GetDisplayName");
+}
+QString Record::GetIconKey() const {
+    RaiseMemberMissing("GetIconKey");
+}
+QString Record::GetIconKeyAsAccPerson() const {
+    RaiseMemberMissing("GetIconKeyAsAccPerson");
+}
+std::shared_ptr<VkTemplType> Record::TemplateType() const {
+    RaiseMemberMissing("TemplateType");
+}
+QString Record::KND() const {
+    RaiseMemberMissing("KND");
+}
+QString Record::ShortName() const {
+    RaiseMemberMissing("ShortName");
+}
+QString Record::DisplayName() const {
+    RaiseMemberMissing("DisplayName");
+}
+QString Record::GetOfficeCodeForDisplay() const {
+    RaiseMemberMissing("GetOfficeCodeForDisplay");
+}
+QString Record::Kpp() const {
+    RaiseMemberMissing("Kpp");
+}
+QString Record::Inn() const {
+    RaiseMemberMissing("Inn");
+}
+std::shared_ptr<VkPerson> Record::Person() const {
+    RaiseMemberMissing("Person");
+}
 std::shared_ptr<VkPerson> Record::GetParentOrganization() const {
     RaiseMemberMissing("GetParentOrganization");
 }
-LooseValue Record::BegDate() const { RaiseMemberMissing("BegDate"); }
-LooseValue Record::EndDate() const { RaiseMemberMissing("EndDate"); }
+LooseValue Record::BegDate() const {
+    RaiseMemberMissing("BegDate");
+}
+LooseValue Record::EndDate() const {
+    RaiseMemberMissing("EndDate");
+}
 
-QString ObjectKey(double aID) { return u'_' + GeneralNumberText(aID); }
+QString ObjectKey(double aID) {
+    return u'_' + GeneralNumberText(aID);
+}
 
 }  // namespace Vk_DocQuery

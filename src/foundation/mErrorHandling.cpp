@@ -129,11 +129,14 @@ Failure CurrentFailure() {
     } catch (const std::exception &exception) {
         return Failure(InternalFailure, QStringLiteral("std::exception"), text(exception));
     } catch (...) {
-        return Failure(InternalFailure, QString(), QStringLiteral("Неизвестная внутренняя ошибка."));
+        return Failure(InternalFailure, QString(),
+                       QStringLiteral("Неизвестная внутренняя ошибка."));
     }
 }
 
-void SaveFailure(const Failure &aFailure) { theSavedFailure = aFailure; }
+void SaveFailure(const Failure &aFailure) {
+    theSavedFailure = aFailure;
+}
 
 std::shared_ptr<Object> CreateObjectErr(const QString &aClass, const QString &aServer) try {
     return ClassRegistry::Create(aClass, aServer);
@@ -147,8 +150,12 @@ void RaiseTypeMismatch(const QString &aWhat) {
     throw Failure(TypeMismatch, QString(), QStringLiteral("Несоответствие типа: ") + aWhat);
 }
 
-void SetRunningUnattended(bool aUnattended) { theUnattended = aUnattended; }
+void SetRunningUnattended(bool aUnattended) {
+    theUnattended = aUnattended;
+}
 
-bool IsRunningUnattended() { return theUnattended; }
+bool IsRunningUnattended() {
+    return theUnattended;
+}
 
 }  // namespace Vk_DocQuery

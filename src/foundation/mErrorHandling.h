@@ -13,13 +13,13 @@ enum ErrorFlags : qint32 {
     UseSavedFailure = 2,  ///< take the saved failure in place of the current one
 };
 
-/// The tail of an inner procedure, called in a catch handler: raises the current failure again with the
-/// entry "[library::aModule.aProc]" in front. Other exceptions become failures here.
+/// The tail of an inner procedure, called in a catch handler: raises the current failure again with
+/// the entry "[library::aModule.aProc]" in front. Other exceptions become failures here.
 [[noreturn]] void RaiseErrorUp(const char *aModule, const char *aProc,
                                const QString &aDetail = QString(), qint32 aFlags = 0);
 
-/// The tail of a procedure that the window system calls: puts the current failure before the user and
-/// returns.
+/// The tail of a procedure that the window system calls: puts the current failure before the user
+/// and returns.
 void ReportErrorToUser(const char *aModule, const char *aProc, const QString &aDetail = QString(),
                        qint32 aFlags = 0) noexcept;
 

@@ -54,9 +54,13 @@ private:
 
 }  // namespace
 
-NormalPointer::NormalPointer() { QGuiApplication::setOverrideCursor(Qt::ArrowCursor); }
+NormalPointer::NormalPointer() {
+    QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
+}
 
-NormalPointer::~NormalPointer() { QGuiApplication::restoreOverrideCursor(); }
+NormalPointer::~NormalPointer() {
+    QGuiApplication::restoreOverrideCursor();
+}
 
 void ShowWarningBox(const QString &aText, const QString &aTitle) {
     Box(QMessageBox::Warning, aText, aTitle).ShowWithOk();
@@ -97,8 +101,8 @@ int TwipsFromPixels(int aPixels) {
 
 void EnableControl(QWidget &aControl, bool aEnabled, QWidget *aCompanion) {
     aControl.setEnabled(aEnabled);
-    // The palette of the application, not that of the element, so that a change of the desktop's colours
-    // is followed at the next call.
+    // The palette of the application, not that of the element, so that a change of the desktop's
+    // colours is followed at the next call.
     const QPalette colours = QApplication::palette();
     const QColor ground = colours.color(aEnabled ? QPalette::Active : QPalette::Disabled,
                                         aEnabled ? QPalette::Base : QPalette::Button);

@@ -7,7 +7,8 @@ class QWidget;
 
 namespace Vk_DocQuery {
 
-/// Shows the default mouse pointer while it lives, so that a busy pointer does not stand over a box.
+/// Shows the default mouse pointer while it lives, so that a busy pointer does not stand over a
+/// box.
 class NormalPointer {
 public:
     NormalPointer();

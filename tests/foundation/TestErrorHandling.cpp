@@ -22,9 +22,15 @@ void Raising(qint32 aNumber, const char *aSource, const char *aDescription) {
 void Innermost() try { Raising(70, "S", "D"); } catch (...) {
     RaiseErrorUp("VkDocQueryData", "ReadCollectedIDsFromXml");
 }
-void Second() try { Innermost(); } catch (...) { RaiseErrorUp("VkDocQueryData", "ReadFromXml"); }
-void Third() try { Second(); } catch (...) { RaiseErrorUp("VkDocQueryData", "ReadFromXmlFile"); }
-void Fourth() try { Third(); } catch (...) { RaiseErrorUp("miDocQuery", "AskFileAndLoadDocQuery"); }
+void Second() try { Innermost(); } catch (...) {
+    RaiseErrorUp("VkDocQueryData", "ReadFromXml");
+}
+void Third() try { Second(); } catch (...) {
+    RaiseErrorUp("VkDocQueryData", "ReadFromXmlFile");
+}
+void Fourth() try { Third(); } catch (...) {
+    RaiseErrorUp("miDocQuery", "AskFileAndLoadDocQuery");
+}
 void Boundary() try { Fourth(); } catch (...) {
     ReportErrorToUser("DocQueryOptionsFrm", "theLoad_Click");
 }
@@ -136,7 +142,8 @@ private slots:
     }
 
     void LineNumberStandsInTheEntry() {
-        const Failure failure = Raised([] { throw Failure(1, QString(), QStringLiteral("D"), 42); });
+        const Failure failure =
+            Raised([] { throw Failure(1, QString(), QStringLiteral("D"), 42); });
         QCOMPARE(failure.Description(), QStringLiteral("[Vk_DocQuery::M.P (42)]\r\nD"));
     }
 
@@ -156,15 +163,18 @@ private slots:
         QTest::addColumn<int>("kind");
         QTest::addColumn<int>("number");
         QTest::addColumn<QString>("description");
-        QTest::newRow("no memory") << 0 << 7 << QStringLiteral("[Vk_DocQuery::M.P]\r\nНедостаточно памяти.");
+        QTest::newRow("no memory")
+            << 0 << 7 << QStringLiteral("[Vk_DocQuery::M.P]\r\nНедостаточно памяти.");
         QTest::newRow("range") << 1 << 9
                                << QStringLiteral("[Vk_DocQuery::M.P]\r\n[std::out_of_range]\r\nr");
         QTest::newRow("overflow") << 2 << 6
-                                  << QStringLiteral("[Vk_DocQuery::M.P]\r\n[std::overflow_error]\r\no");
+                                  << QStringLiteral(
+                                         "[Vk_DocQuery::M.P]\r\n[std::overflow_error]\r\no");
         QTest::newRow("other") << 3 << 51
                                << QStringLiteral("[Vk_DocQuery::M.P]\r\n[std::exception]\r\ne");
-        QTest::newRow("unknown")
-            << 4 << 51 << QStringLiteral("[Vk_DocQuery::M.P]\r\nНеизвестная внутренняя ошибка.");
+        QTest::newRow("unknown") << 4 << 51
+                                 << QStringLiteral(
+                                        "[Vk_DocQuery::M.P]\r\nНеизвестная внутренняя ошибка.");
     }
     void StandardExceptionsBecomeFailures() {
         QFETCH(int, kind);
@@ -172,11 +182,16 @@ private slots:
         QFETCH(QString, description);
         const Failure failure = Raised([&] {
             switch (kind) {
-                case 0: throw std::bad_alloc();
-                case 1: throw std::out_of_range("r");
-                case 2: throw std::overflow_error("o");
-                case 3: throw std::runtime_error("e");
-                default: throw 4;
+                case 0:
+                    throw std::bad_alloc();
+                case 1:
+                    throw std::out_of_range("r");
+                case 2:
+                    throw std::overflow_error("o");
+                case 3:
+                    throw std::runtime_error("e");
+                default:
+                    throw 4;
             }
         });
         QCOMPARE(failure.Number(), number);
@@ -189,11 +204,12 @@ private slots:
             QFAIL("nothing was raised");
         } catch (const Failure &failure) {
             QCOMPARE(failure.Number(), qint32(ClassNotCreatable));
-            QCOMPARE(failure.Description(),
-                     QStringLiteral(
-                         "[Vk_DocQuery::mErrorHandling.CreateObjectErr] {Object: Vk_Records.Missing}\r\n"
-                         "[ClassRegistry]\r\n"
-                         "Класс \"Vk_Records.Missing\" не зарегистрирован."));
+            QCOMPARE(
+                failure.Description(),
+                QStringLiteral(
+                    "[Vk_DocQuery::mErrorHandling.CreateObjectErr] {Object: Vk_Records.Missing}\r\n"
+                    "[ClassRegistry]\r\n"
+                    "Класс \"Vk_Records.Missing\" не зарегистрирован."));
         }
     }
 
@@ -238,7 +254,8 @@ private slots:
             throw Failure(1, QString(), QStringLiteral("no"));
         });
         ModalDriver driver;
-        driver.ExpectBox(theBoxTitle, QStringLiteral("[Vk_DocQuery::M.P]\r\nD"), QStringLiteral("OK"));
+        driver.ExpectBox(theBoxTitle, QStringLiteral("[Vk_DocQuery::M.P]\r\nD"),
+                         QStringLiteral("OK"));
         ReportOnce("P", 0);
         QVERIFY2(driver.Done(), driver.Complaint());
     }
@@ -247,7 +264,8 @@ private slots:
         ModalDriver driver;
         driver.Expect([&](QWidget &window) {
             auto *box = qobject_cast<QMessageBox *>(&window);
-            if (!box || box->icon() != QMessageBox::Critical) driver.Complain(QStringLiteral("icon"));
+            if (!box || box->icon() != QMessageBox::Critical)
+                driver.Complain(QStringLiteral("icon"));
             if (!box || box->buttons().size() != 1) driver.Complain(QStringLiteral("buttons"));
             window.close();
         });
@@ -269,7 +287,8 @@ private slots:
     void FailingSplashChangesNothing() {
         RegisterClass<FailingSplash>(theSplash);
         ModalDriver driver;
-        driver.ExpectBox(theBoxTitle, QStringLiteral("[Vk_DocQuery::M.P]\r\nD"), QStringLiteral("OK"));
+        driver.ExpectBox(theBoxTitle, QStringLiteral("[Vk_DocQuery::M.P]\r\nD"),
+                         QStringLiteral("OK"));
         ReportOnce("P", 0);
         QVERIFY2(driver.Done(), driver.Complaint());
     }
@@ -324,7 +343,8 @@ private slots:
             QFAIL("nothing was raised");
         } catch (const Failure &failure) {
             QCOMPARE(failure.Number(), 8);
-            QCOMPARE(failure.Description(), QStringLiteral("[Vk_DocQuery::M.P (3)]\r\n[saved]\r\nkept"));
+            QCOMPARE(failure.Description(),
+                     QStringLiteral("[Vk_DocQuery::M.P (3)]\r\n[saved]\r\nkept"));
         }
     }
 };

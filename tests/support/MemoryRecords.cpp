@@ -32,14 +32,26 @@ const Facts &FactsOf(const std::vector<Facts> &aAll, double aID, const char *aCl
 
 class MemoryPerson : public VkPerson {
 public:
-    double ID() const override { Called("VkPerson.ID"); return theFacts.ID; }
+    double ID() const override {
+        Called("VkPerson.ID");
+        return theFacts.ID;
+    }
     void SetID(double aID) override {
         Called("VkPerson.SetID");
         theFacts = FactsOf(MemoryOffice::The().Persons, aID, "VkPerson");
     }
-    QString Inn() const override { Called("VkPerson.Inn"); return theFacts.Inn; }
-    QString Kpp() const override { Called("VkPerson.Kpp"); return theFacts.Kpp; }
-    bool IsBranch() const override { Called("VkPerson.IsBranch"); return theFacts.Parent != 0; }
+    QString Inn() const override {
+        Called("VkPerson.Inn");
+        return theFacts.Inn;
+    }
+    QString Kpp() const override {
+        Called("VkPerson.Kpp");
+        return theFacts.Kpp;
+    }
+    bool IsBranch() const override {
+        Called("VkPerson.IsBranch");
+        return theFacts.Parent != 0;
+    }
     bool IsOrganization() const override {
         Called("VkPerson.IsOrganization");
         return theFacts.IsOrganization;
@@ -50,7 +62,10 @@ public:
         if (theFacts.Parent != 0) parent->SetID(theFacts.Parent);
         return parent;
     }
-    QString GetDisplayName() const override { Called("VkPerson.GetDisplayName"); return theFacts.Name; }
+    QString GetDisplayName() const override {
+        Called("VkPerson.GetDisplayName");
+        return theFacts.Name;
+    }
     QString GetDisplayNameAsAccPerson() const override {
         Called("VkPerson.GetDisplayNameAsAccPerson");
         return theFacts.Name + QStringLiteral(" (") + theFacts.Inn + u')';
@@ -69,7 +84,10 @@ public:
 
 class MemoryStream : public VkAccStream {
 public:
-    double ID() const override { Called("VkAccStream.ID"); return theFacts.ID; }
+    double ID() const override {
+        Called("VkAccStream.ID");
+        return theFacts.ID;
+    }
     void SetID(double aID) override {
         Called("VkAccStream.SetID");
         theFacts = FactsOf(MemoryOffice::The().Streams, aID, "VkAccStream");
@@ -77,12 +95,22 @@ public:
     std::shared_ptr<VkPerson> Person() const override {
         Called("VkAccStream.Person");
         if (theFacts.Person == 0)
-            throw Failure(91, QStringLiteral("MemoryRecords"), QStringLiteral("the stream has no person"));
+            throw Failure(91, QStringLiteral("MemoryRecords"),
+                          QStringLiteral("the stream has no person"));
         return MakePerson(theFacts.Person);
     }
-    QString DisplayName() const override { Called("VkAccStream.DisplayName"); return theFacts.Name; }
-    QString Kpp() const override { Called("VkAccStream.Kpp"); return theFacts.Kpp; }
-    QString GetIconKey() const override { Called("VkAccStream.GetIconKey"); return theFacts.Icon; }
+    QString DisplayName() const override {
+        Called("VkAccStream.DisplayName");
+        return theFacts.Name;
+    }
+    QString Kpp() const override {
+        Called("VkAccStream.Kpp");
+        return theFacts.Kpp;
+    }
+    QString GetIconKey() const override {
+        Called("VkAccStream.GetIconKey");
+        return theFacts.Icon;
+    }
     QString GetOfficeCodeForDisplay() const override {
         Called("VkAccStream.GetOfficeCodeForDisplay");
         return theFacts.Offices;
@@ -93,37 +121,64 @@ public:
 
 class MemoryClass : public VkTemplType {
 public:
-    double ID() const override { Called("VkTemplType.ID"); return theFacts.ID; }
+    double ID() const override {
+        Called("VkTemplType.ID");
+        return theFacts.ID;
+    }
     void SetID(double aID) override {
         Called("VkTemplType.SetID");
         theFacts = FactsOf(MemoryOffice::The().Classes, aID, "VkTemplType");
     }
-    QString KND() const override { Called("VkTemplType.KND"); return theFacts.KND; }
-    QString ShortName() const override { Called("VkTemplType.ShortName"); return theFacts.ShortName; }
+    QString KND() const override {
+        Called("VkTemplType.KND");
+        return theFacts.KND;
+    }
+    QString ShortName() const override {
+        Called("VkTemplType.ShortName");
+        return theFacts.ShortName;
+    }
     bool IsExcludedFromSearch() const override {
         Called("VkTemplType.IsExcludedFromSearch");
         return theFacts.Excluded;
     }
-    QString GetIconKey() const override { Called("VkTemplType.GetIconKey"); return theFacts.Icon; }
+    QString GetIconKey() const override {
+        Called("VkTemplType.GetIconKey");
+        return theFacts.Icon;
+    }
 
     ClassFacts theFacts;
 };
 
 class MemoryVersion : public VkTemplate {
 public:
-    double ID() const override { Called("VkTemplate.ID"); return theFacts.ID; }
+    double ID() const override {
+        Called("VkTemplate.ID");
+        return theFacts.ID;
+    }
     void SetID(double aID) override {
         Called("VkTemplate.SetID");
         theFacts = FactsOf(MemoryOffice::The().Versions, aID, "VkTemplate");
     }
-    LooseValue BegDate() const override { Called("VkTemplate.BegDate"); return theFacts.BegDate; }
-    LooseValue EndDate() const override { Called("VkTemplate.EndDate"); return theFacts.EndDate; }
+    LooseValue BegDate() const override {
+        Called("VkTemplate.BegDate");
+        return theFacts.BegDate;
+    }
+    LooseValue EndDate() const override {
+        Called("VkTemplate.EndDate");
+        return theFacts.EndDate;
+    }
     std::shared_ptr<VkTemplType> TemplateType() const override {
         Called("VkTemplate.TemplateType");
         return MakeClass(theFacts.Class);
     }
-    QString GetDisplayName() const override { Called("VkTemplate.GetDisplayName"); return theFacts.Name; }
-    QString GetIconKey() const override { Called("VkTemplate.GetIconKey"); return theFacts.Icon; }
+    QString GetDisplayName() const override {
+        Called("VkTemplate.GetDisplayName");
+        return theFacts.Name;
+    }
+    QString GetIconKey() const override {
+        Called("VkTemplate.GetIconKey");
+        return theFacts.Icon;
+    }
 
     VersionFacts theFacts;
 };
@@ -133,12 +188,15 @@ public:
     explicit MemoryRecordset(Rows aRows) : theRows(std::move(aRows)) {}
     void MoveFirst() override {
         if (theRows.empty())
-            throw Failure(3021, QStringLiteral("MemoryRecords"), QStringLiteral("the recordset is empty"));
+            throw Failure(3021, QStringLiteral("MemoryRecords"),
+                          QStringLiteral("the recordset is empty"));
         thePosition = 0;
     }
     void MoveNext() override { ++thePosition; }
     bool EndOfData() const override { return thePosition >= theRows.size(); }
-    LooseValue Value(const QString &aField) const override { return theRows.at(thePosition).at(aField); }
+    LooseValue Value(const QString &aField) const override {
+        return theRows.at(thePosition).at(aField);
+    }
 
 private:
     Rows theRows;
@@ -181,7 +239,8 @@ public:
     std::shared_ptr<Recordset> GetTemplTypeNames(double aID) override {
         Called("GetTemplTypeNames");
         Rows rows;
-        for (const LooseValue &name : FactsOf(MemoryOffice::The().Classes, aID, "VkTemplType").FullNames)
+        for (const LooseValue &name :
+             FactsOf(MemoryOffice::The().Classes, aID, "VkTemplType").FullNames)
             rows.push_back({{QStringLiteral("full_name"), name}});
         return std::make_shared<MemoryRecordset>(rows);
     }
@@ -252,34 +311,48 @@ std::shared_ptr<Class> Made(double aID) {
 
 void AddSmallOffice(MemoryOffice &aOffice) {
     aOffice.Persons = {
-        {1, QStringLiteral("7701000001"), QStringLiteral("770101001"), QStringLiteral("ООО Ромашка"),
-         true, 0, true, true, QStringLiteral("org")},
+        {1, QStringLiteral("7701000001"), QStringLiteral("770101001"),
+         QStringLiteral("ООО Ромашка"), true, 0, true, true, QStringLiteral("org")},
         {2, QStringLiteral("7701000001"), QStringLiteral("770202002"),
-         QStringLiteral("ООО Ромашка, Тверской филиал"), true, 1, false, true, QStringLiteral("branch")},
-        {3, QStringLiteral("770300000003"), QString(), QStringLiteral("Иванов Иван Иванович"), false, 0,
-         false, true, QStringLiteral("man_purple")},
-        {4, QStringLiteral("7704000004"), QStringLiteral("770401001"), QStringLiteral("АО Василёк"), true,
-         0, true, false, QStringLiteral("org")},
+         QStringLiteral("ООО Ромашка, Тверской филиал"), true, 1, false, true,
+         QStringLiteral("branch")},
+        {3, QStringLiteral("770300000003"), QString(), QStringLiteral("Иванов Иван Иванович"),
+         false, 0, false, true, QStringLiteral("man_purple")},
+        {4, QStringLiteral("7704000004"), QStringLiteral("770401001"), QStringLiteral("АО Василёк"),
+         true, 0, true, false, QStringLiteral("org")},
     };
     aOffice.Streams = {
-        {11, 1, QStringLiteral("ИФНС основной"), QStringLiteral("770101001"), QStringLiteral("7701"),
-         QStringLiteral("acc_stream")},
+        {11, 1, QStringLiteral("ИФНС основной"), QStringLiteral("770101001"),
+         QStringLiteral("7701"), QStringLiteral("acc_stream")},
         {12, 1, QStringLiteral("ПФР"), QStringLiteral("770101009"), QStringLiteral("087-101"),
          QStringLiteral("acc_stream_pfr")},
         {13, 3, QStringLiteral("Предприниматель"), QString(), QStringLiteral("7703"),
          QStringLiteral("acc_stream")},
     };
     aOffice.Classes = {
-        {21, QStringLiteral("1151001"), QStringLiteral("НДС"), false, QStringLiteral("doc_blank"),
+        {21,
+         QStringLiteral("1151001"),
+         QStringLiteral("НДС"),
+         false,
+         QStringLiteral("doc_blank"),
          {QStringLiteral("Налоговая декларация по налогу на добавленную стоимость")}},
-        {22, QStringLiteral("1151006"), QStringLiteral("Прибыль"), false, QStringLiteral("doc_blank"),
+        {22,
+         QStringLiteral("1151006"),
+         QStringLiteral("Прибыль"),
+         false,
+         QStringLiteral("doc_blank"),
          {QStringLiteral("Налоговая декларация по налогу на прибыль организаций")}},
-        {23, QStringLiteral("1151111"), QStringLiteral("РСВ"), true, QStringLiteral("doc_blank"),
+        {23,
+         QStringLiteral("1151111"),
+         QStringLiteral("РСВ"),
+         true,
+         QStringLiteral("doc_blank"),
          {QStringLiteral("Расчет по страховым взносам")}},
     };
     const QDate today = QDate::currentDate();
     aOffice.Versions = {
-        {31, 21, today.addYears(-8), today.addYears(-6), QStringLiteral("НДС 1"), QStringLiteral("doc")},
+        {31, 21, today.addYears(-8), today.addYears(-6), QStringLiteral("НДС 1"),
+         QStringLiteral("doc")},
         {32, 21, today.addYears(-3), Empty(), QStringLiteral("НДС 2"), QStringLiteral("doc")},
         {33, 22, today.addYears(-2), today, QStringLiteral("Прибыль 1"), QStringLiteral("doc")},
         {34, 23, Empty(), Empty(), QStringLiteral("РСВ без начала"), QStringLiteral("doc")},
@@ -307,11 +380,21 @@ void MemoryOffice::Install() {
     RegisterClass<MemoryFiles>(QStringLiteral("Vk_Lib.FilesLibrary"));
 }
 
-void MemoryOffice::Clear() { The() = MemoryOffice(); }
+void MemoryOffice::Clear() {
+    The() = MemoryOffice();
+}
 
-std::shared_ptr<VkPerson> MakePerson(double aID) { return Made<MemoryPerson>(aID); }
-std::shared_ptr<VkAccStream> MakeStream(double aID) { return Made<MemoryStream>(aID); }
-std::shared_ptr<VkTemplType> MakeClass(double aID) { return Made<MemoryClass>(aID); }
-std::shared_ptr<VkTemplate> MakeVersion(double aID) { return Made<MemoryVersion>(aID); }
+std::shared_ptr<VkPerson> MakePerson(double aID) {
+    return Made<MemoryPerson>(aID);
+}
+std::shared_ptr<VkAccStream> MakeStream(double aID) {
+    return Made<MemoryStream>(aID);
+}
+std::shared_ptr<VkTemplType> MakeClass(double aID) {
+    return Made<MemoryClass>(aID);
+}
+std::shared_ptr<VkTemplate> MakeVersion(double aID) {
+    return Made<MemoryVersion>(aID);
+}
 
 }  // namespace VkTests

@@ -52,8 +52,8 @@ struct VersionFacts {
 /// Rows of a recordset by field name.
 using Rows = std::vector<std::map<QString, LooseValue>>;
 
-/// A supplier of records that keeps everything in memory. It is made of the installed headers alone, as
-/// any host's own supplier would be.
+/// A supplier of records that keeps everything in memory. It is made of the installed headers
+/// alone, as any host's own supplier would be.
 struct MemoryOffice {
     std::vector<PersonFacts> Persons;
     std::vector<StreamFacts> Streams;
@@ -68,7 +68,8 @@ struct MemoryOffice {
     /// or raises.
     std::function<void(const QString &aMember)> OnCall;
 
-    /// The office of all tests of this process: the accessors keep their instances, so they all read it.
+    /// The office of all tests of this process: the accessors keep their instances, so they all
+    /// read it.
     static MemoryOffice &The();
     /// Puts a small office in place and enters the classes.
     static void Install();

@@ -3,6 +3,8 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QTest>
 
@@ -14,7 +16,9 @@ ModalDriver::ModalDriver() {
 
 ModalDriver::~ModalDriver() = default;
 
-void ModalDriver::Expect(std::function<void(QWidget &)> aAnswer) { theAnswers << std::move(aAnswer); }
+void ModalDriver::Expect(std::function<void(QWidget &)> aAnswer) {
+    theAnswers << std::move(aAnswer);
+}
 
 void ModalDriver::ExpectBox(const QString &aTitle, const QString &aText, const QString &aButton) {
     Expect([this, aTitle, aText, aButton](QWidget &aWindow) {
@@ -39,7 +43,34 @@ void ModalDriver::ExpectBox(const QString &aTitle, const QString &aText, const Q
     });
 }
 
-bool ModalDriver::Done() const { return theAnswers.isEmpty() && theComplaints.isEmpty(); }
+void ModalDriver::ExpectFileDialog(const QString &aTitle, const QString &aOffered,
+                                   const QString &aPath) {
+    Expect([this, aTitle, aOffered, aPath](QWidget &aWindow) {
+        auto *dialog = qobject_cast<QFileDialog *>(&aWindow);
+        auto *name = aWindow.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+        if (!dialog || !name) {
+            Complain(QStringLiteral("not a file dialog: ") + aWindow.windowTitle());
+            aWindow.close();
+            return;
+        }
+        if (dialog->windowTitle() != aTitle)
+            Complain(
+                QStringLiteral("title is \"%1\", not \"%2\"").arg(dialog->windowTitle(), aTitle));
+        if (name->text() != aOffered)
+            Complain(QStringLiteral("offers \"%1\", not \"%2\"").arg(name->text(), aOffered));
+        if (aPath.isEmpty()) {
+            QTest::keyClick(dialog, Qt::Key_Escape);
+            return;
+        }
+        name->selectAll();
+        name->insert(aPath);
+        QTest::keyClick(name, Qt::Key_Return);
+    });
+}
+
+bool ModalDriver::Done() const {
+    return theAnswers.isEmpty() && theComplaints.isEmpty();
+}
 
 const char *ModalDriver::Complaint() const {
     QStringList complaints = theComplaints;
@@ -49,7 +80,9 @@ const char *ModalDriver::Complaint() const {
     return theComplaintText.constData();
 }
 
-void ModalDriver::Complain(const QString &aText) { theComplaints << aText; }
+void ModalDriver::Complain(const QString &aText) {
+    theComplaints << aText;
+}
 
 void ModalDriver::Click(QWidget *aButton) {
     if (!aButton || !aButton->isVisible() || !aButton->isEnabled()) {
@@ -62,8 +95,8 @@ void ModalDriver::Click(QWidget *aButton) {
 }
 
 void ModalDriver::Look() {
-    // A timer of its own for each look: a repeating one does not fire again inside its own slot, where
-    // the boxes that an answer brings up are waiting.
+    // A timer of its own for each look: a repeating one does not fire again inside its own slot,
+    // where the boxes that an answer brings up are waiting.
     QTimer::singleShot(1, this, &ModalDriver::Look);
     QWidget *window = QApplication::activeModalWidget();
     if (!window || !window->isVisible()) return;

@@ -10,9 +10,9 @@
 
 namespace VkTests {
 
-/// Answers the modal windows that come up while it lives, in the order in which the answers were given,
-/// each from inside the window's own event loop. A window that no answer was given for is written down
-/// and closed, so that a test fails and does not hang.
+/// Answers the modal windows that come up while it lives, in the order in which the answers were
+/// given, each from inside the window's own event loop. A window that no answer was given for is
+/// written down and closed, so that a test fails and does not hang.
 ///
 ///     ModalDriver driver;
 ///     driver.ExpectBox("title", "text", "OK");
@@ -27,9 +27,14 @@ public:
 
     /// The next modal window is handed to the function, which has to end it.
     void Expect(std::function<void(QWidget &aWindow)> aAnswer);
-    /// The next modal window is a message box with exactly that title and text; the button with that
-    /// caption ("&" left out) is clicked with the mouse.
+    /// The next modal window is a message box with exactly that title and text; the button with
+    /// that caption ("&" left out) is clicked with the mouse.
     void ExpectBox(const QString &aTitle, const QString &aText, const QString &aButton);
+
+    /// The next modal window is a file dialog with exactly that title that offers that file name;
+    /// the path is typed into its name box and confirmed with Enter. An empty path cancels with
+    /// Esc.
+    void ExpectFileDialog(const QString &aTitle, const QString &aOffered, const QString &aPath);
 
     /// Every answer was used, and nothing came up without one.
     bool Done() const;

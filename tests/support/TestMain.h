@@ -14,6 +14,6 @@ struct TestRegistration {
 
 }  // namespace VkTests
 
-#define VK_TEST_CLASS(Class)                                       \
+#define VK_TEST_CLASS(Class)                                         \
     static const VkTests::TestRegistration the##Class##Registration( \
         #Class, [] { return std::make_unique<Class>(); })
