@@ -1,5 +1,9 @@
 #include "controls/OptionButton.h"
 
+#include <QStyleOptionButton>
+
+#include "controls/CaptionedMark.h"
+
 namespace Vk_DocQuery {
 
 OptionButton::OptionButton(const QString &aCaption, QWidget *aParent)
