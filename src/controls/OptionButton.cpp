@@ -22,4 +22,12 @@ bool OptionButton::hitButton(const QPoint &aPoint) const {
     return rect().contains(aPoint);
 }
 
+void OptionButton::paintEvent(QPaintEvent * /*aEvent*/) {
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    PaintCaptionedMark(*this, option,
+                       {QStyle::PE_IndicatorRadioButton, QStyle::SE_RadioButtonIndicator,
+                        QStyle::SE_RadioButtonContents});
+}
+
 }  // namespace Vk_DocQuery
