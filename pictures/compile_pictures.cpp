@@ -1,6 +1,7 @@
 // Composes the pictures by the table and writes them as a source file:
 //   vk_compile_pictures FOLDER_OF_THE_PARTS SOURCE_FILE
 
+#include <cmath>
 #include <cstdio>
 #include <exception>
 #include <stdexcept>
@@ -14,6 +15,8 @@
 #include <QPainter>
 #include <QSaveFile>
 #include <QSvgRenderer>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
 
 #include "PictureTable.h"
 
@@ -91,8 +94,49 @@ QImage Blank(int aSide) {
     return image;
 }
 
+/// The drawing with the edges of its rectangles moved to the nearest pixel, for 125 and 150 %:
+/// digits, cells and frames stay crisp there.
+QByteArray FittedToGrid(const QByteArray &aSource, double aScale) {
+    QByteArray fitted;
+    QXmlStreamReader reader(aSource);
+    QXmlStreamWriter writer(&fitted);
+    while (!reader.atEnd()) {
+        reader.readNext();
+        if (!reader.isStartElement() || reader.name() != u"rect") {
+            if (reader.tokenType() > QXmlStreamReader::Invalid) writer.writeCurrentToken(reader);
+            continue;
+        }
+        const auto attributes = reader.attributes();
+        const bool isOutlined = attributes.hasAttribute(QStringLiteral("stroke"));
+        const double outline = isOutlined ? 0.5 : 0;
+        const double inner = isOutlined ? std::round(aScale) / aScale / 2 : 0;
+        const auto edge = [&](double aEdge) { return std::round(aEdge * aScale) / aScale; };
+        const auto put = [&](const char *aStart, const char *aLength) {
+            const double start = attributes.value(QLatin1String(aStart)).toDouble();
+            const double length = attributes.value(QLatin1String(aLength)).toDouble();
+            const double from = edge(start - outline) + inner;
+            const double to = edge(start + length + outline) - inner;
+            writer.writeAttribute(QLatin1String(aStart), QString::number(from));
+            writer.writeAttribute(QLatin1String(aLength), QString::number(to - from));
+        };
+        writer.writeStartElement(QStringLiteral("rect"));
+        put("x", "width");
+        put("y", "height");
+        if (isOutlined)
+            writer.writeAttribute(QStringLiteral("stroke-width"), QString::number(2 * inner));
+        for (const char *name : {"rx", "fill", "stroke"}) {
+            if (attributes.hasAttribute(QLatin1String(name)))
+                writer.writeAttribute(QLatin1String(name),
+                                      attributes.value(QLatin1String(name)).toString());
+        }
+    }
+    if (reader.hasError())
+        Fail(reader.errorString() + QStringLiteral(": ") + QString::fromUtf8(aSource));
+    return fitted;
+}
+
 void Draw(QImage &aImage, const QByteArray &aSource, const QRectF &aPlace) {
-    QSvgRenderer renderer(aSource);
+    QSvgRenderer renderer(FittedToGrid(aSource, aImage.width() / double{theSide}));
     if (!renderer.isValid()) Fail(QStringLiteral("not a drawing: ") + QString::fromUtf8(aSource));
     QPainter painter(&aImage);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -126,7 +170,7 @@ QImage Compose(Parts &aParts, const PictureRow &aRow, int aSide) {
         QRectF Place;
     } overlays[] = {
         {"numbers/", aRow.UpperNumber, QRectF(0, 0, aSide, half)},
-        {"numbers/", aRow.LowerNumber, QRectF(0, half + half / 8, aSide, half)},
+        {"numbers/", aRow.LowerNumber, QRectF(0, std::round(half + half / 8), aSide, half)},
         {"badges/", aRow.LeftBadge, QRectF(0, half, half, half)},
         {"badges/", aRow.Badge, QRectF(half, half, half, half)},
     };
