@@ -109,8 +109,11 @@ QByteArray FittedToGrid(const QByteArray &aSource, double aScale) {
         const auto attributes = reader.attributes();
         const bool isOutlined = attributes.hasAttribute(QStringLiteral("stroke"));
         const double outline = isOutlined ? 0.5 : 0;
-        const double inner = isOutlined ? std::round(aScale) / aScale / 2 : 0;
-        const auto edge = [&](double aEdge) { return std::round(aEdge * aScale) / aScale; };
+        const double inner = isOutlined ? std::floor(aScale) / aScale / 2 : 0;
+        // A half goes up at 125 % and down at 150 %, which keeps the strokes of the digits at one
+        // pixel.
+        const double half = aScale < 1.5 ? 0.5 : 0.499;
+        const auto edge = [&](double aEdge) { return std::floor(aEdge * aScale + half) / aScale; };
         const auto put = [&](const char *aStart, const char *aLength) {
             const double start = attributes.value(QLatin1String(aStart)).toDouble();
             const double length = attributes.value(QLatin1String(aLength)).toDouble();
