@@ -3,6 +3,8 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QTest>
 
@@ -38,6 +40,31 @@ void ModalDriver::ExpectBox(const QString &aTitle, const QString &aText, const Q
         }
         Complain(QStringLiteral("no button \"%1\" in \"%2\"").arg(aButton, box->text()));
         box->reject();
+    });
+}
+
+void ModalDriver::ExpectFileDialog(const QString &aTitle, const QString &aOffered,
+                                   const QString &aPath) {
+    Expect([this, aTitle, aOffered, aPath](QWidget &aWindow) {
+        auto *dialog = qobject_cast<QFileDialog *>(&aWindow);
+        auto *name = aWindow.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+        if (!dialog || !name) {
+            Complain(QStringLiteral("not a file dialog: ") + aWindow.windowTitle());
+            aWindow.close();
+            return;
+        }
+        if (dialog->windowTitle() != aTitle)
+            Complain(
+                QStringLiteral("title is \"%1\", not \"%2\"").arg(dialog->windowTitle(), aTitle));
+        if (name->text() != aOffered)
+            Complain(QStringLiteral("offers \"%1\", not \"%2\"").arg(name->text(), aOffered));
+        if (aPath.isEmpty()) {
+            QTest::keyClick(dialog, Qt::Key_Escape);
+            return;
+        }
+        name->selectAll();
+        name->insert(aPath);
+        QTest::keyClick(name, Qt::Key_Return);
     });
 }
 

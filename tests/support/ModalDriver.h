@@ -31,6 +31,11 @@ public:
     /// that caption ("&" left out) is clicked with the mouse.
     void ExpectBox(const QString &aTitle, const QString &aText, const QString &aButton);
 
+    /// The next modal window is a file dialog with exactly that title that offers that file name;
+    /// the path is typed into its name box and confirmed with Enter. An empty path cancels with
+    /// Esc.
+    void ExpectFileDialog(const QString &aTitle, const QString &aOffered, const QString &aPath);
+
     /// Every answer was used, and nothing came up without one.
     bool Done() const;
     /// What went otherwise, as UTF-8 for QVERIFY2.
