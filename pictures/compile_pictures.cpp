@@ -49,8 +49,8 @@ constexpr Accents theAccents[] = {
     {Tone::Violet, "#d6c2f2", "#8a5ccf", "#533091", "#ffffff"},
     {Tone::Brown, "#dfc7a8", "#a5763f", "#654318", "#ffffff"},
     {Tone::Grey, "#d3d8de", "#8b95a1", "#555e69", "#ffffff"},
-    {Tone::Yellow, "#fdeaa0", "#ecbb35", "#94690f", "#ffffff"},
-    {Tone::Old, "#e0d5ba", "#b5a98a", "#857b62", "#f3ecd9"},
+    {Tone::Yellow, "#fdeaa0", "#ecbb35", "#7a5608", "#ffffff"},
+    {Tone::Old, "#e0d5ba", "#b5a98a", "#665d47", "#f3ecd9"},
 };
 
 [[noreturn]] void Fail(const QString &aText) {
