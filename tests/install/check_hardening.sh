@@ -7,7 +7,7 @@ result=0
 
 expect() {
     local file=$1 what=$2 pattern=$3 options=$4
-    "$readelf" -W "$options" "$file" | grep -q -E "$pattern" || {
+    "$readelf" -W "$options" "$file" | grep -E "$pattern" >/dev/null || {
         echo "$(basename "$file"): $what"
         result=1
     }
