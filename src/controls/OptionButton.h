@@ -17,6 +17,10 @@ public:
 
 signals:
     void Click();
+
+protected:
+    bool hitButton(const QPoint &aPoint) const override;
+    void paintEvent(QPaintEvent *aEvent) override;
 };
 
 }  // namespace Vk_DocQuery
