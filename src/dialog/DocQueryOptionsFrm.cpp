@@ -4,6 +4,7 @@
 #include <QResizeEvent>
 #include <QScreen>
 
+#include "controls/DateBox.h"
 #include "controls/Fonts.h"
 #include "controls/HelpButton.h"
 #include "controls/PictureButton.h"
@@ -225,7 +226,7 @@ void DocQueryOptionsFrm::LoadControls() {
     theBottomFrame = new QWidget(this);
     Place(*theBottomFrame, QStringLiteral("theBottomFrame"), 0, theFrameTop, theDesignWidth,
           theFrameHeight);
-    theBottomStitch = new Stitch(theBottomFrame);
+    theBottomStitch = new DStitch(theBottomFrame);
     theBottomStitch->setObjectName(QStringLiteral("theBottomStitch"));
     theBottomStitch->move(0, 0);
 
@@ -251,16 +252,17 @@ void DocQueryOptionsFrm::LoadControls() {
          &DocQueryOptionsFrm::theCancel_Click},
     };
     for (const ButtonRow &row : rows) {
-        row.Element = row.Picture != 0 ? new PictureButton(row.Picture, row.Caption, theBottomFrame)
+        row.Element = row.Picture != 0 ? new DButton(row.Caption, row.Picture, theBottomFrame)
                                        : new QPushButton(row.Caption, theBottomFrame);
         Place(*row.Element, row.Name, row.Left, 180, row.Width, 495);
         row.Element->setAutoDefault(false);
         connect(row.Element, &QPushButton::clicked, this, row.Handler);
     }
-    theHelp = new HelpButton(theHelpPage, theBottomFrame);
+    theHelp = new DHelpButton(theHelpPage, theBottomFrame);
     Place(*theHelp, QStringLiteral("theHelp"), 6300, 180, 1395, 495);
     theHelp->setAutoDefault(false);
     theOK->setDefault(true);
+    theCancel->setProperty(DateBox::theChecksProperty, false);  // leaves a half typed date alone
 
     QWidget::setTabOrder({theData, theLoad, theSave, theSaveAs, theHelp, theOK, theCancel});
     resize(PixelsFromTwips(theDesignWidth), PixelsFromTwips(theFrameTop + theFrameHeight));

@@ -10,8 +10,8 @@ class QPushButton;
 
 namespace Vk_DocQuery {
 
-class HelpButton;
-class Stitch;
+class DHelpButton;
+class DStitch;
 class VkDocQueryCriteries;
 
 /// The modal window in which the user states a search: the criteria panel, the buttons below it,
@@ -63,10 +63,10 @@ private:
     QPushButton *theLoad = nullptr;
     QPushButton *theSave = nullptr;
     QPushButton *theSaveAs = nullptr;
-    HelpButton *theHelp = nullptr;
+    DHelpButton *theHelp = nullptr;
     QPushButton *theOK = nullptr;
     QPushButton *theCancel = nullptr;
-    Stitch *theBottomStitch = nullptr;
+    DStitch *theBottomStitch = nullptr;
 };
 
 }  // namespace Vk_DocQuery
