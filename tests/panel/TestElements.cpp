@@ -411,6 +411,25 @@ private slots:
         QVERIFY(walked.size() >= 5);
     }
 
+    void WhatStandsBehindThePanelComesBehindIt() {
+        QWidget window;
+        auto *panel = new OpenPanel;
+        panel->setParent(&window);
+        auto *button = new QPushButton(QStringLiteral("OK"), &window);
+        QWidget::setTabOrder(panel, button);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        panel->setFocus();
+        QCOMPARE(QApplication::focusWidget(), panel->Tabs().Bar());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), &panel->Get("theIsTaxpayers"));
+        panel->List("theTaxpayersList").setFocus();
+        for (int i = 0; i < 3; ++i) QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), &panel->Get("theTaxpayerDelete"));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), button);
+    }
+
     void ArrowsGoThroughAGroup() {
         OpenPanel panel;
         panel.Check("theIsDocNum").SetValue(1);
