@@ -119,6 +119,7 @@ void DateBox::SetBounds(QDate aEarliest, QDate aLatest) {
     theEarliest = aEarliest;
     theLatest = aLatest;
     delete thePopup;
+    thePopup = nullptr;
 }
 
 LooseValue DateBox::Value() const {
