@@ -20,7 +20,6 @@ constexpr int theNameColumn = 3;
 const QSize theSize(900, 600);
 
 struct Company {
-    QString Key;
     std::array<QString, 5> Cells;
 };
 
@@ -47,8 +46,7 @@ std::vector<Company> Companies() {
     std::vector<Company> companies;
     companies.reserve(theRows);
     for (int i = 0; i < theRows; ++i) {
-        companies.push_back({QStringLiteral("_%1").arg(i),
-                             {QString::number(7700000000 + i), QString::number(770000000 + i % 997),
+        companies.push_back({{QString::number(7700000000 + i), QString::number(770000000 + i % 997),
                               Name(dice), Name(dice), QStringLiteral("действует")}});
     }
     return companies;
@@ -82,7 +80,7 @@ std::unique_ptr<QTreeWidget> MakePeer() {
 void FillOurs(ListView &aList, const std::vector<Company> &aCompanies) {
     aList.ReserveRows(static_cast<int>(aCompanies.size()));
     for (const Company &company : aCompanies) {
-        ListRow *row = aList.AddRow(company.Key);
+        ListRow *row = aList.AddRow(QString());  // the peer knows no keys
         int cell = 0;
         for (const QString &text : company.Cells) row->SetCell(++cell, text);
     }

@@ -69,7 +69,7 @@ const QString &ListRow::Icon() const {
 
 void ListRow::SetCell(int aCell, const QString &aText, const QString &aIcon) {
     SetCellText(aCell, aText);
-    SetCellIcon(aCell, aIcon);
+    if (theCellIcons || !aIcon.isEmpty()) SetCellIcon(aCell, aIcon);
 }
 
 void ListRow::SetCellText(int aCell, const QString &aText) {
