@@ -98,8 +98,8 @@ void FillPeer(QTreeWidget &aTree, const std::vector<Company> &aCompanies) {
     aTree.addTopLevelItems(items);
 }
 
+/// Both sides do their layout, which they put off, before they paint.
 void Paint(QWidget &aViewport) {
-    QApplication::processEvents();
     aViewport.repaint();
 }
 
