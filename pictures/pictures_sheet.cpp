@@ -21,7 +21,7 @@ constexpr int theSide = 16;
 constexpr int theCellWidth = 176;
 constexpr int theCellHeight = 22;
 constexpr int theMargin = 8;
-constexpr int theRowCount = 56;
+constexpr int theRowCount = 57;
 
 struct Ground {
     QColor Paper;
