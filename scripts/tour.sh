@@ -142,16 +142,10 @@ at_bottom() {
 load=180 save=1800 save_as=3420 ok=-3450 cancel=-1875 # negative: from the right edge
 tabs="taxpayer accstream time template doc"
 
-# open_tab KEY: a click on the first tab, then Ctrl+Tab up to the wanted one.
-open_tab() {
-    local tab
-    click 600 180
-    for tab in $tabs; do
-        [ "$tab" != "$1" ] || return 0
-        press ctrl+Tab
-    done
-    fail "there is no tab $1"
-}
+declare -A tab_lefts=([taxpayer]=1125 [accstream]=3300 [time]=5550 [template]=7575 [doc]=9750)
+
+# open_tab KEY: a click on the tab.
+open_tab() { click "${tab_lefts[$1]}" 180; }
 
 pictures_of_tabs() {
     local tab
@@ -170,7 +164,8 @@ write_colleagues_query() {
     <TemplateCriteria IsTemplate="1" TemplatesMode="1">
         <Templates><i id="1001"/><i id="1002"/><i id="1003"/></Templates>
     </TemplateCriteria>
-    <PeriodCriteria IsPeriods="1" PeriodCriterion="1" OnePeriodYear="2025" OnePeriodMonthID="16"/>
+    <PeriodCriteria IsPeriods="1" PeriodCriterion="1" OnePeriodYear="2025" OnePeriodMonthID="16"
+        RangePeriodYear1="2025" RangePeriodMonth1="1" RangePeriodYear2="2025" RangePeriodMonth2="12"/>
     <AccStreamCriteria IsAccStreamsList="1">
         <AccStreamsList><i id="9001"/><i id="9003"/></AccStreamsList>
     </AccStreamCriteria>
@@ -186,9 +181,13 @@ dialog="Поиск документов"
 question="Норвик: Критерии поиска документов"
 
 look_at_empty_dialog() {
+    local tab
     press F7
     await "$dialog"
-    pictures_of_tabs empty
+    for tab in $tabs; do
+        picture "empty-$tab"
+        press ctrl+Tab
+    done
 }
 
 load_query() {
@@ -309,5 +308,6 @@ be_warned_and_correct
 save_query
 confirm
 check_query
-press ctrl+q
+xdotool key ctrl+q
+gone "Норвик"
 printf 'The tour is over: %d pictures of the windows and the saved query are in %s\n' "$pictures" "$out"
