@@ -63,20 +63,20 @@ QByteArray Utf8OfWindows1251(const QByteArray &aBytes) {
     return result;
 }
 
-/// The character set that the declaration names, in small letters; empty without a declaration.
-QByteArray DeclaredEncoding(const QByteArray &aBytes) {
+/// The character set that the declaration names; empty without a declaration.
+QByteArrayView DeclaredEncoding(QByteArrayView aBytes) {
     constexpr qsizetype longestDeclaration = 200;
-    if (!aBytes.startsWith("<?xml")) return QByteArray();
-    const QByteArray start = aBytes.left(longestDeclaration);
-    const QByteArray declaration = start.left(start.indexOf("?>"));
+    if (!aBytes.startsWith("<?xml")) return {};
+    const QByteArrayView start = aBytes.first(std::min(aBytes.size(), longestDeclaration));
+    const QByteArrayView declaration = start.first(std::max<qsizetype>(start.indexOf("?>"), 0));
     const qsizetype word = declaration.indexOf("encoding");
-    if (word < 0) return QByteArray();
-    QByteArray value = declaration.mid(word + 8).trimmed();
-    if (!value.startsWith('=')) return QByteArray();
-    value = value.mid(1).trimmed();
-    if (value.isEmpty() || (value[0] != '"' && value[0] != '\'')) return QByteArray();
+    if (word < 0) return {};
+    QByteArrayView value = declaration.sliced(word + 8).trimmed();
+    if (!value.startsWith('=')) return {};
+    value = value.sliced(1).trimmed();
+    if (value.isEmpty() || (value[0] != '"' && value[0] != '\'')) return {};
     const qsizetype end = value.indexOf(value[0], 1);
-    return end < 0 ? QByteArray() : value.mid(1, end - 1).toLower();
+    return end < 0 ? QByteArrayView() : value.sliced(1, end - 1);
 }
 
 QString ReasonNotOpened(const QFile &aFile, int aCode) {
@@ -120,8 +120,10 @@ QByteArray DecodedXmlBytes(const QByteArray &aBytes, bool &rDecoded) {
         const QString text = decoder.decode(aBytes);
         if (!decoder.hasError() && text.isValidUtf16()) return text.toUtf8();
     }
-    const QByteArray encoding = DeclaredEncoding(aBytes);
-    if ((encoding == "windows-1251" || encoding == "cp1251") && Windows1251().IsUsable)
+    const QByteArrayView encoding = DeclaredEncoding(aBytes);
+    if ((encoding.compare("windows-1251", Qt::CaseInsensitive) == 0 ||
+         encoding.compare("cp1251", Qt::CaseInsensitive) == 0) &&
+        Windows1251().IsUsable)
         return Utf8OfWindows1251(aBytes);
     rDecoded = false;
     return aBytes;
