@@ -50,6 +50,10 @@ constexpr qint32 thePeriodCodes[] = {1, 2,  3,  13, 4,  5,  6,  14, 19, 7, 8,
 constexpr const char *theYearCombos[] = {"theOnePerYear", "thePerYear1", "thePerYear2"};
 constexpr const char *theLists[] = {"theTemplatesList", "theAccStreamsList", "theTaxpayersList"};
 
+QSize DesignSize() {
+    return {PixelsFromTwips(thePanelWidth), PixelsFromTwips(thePanelHeight)};
+}
+
 QRect PixelRect(const ElementRow &aRow) {
     return {PixelsFromTwips(aRow.Left), PixelsFromTwips(aRow.Top), PixelsFromTwips(aRow.Width),
             PixelsFromTwips(aRow.Height)};
@@ -107,7 +111,7 @@ VkDocQueryCriteries::VkDocQueryCriteries(QWidget *aParent) try : QWidget(aParent
     NameForReaders();
     SetUpLists();
     ConnectClicks();
-    resize(sizeHint());
+    resize(DesignSize());
 } catch (...) {
     RaiseErrorUp(theModule, "Class_Initialize");
 }
@@ -115,7 +119,7 @@ VkDocQueryCriteries::VkDocQueryCriteries(QWidget *aParent) try : QWidget(aParent
 void VkDocQueryCriteries::MakeTabs() {
     theTabs = new TabControl(this);
     theTabs->setObjectName(QStringLiteral("theTabs"));
-    theTabs->resize(sizeHint());
+    theTabs->resize(DesignSize());
     theTabs->SetPagePlace(PixelsFromTwips(thePageLeft), PixelsFromTwips(thePageTop));
     theTabs->SetImages(TabImages());
     for (const TabRow &row : TabRows()) {
@@ -129,7 +133,7 @@ void VkDocQueryCriteries::MakeTabs() {
 }
 
 void VkDocQueryCriteries::MakeElements() {
-    theElements.reserve(static_cast<qsizetype>(ElementRows().size() + TabRows().size()));
+    theElements.reserve(qsizetype(ElementRows().size()) + qsizetype(TabRows().size()));
     for (const ElementRow &row : ElementRows()) {
         QWidget *parent = &Element(row.Inside);
         if (auto *box = qobject_cast<ScrollBox *>(parent)) parent = box->Content();
@@ -283,7 +287,7 @@ QString VkDocQueryCriteries::GetCurrentTab() const {
 }
 
 QSize VkDocQueryCriteries::sizeHint() const {
-    return {PixelsFromTwips(thePanelWidth), PixelsFromTwips(thePanelHeight)};
+    return DesignSize();
 }
 
 void VkDocQueryCriteries::resizeEvent(QResizeEvent *aEvent) {
