@@ -22,12 +22,9 @@ namespace Vk_DocQuery {
 namespace {
 
 constexpr char theModule[] = "DocQueryOptionsFrm";
-constexpr qint32 theSaveFlags = 0x880802;
 constexpr qsizetype theLongestNameInCaption = 100;
 
 // Twips.
-constexpr int theDesignWidth = 12315;
-constexpr int thePanelHeight = 8835;
 constexpr int theFrameTop = 8880;
 constexpr int theFrameHeight = 855;
 constexpr int theGapBehindCancel = 240;
@@ -145,7 +142,7 @@ void DocQueryOptionsFrm::SaveRecordAs() {
     const QString offered = record->FileName.isEmpty() ? theDefaultFileName : record->FileName;
     const QString path =
         AskFileNameForSaving(QStringLiteral("Сохранить файл критериев поиска"), theQueryFilesFilter,
-                             offered, winId(), theSaveFlags, QString());
+                             offered, winId(), theSavingFlags, QString());
     if (path.isEmpty()) return;
     bool saved = false;
     SaveRecord(*record, path, saved);
@@ -222,9 +219,9 @@ void DocQueryOptionsFrm::Form_Resize() {
 void DocQueryOptionsFrm::LoadControls() {
     if (theData) return;
     theData = new VkDocQueryCriteries(this);
-    Place(*theData, QStringLiteral("theData"), 0, 0, theDesignWidth, thePanelHeight);
+    Place(*theData, QStringLiteral("theData"), 0, 0, thePanelWidth, thePanelHeight);
     theBottomFrame = new QWidget(this);
-    Place(*theBottomFrame, QStringLiteral("theBottomFrame"), 0, theFrameTop, theDesignWidth,
+    Place(*theBottomFrame, QStringLiteral("theBottomFrame"), 0, theFrameTop, thePanelWidth,
           theFrameHeight);
     theBottomStitch = new DStitch(theBottomFrame);
     theBottomStitch->setObjectName(QStringLiteral("theBottomStitch"));
@@ -264,8 +261,8 @@ void DocQueryOptionsFrm::LoadControls() {
     theOK->setDefault(true);
     theCancel->setProperty(DateBox::theChecksProperty, false);  // leaves a half typed date alone
 
-    QWidget::setTabOrder({theData, theLoad, theSave, theSaveAs, theHelp, theOK, theCancel});
-    resize(PixelsFromTwips(theDesignWidth), PixelsFromTwips(theFrameTop + theFrameHeight));
+    setTabOrder(theSaveAs, theHelp);
+    resize(PixelsFromTwips(thePanelWidth), PixelsFromTwips(theFrameTop + theFrameHeight));
     Form_Resize();
 }
 

@@ -1,6 +1,7 @@
 #include "queryfile/FileBytes.h"
 
 #include <array>
+#include <cerrno>
 #include <cstring>
 
 #include <QFile>
@@ -78,8 +79,8 @@ QByteArray DeclaredEncoding(const QByteArray &aBytes) {
     return end < 0 ? QByteArray() : value.mid(1, end - 1).toLower();
 }
 
-QString ReasonNotOpened(const QFile &aFile) {
-    if (aFile.error() == QFileDevice::PermissionsError)
+QString ReasonNotOpened(const QFile &aFile, int aCode) {
+    if (aCode == EACCES || aCode == EPERM || aFile.error() == QFileDevice::PermissionsError)
         return QStringLiteral("Нет прав на чтение файла.");
     return QStringLiteral("Файл не удалось открыть: %1.").arg(aFile.errorString());
 }
@@ -94,7 +95,9 @@ QString ReadFileBytes(const QString &aFileName, qint64 aLargest, QByteArray &rBy
     if (!info.isFile())
         return QStringLiteral("По этому пути находится не обычный файл, а канал или устройство.");
     QFile file(aFileName);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) return ReasonNotOpened(file);
+    errno = 0;
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return ReasonNotOpened(file, errno);
     const auto tooLarge = [=] {
         return QStringLiteral("Файл слишком велик: допускается не более %1 МБ.")
             .arg(aLargest / (1024 * 1024));
@@ -106,7 +109,6 @@ QString ReadFileBytes(const QString &aFileName, qint64 aLargest, QByteArray &rBy
     if (rBytes.size() > aLargest) return tooLarge();
     if (file.error() != QFileDevice::NoError || rBytes.size() < size)
         return QStringLiteral("Файл не удалось прочитать: %1.").arg(file.errorString());
-    if (rBytes.isEmpty()) return QStringLiteral("Файл пуст.");
     return QString();
 }
 
@@ -116,7 +118,7 @@ QByteArray DecodedXmlBytes(const QByteArray &aBytes, bool &rDecoded) {
     if (aBytes.startsWith("\xFF\xFE") || aBytes.startsWith("\xFE\xFF")) {
         QStringDecoder decoder(QStringDecoder::Utf16);
         const QString text = decoder.decode(aBytes);
-        if (!decoder.hasError()) return text.toUtf8();
+        if (!decoder.hasError() && text.isValidUtf16()) return text.toUtf8();
     }
     const QByteArray encoding = DeclaredEncoding(aBytes);
     if ((encoding == "windows-1251" || encoding == "cp1251") && Windows1251().IsUsable)
