@@ -46,7 +46,7 @@ void PaintCaptionedMark(QWidget &aElement, const QStyleOptionButton &aOption,
     const int line = aElement.fontMetrics().height();
     const bool wraps = aElement.height() >= 2 * line - line / 4;
     const int lines = wraps ? Qt::TextWordWrap : Qt::TextSingleLine;
-    const int flags = Qt::AlignLeft | Qt::AlignVCenter | lines;
+    const int flags = int(Qt::AlignLeft) | int(Qt::AlignVCenter) | lines;
     const QRect caption = CaptionRect(aElement, room, aOption.text, flags);
 
     QStyleOptionButton mark = aOption;

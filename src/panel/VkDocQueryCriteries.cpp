@@ -30,12 +30,6 @@ namespace {
 
 constexpr char theModule[] = "VkDocQueryCriteries";
 
-// The panel as it is designed, and the place of its pages; twips.
-constexpr int thePanelWidth = 12315;
-constexpr int thePanelHeight = 8835;
-constexpr int thePageLeft = 30;
-constexpr int thePageTop = 360;
-
 constexpr double theLowestNumber = -999999999999999;
 constexpr double theHighestNumber = 99999999999999;
 const QDate theEarliestDate(100, 1, 1);
