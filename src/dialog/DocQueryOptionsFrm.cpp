@@ -26,7 +26,7 @@ constexpr qsizetype theLongestNameInCaption = 100;
 
 // Twips.
 constexpr int theDesignWidth = 12315;
-constexpr int thePanelHeight = 8835;
+constexpr int theDataHeight = 8835;
 constexpr int theFrameTop = 8880;
 constexpr int theFrameHeight = 855;
 constexpr int theGapBehindCancel = 240;
@@ -221,7 +221,7 @@ void DocQueryOptionsFrm::Form_Resize() {
 void DocQueryOptionsFrm::LoadControls() {
     if (theData) return;
     theData = new VkDocQueryCriteries(this);
-    Place(*theData, QStringLiteral("theData"), 0, 0, theDesignWidth, thePanelHeight);
+    Place(*theData, QStringLiteral("theData"), 0, 0, theDesignWidth, theDataHeight);
     theBottomFrame = new QWidget(this);
     Place(*theBottomFrame, QStringLiteral("theBottomFrame"), 0, theFrameTop, theDesignWidth,
           theFrameHeight);
