@@ -26,7 +26,7 @@ namespace Vk_DocQuery {
 namespace {
 
 constexpr char theModule[] = "DateBox";
-constexpr int theButtonWidth = 17;
+constexpr int theButtonTwips = 255;
 const QString theFormat = QStringLiteral("dd.MM.yyyy");
 
 /// The locale writes the names of months and week days small.
@@ -60,6 +60,7 @@ class DateBox::Popup : public QFrame {
 public:
     explicit Popup(DateBox &aBox) : QFrame(&aBox, Qt::Popup), theBox(aBox) {
         setFrameShape(QFrame::StyledPanel);
+        setFont(aBox.font());  // a window of its own does not take it over
         auto *layout = new QVBoxLayout(this);
         layout->setContentsMargins(1, 1, 1, 1);
         layout->setSpacing(2);
@@ -108,10 +109,11 @@ protected:
     }
 
 private:
-    /// The heading begins with a capital, too.
+    /// The heading begins with a capital, too. The arrow of its menu is drawn over the end of the
+    /// text, so that blanks make room for it.
     void NameMonth() {
         auto *month = Calendar->findChild<QToolButton *>(QStringLiteral("qt_calendar_monthbutton"));
-        if (month) month->setText(Capitalised(month->text()));
+        if (month) month->setText(Capitalised(month->text().trimmed()) + QStringLiteral("   "));
     }
 
     DateBox &theBox;
@@ -227,7 +229,6 @@ bool DateBox::eventFilter(QObject *aObject, QEvent *aEvent) {
         case QEvent::KeyPress:
             return EditKey(*static_cast<QKeyEvent *>(aEvent));
         case QEvent::FocusIn:
-            theEdit->setAccessibleName(accessibleName());
             // A click into the blank mask would leave the caret in its middle.
             if (IsBlank())
                 QMetaObject::invokeMethod(
@@ -268,7 +269,7 @@ void DateBox::FocusLeft() {
 }
 
 void DateBox::resizeEvent(QResizeEvent * /*aEvent*/) {
-    const int button = std::min(theButtonWidth, width());
+    const int button = std::min(PixelsFromTwips(theButtonTwips), width());
     theEdit->setGeometry(0, 0, width() - button, height());
     theButton->setGeometry(width() - button, 0, button, height());
 }

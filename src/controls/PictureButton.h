@@ -4,7 +4,7 @@
 
 namespace Vk_DocQuery {
 
-/// A push button with one of the standard pictures: 5 for OK, 2 for cancel.
+/// A push button with one of the standard pictures: 5 for OK, 2 for cancel, 0 for none.
 class DButton : public QPushButton {
     Q_OBJECT
 

@@ -4,6 +4,7 @@
 #include <QResizeEvent>
 #include <QScreen>
 
+#include "controls/Colours.h"
 #include "controls/DateBox.h"
 #include "controls/Fonts.h"
 #include "controls/HelpButton.h"
@@ -49,6 +50,7 @@ DocQueryOptionsFrm::DocQueryOptionsFrm() {
     setWindowTitle(theTitle);
     setWindowIcon(WindowIcon(QStringLiteral("dialog")));
     setFont(WindowFont());
+    KeepDisabledReadable(*this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
 }
