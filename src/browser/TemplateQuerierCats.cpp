@@ -20,8 +20,8 @@ enum BranchTypes : qint32 { HeadOnly = 0, BranchOnly = 1, HeadAndBranch = 2, Ent
 struct Category {
     qint32 ID;
     qint32 Bit;
-    const char16_t *HeadText;
-    const char16_t *BranchText;
+    QStringView HeadText;
+    QStringView BranchText;
 };
 
 // Category 7 is not known here: its rows count for nothing.
@@ -32,14 +32,14 @@ constexpr Category theCategories[] = {
     {4, 8, u"Бюджетные организации", u"ОП бюджетной организации"},
     {5, 16, u"Представительства иностранных организаций",
      u"ОП представительства иностранной организации"},
-    {theEntrepreneurs, 32, u"Индивидуальные предприниматели", nullptr},
+    {theEntrepreneurs, 32, u"Индивидуальные предприниматели", {}},
     {8, 64, u"Организации УСНО", u"ОП организации УСНО"},
     {9, 128, u"Негосударственные пенсионные фонды", u"ОП негосударственного пенсионного фонда"},
 };
 
 struct Stream {
     qint32 Bit;
-    const char16_t *Text;
+    QStringView Text;
 };
 
 // In the order of printing; the bit is 2 to the power of the stream's number less one.
@@ -55,8 +55,8 @@ constexpr Stream theStreams[] = {
     {256, u"Отчетность организаций финансового рынка"},
 };
 
-constexpr char16_t theLineEnd[] = u"\r\n";
-constexpr char16_t theIndent[] = u"    ";
+const QString theLineEnd = QStringLiteral("\r\n");
+const QString theIndent = QStringLiteral("    ");
 
 /// Sets of stream bits by category and branch type.
 using Matrix = std::array<std::array<qint32, Entrepreneurs + 1>, theHighestID + 1>;
@@ -80,8 +80,8 @@ void AddToMatrix(const Recordset &aRow, Matrix &rMatrix) {
         if (!head && !branch) return;
         type = head && branch ? HeadAndBranch : branch ? BranchOnly : HeadOnly;
     }
-    rMatrix[static_cast<std::size_t>(category)][static_cast<std::size_t>(type)] |=
-        1 << (stream - 1);
+    rMatrix[static_cast<std::size_t>(category)][static_cast<std::size_t>(type)] |= 1
+                                                                                   << (stream - 1);
 }
 
 Matrix ReadMatrix(Recordset *aCategories) {
@@ -114,12 +114,12 @@ struct Block {
 
 /// The heading and, below it, the categories by the text that the column has for them.
 void AddCategories(Block &rBlock, const QString &aHeading, qint32 aCatBits,
-                   const char16_t *const Category::*aText) {
+                   QStringView Category::*aText) {
     rBlock.Line(aHeading);
     rBlock.Indent = theIndent;
     for (const Category &category : theCategories)
         if (category.ID != theEntrepreneurs && (aCatBits & category.Bit) != 0)
-            rBlock.Line(QString(category.*aText));
+            rBlock.Line((category.*aText).toString());
 }
 
 }  // namespace
@@ -164,7 +164,7 @@ QString CategoryBlock(const IntCategoryCluster &aCluster) {
     }
     block.Indent += theIndent;
     for (const Stream &stream : theStreams)
-        if ((aCluster.AccBits & stream.Bit) != 0) block.Line(QString(stream.Text));
+        if ((aCluster.AccBits & stream.Bit) != 0) block.Line(stream.Text.toString());
     return block.Text + theLineEnd;
 }
 

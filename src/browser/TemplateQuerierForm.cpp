@@ -38,9 +38,9 @@ constexpr int theClientHeight = 10260;
 enum class Kind { BoldLabel, Label, FilterBox, List, Pane, BottomFrame, Button };
 
 struct Element {
-    const char16_t *Name;
+    QStringView Name;
     Kind What;
-    const char16_t *Caption;  ///< of an element that shows none: what assistive programs say
+    QStringView Caption;  ///< of an element that shows none: what assistive programs say
     int Left, Top, Width, Height;
 };
 
@@ -66,7 +66,7 @@ constexpr Element theElements[] = {
 };
 
 struct FormColumn {
-    const char16_t *Caption;
+    QStringView Caption;
     int Width;
 };
 
@@ -78,7 +78,7 @@ constexpr FormColumn theFormColumns[] = {
 };
 
 QWidget *MakeLabel(const Element &aElement, QWidget *aParent) {
-    auto *label = new QLabel(QString(aElement.Caption), aParent);
+    auto *label = new QLabel(aElement.Caption.toString(), aParent);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
@@ -104,14 +104,14 @@ QWidget *MakeElement(const Element &aElement, QWidget *aParent) {
         case Kind::BottomFrame:
             return new QWidget(aParent);
         case Kind::Button:
-            return new QPushButton(QString(aElement.Caption), aParent);
+            return new QPushButton(aElement.Caption.toString(), aParent);
     }
     Q_UNREACHABLE();
 }
 
 const Element &ElementOf(const QWidget *aWidget) {
     for (const Element &element : theElements)
-        if (aWidget->objectName() == QStringView(element.Name)) return element;
+        if (aWidget->objectName() == element.Name) return element;
     Q_UNREACHABLE();
 }
 
@@ -201,8 +201,8 @@ void TemplateQuerierForm::MakeElements() {
     for (const Element &element : theElements) {
         QWidget *widget =
             MakeElement(element, element.What == Kind::Button ? theBottomFrame : this);
-        widget->setObjectName(QString(element.Name));
-        widget->setAccessibleName(QString(element.Caption));
+        widget->setObjectName(element.Name.toString());
+        widget->setAccessibleName(element.Caption.toString());
         Move(widget, element.Left, element.Top, element.Width, element.Height);
         if (element.What == Kind::BottomFrame) theBottomFrame = widget;
         if (widget->focusPolicy() == Qt::NoFocus) continue;
@@ -217,7 +217,7 @@ void TemplateQuerierForm::MakeElements() {
     theClose = findChild<QPushButton *>(QStringLiteral("theClose"));
     theClose->setAutoDefault(false);  // Enter in the filter must not close the window
     for (const FormColumn &column : theFormColumns)
-        theFormList->AddColumn(QString(column.Caption), column.Width);
+        theFormList->AddColumn(column.Caption.toString(), column.Width);
 }
 
 void TemplateQuerierForm::ConnectElements() {

@@ -15,12 +15,12 @@ constexpr char theModule[] = "TemplateQuerierForm";
 constexpr qint32 theOtherDocuments = 18;  // stands outside of the years, in a row of its own
 
 struct TimeColumn {
-    const char16_t *Key;
-    const char16_t *Caption;
+    QStringView Key;
+    QStringView Caption;
     int Width;  ///< twips
     Qt::AlignmentFlag Alignment;
-    qint32 MonthID;             ///< 0: no period
-    const char16_t *Picture{};  ///< of a year in which the form exists
+    qint32 MonthID;         ///< 0: no period
+    QStringView Picture{};  ///< of a year in which the form exists
 };
 
 // The half year and the full year have a column but no picture: forms of these periods leave it
@@ -53,7 +53,7 @@ constexpr TimeColumn theTimeColumns[] = {
 
 QString PictureOf(qint32 aMonthID) {
     for (const TimeColumn &column : theTimeColumns)
-        if (column.MonthID == aMonthID) return QString(column.Picture);
+        if (column.MonthID == aMonthID) return column.Picture.toString();
     return QString();
 }
 
@@ -74,7 +74,7 @@ void TemplateQuerierForm::MakeTimeColumns() {
     theTimeList->ClearRows();
     theTimeList->ClearColumns();
     for (const TimeColumn &column : theTimeColumns)
-        theTimeList->AddColumn(QString(column.Caption), column.Width, QString(column.Key),
+        theTimeList->AddColumn(column.Caption.toString(), column.Width, column.Key.toString(),
                                column.Alignment);
 }
 
