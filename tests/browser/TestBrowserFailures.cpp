@@ -17,10 +17,10 @@ const QString theOk = QStringLiteral("OK");
 const QString theRest = QStringLiteral("[Supplier]\r\nСвязь с базой потеряна.");
 
 /// Lets the call of that member with that number, counted from 1, fail, and every later one.
-void Fail(const char *aMember, int aFrom = 1) {
+void Fail(const QString &aMember, int aFrom = 1) {
     const auto calls = std::make_shared<int>(0);
     MemoryOffice::The().OnCall = [=](const QString &aCalled) {
-        if (aCalled != QLatin1String(aMember) || ++*calls < aFrom) return;
+        if (aCalled != aMember || ++*calls < aFrom) return;
         throw Failure(4711, QStringLiteral("Supplier"), QStringLiteral("Связь с базой потеряна."));
     };
 }
@@ -62,7 +62,7 @@ private slots:
         QFETCH(QString, member);
         QFETCH(int, from);
         QFETCH(QString, proc);
-        Fail(member.toLatin1().constData(), from);
+        Fail(member, from);
         ModalDriver driver;
         driver.ExpectBox(theTitle, Chain({QStringLiteral("Execute"), proc}, theRest), theOk);
         TemplateQuerier().Execute();
@@ -84,7 +84,7 @@ private slots:
     }
 
     void TheNextOpeningIsAsGoodAsNew() {
-        Fail("GetTemplates");
+        Fail(QStringLiteral("GetTemplates"));
         ModalDriver driver;
         driver.Expect([](QWidget &aWindow) { aWindow.close(); });
         TemplateQuerier().Execute();
@@ -102,7 +102,7 @@ private slots:
         OpenBrowser browser;
         browser.ClickForm(1);
         QCOMPARE(browser.Times.RowCount(), 8);
-        Fail("GetTemplTypeAvailability");
+        Fail(QStringLiteral("GetTemplTypeAvailability"));
         ModalDriver driver;
         driver.ExpectBox(
             theTitle,
@@ -127,7 +127,7 @@ private slots:
 
     void AvailabilityFailingOnAnArrowTellsOnce() {
         OpenBrowser browser;
-        Fail("GetTemplTypeAvailability");
+        Fail(QStringLiteral("GetTemplTypeAvailability"));
         ModalDriver driver;
         driver.ExpectBox(
             theTitle,
