@@ -240,6 +240,10 @@ QSqlQuery &Connection::Prepared(const char *aSql) {
 QSqlQuery Connection::Run(const QString &aSql, const QVariantList &aValues) {
     QSqlQuery query(theDatabase);
     query.setForwardOnly(true);
+    if (aValues.isEmpty()) {  // PostgreSQL prepares no statement that sets or makes something
+        if (!query.exec(aSql)) RaiseRefusal(query.lastError());
+        return query;
+    }
     if (!query.prepare(aSql)) RaiseRefusal(query.lastError());
     for (const QVariant &value : aValues) query.addBindValue(value);
     Execute(query);
