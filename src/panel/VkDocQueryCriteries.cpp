@@ -288,4 +288,16 @@ void RaiseWrongElement(const QString &aName) {
                   QStringLiteral("На панели нет нужного элемента \"%1\".").arg(aName));
 }
 
+bool VkDocQueryCriteries::FinishInput() try {
+    for (const char *name : {"theSignDate1", "theSignDate2"}) {
+        auto &box = The<DateBox>(name);
+        if (box.IsAcceptable() || box.parentWidget()->isHidden()) continue;
+        SetCurrentTab(QStringLiteral("doc"));
+        return box.CheckText();
+    }
+    return true;
+} catch (...) {
+    RaiseErrorUp(theModule, "FinishInput");
+}
+
 }  // namespace Vk_DocQuery
