@@ -6,7 +6,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QStringMatcher>
 
 #include "browser/TextPane.h"
 #include "controls/Fonts.h"
@@ -29,6 +28,7 @@ constexpr quint16 theBlank = 32;
 constexpr int theYearsLookedBack = 1827;  // days: forms that were in use in the last five years
 constexpr int theFullNameCell = 3;
 constexpr int theGapInPixels = 4;
+constexpr int theUsualSearchText = 500;
 
 // The elements, in tab order; places in twips.
 
@@ -172,9 +172,11 @@ KeyedCollection<QString> ReadFullNames(Recordset *aNames) {
 
 /// What the filter looks into: all names that the form has, the shown one and the others.
 QString SearchText(const IntTemplateClass &aForm, const QString &aShortName, const QString &aKND) {
-    QString text = aShortName + u'|' + aKND;
+    QString text;
+    text.reserve(theUsualSearchText);
+    text += aShortName + u'|' + aKND;
     for (const QString &name : aForm.FullNames) text += u'|' + name;
-    return text.toUpper();
+    return text;
 }
 
 }  // namespace
@@ -312,21 +314,20 @@ void TemplateQuerierForm::LoadAllObjects() try {
 void TemplateQuerierForm::FillList() try {
     const QString needle = TrimmedOfBlanks(theFilterA->text().toUpper());
     if (!theRowsAreMade) MakeRows();
-    theFormList->ShowOnly(MatchingRows(needle));
+    theFormList->ShowOnly(theSearchTexts.Holding(needle));
 } catch (...) {
     RaiseErrorUp(theModule, "FillList");
 }
 
 void TemplateQuerierForm::MakeRows() {
-    theSearchTexts.clear();
-    theSearchTexts.reserve(static_cast<std::size_t>(theClasses.Count()));
+    theSearchTexts.Clear();
     theFormList->ClearRows();
     theFormList->ReserveRows(static_cast<int>(theClasses.Count()));
     for (qsizetype i = 0; i < theClasses.Count(); ++i) {
         const std::shared_ptr<IntTemplateClass> &form = theClasses.At(i);
         const QString shortName = form->Class->ShortName();
         const QString knd = form->Class->KND();
-        theSearchTexts.push_back(SearchText(*form, shortName, knd));
+        theSearchTexts.Add(SearchText(*form, shortName, knd));
         ListRow *row = theFormList->AddRow(theClasses.KeyAt(i));
         row->SetTag(form);
         row->SetIcon(QueryIcon(form->Class->GetIconKey()));
@@ -337,22 +338,12 @@ void TemplateQuerierForm::MakeRows() {
     theRowsAreMade = true;
 }
 
-std::vector<int> TemplateQuerierForm::MatchingRows(const QString &aNeedle) const {
-    std::vector<int> rows;
-    rows.reserve(theSearchTexts.size());
-    const QStringMatcher needle(aNeedle);
-    for (std::size_t i = 0; i < theSearchTexts.size(); ++i)
-        if (aNeedle.isEmpty() || needle.indexIn(theSearchTexts[i]) >= 0)
-            rows.push_back(static_cast<int>(i));
-    return rows;
-}
-
 void TemplateQuerierForm::FormChanged() try {
     const double id = ChosenClassID();
     // Nothing writes theShownClassID but Prepare, so that only an ID of -1 stops here and every
     // other call draws anew.
     if (id == theShownClassID) return;
-    theTimeList->ClearRows();
+    if (theTimeList->RowCount() > 0) theTimeList->ClearRows();  // spares an empty list the repaint
     theCatInfo->SetText(QString());
     if (id == 0) return;
     std::shared_ptr<Recordset> categories;

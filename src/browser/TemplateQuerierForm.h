@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <vector>
 
 #include <QDialog>
 
@@ -9,6 +8,7 @@
 
 #include "browser/IntCategoryCluster.h"
 #include "browser/IntTemplateClass.h"
+#include "browser/SearchTexts.h"
 #include "browser/TimeTable.h"
 
 class QLineEdit;
@@ -62,7 +62,6 @@ private:
     void MakeTimeColumns();
     void AttachPictures();
     void MakeRows();
-    std::vector<int> MatchingRows(const QString &aNeedle) const;
     double ChosenClassID() const;
     void AddTimeItem(ListRow &aRow, qint32 aMonthID, qint32 aValue);
 
@@ -81,7 +80,7 @@ private:
     double theShownClassID = -1;
     KeyedCollection<std::shared_ptr<IntTemplateClass>> theClasses;
 
-    std::vector<QString> theSearchTexts;  // upper-cased, one per class and row
+    SearchTexts theSearchTexts;  // one per class and row
     bool theRowsAreMade = false;
 
     QLineEdit *theFilterA = nullptr;

@@ -1,5 +1,7 @@
 // The lower right pane: in which reporting periods a form exists.
 
+#include <array>
+
 #include "browser/TemplateQuerierForm.h"
 #include "controls/ListView.h"
 #include "foundation/Clock.h"
@@ -51,10 +53,19 @@ constexpr TimeColumn theTimeColumns[] = {
     {u"lett", u"Запр", 600, Qt::AlignHCenter, 21, u"period_letter"},
 };
 
-QString PictureOf(qint32 aMonthID) {
+/// Picture keys by period code; codes without a picture have an empty one.
+using Pictures = std::array<QString, TimeTable::theLastColumn + 1>;
+
+Pictures MakePictures() {
+    Pictures pictures;
     for (const TimeColumn &column : theTimeColumns)
-        if (column.MonthID == aMonthID) return column.Picture.toString();
-    return QString();
+        pictures[static_cast<std::size_t>(column.MonthID)] = column.Picture.toString();
+    return pictures;
+}
+
+const QString &PictureOf(qint32 aMonthID) {
+    static const Pictures pictures = MakePictures();
+    return pictures[static_cast<std::size_t>(aMonthID)];
 }
 
 bool HasMarkedPeriod(const TimeTable &aTable) {

@@ -4,23 +4,39 @@
 
 namespace Vk_DocQuery {
 
-/// A box of plain text that is read and written through its text and its selection. Its lines end
-/// with CR LF wherever a text goes in or comes out; within a selection a line end counts as one
-/// character. The user reads and copies, but does not write.
+/// A box of plain text that is written as a whole and through a selection, with lines that end with
+/// CR LF. The user reads and copies, but does not write.
+///
+/// What is written shows when the event loop comes round, so that any number of writes costs one
+/// layout.
 class TextPane : public QPlainTextEdit {
     Q_OBJECT
 
 public:
     explicit TextPane(QWidget *aParent = nullptr);
 
-    QString Text() const;
+    /// The text as it was written.
+    const QString &Text() const { return theText; }
+    /// Puts another text in place and the selection, empty, before it.
     void SetText(const QString &aText);
-    int SelStart() const;
-    int SelLength() const;
-    /// Puts the selection anew; the view follows its end.
+    int SelStart() const { return theSelStart; }
+    int SelLength() const { return theSelLength; }
+    /// Counted in characters of the text; what lies outside of it is cut off.
     void SetSelection(int aStart, int aLength);
-    /// Puts the text in the place of the selection and an empty selection behind it.
+    /// Puts the text in the place of the selection and the selection, empty, behind it.
     void ReplaceSelection(const QString &aText);
+
+    /// Shows at once what was written.
+    void Flush();
+
+private:
+    void Changed();
+
+    QString theText;
+    int theSelStart = 0;
+    int theSelLength = 0;
+    QString theShownText;
+    bool theFlushPosted = false;
 };
 
 }  // namespace Vk_DocQuery
