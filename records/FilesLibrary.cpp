@@ -1,6 +1,7 @@
 #include "FilesLibrary.h"
 
 #include <array>
+#include <cerrno>
 #include <cstring>
 #include <map>
 #include <memory>
@@ -162,8 +163,8 @@ void CheckPlace(const QString &aFileName) {
         Raise(PermissionDenied, QStringLiteral("Файл доступен только для чтения."));
 }
 
-[[noreturn]] void RaiseNotOpened(const QSaveFile &aFile) {
-    if (aFile.error() == QFileDevice::PermissionsError) {
+[[noreturn]] void RaiseNotOpened(const QSaveFile &aFile, int aCode) {
+    if (aCode == EACCES || aCode == EPERM || aFile.error() == QFileDevice::PermissionsError) {
         Raise(PermissionDenied,
               QStringLiteral("Нет прав на запись в папку \"%1\".")
                   .arg(QDir::toNativeSeparators(QFileInfo(aFile.fileName()).absolutePath())));
@@ -171,13 +172,20 @@ void CheckPlace(const QString &aFileName) {
     Raise(WriteFailed, QStringLiteral("Файл не удалось создать: %1.").arg(aFile.errorString()));
 }
 
-[[noreturn]] void RaiseNotWritten(QSaveFile &aFile) {
-    const QFileDevice::FileError error = aFile.error();
+[[noreturn]] void RaiseNotWritten(QSaveFile &aFile, int aCode) {
     const QString text = aFile.errorString();
     aFile.cancelWriting();
-    if (error == QFileDevice::ResourceError)
+    if (aFile.error() == QFileDevice::ResourceError || aCode == ENOSPC || aCode == EFBIG)
         Raise(DiskFull, QStringLiteral("На диске не хватает места."));
     Raise(WriteFailed, QStringLiteral("Файл не удалось записать: %1.").arg(text));
+}
+
+[[noreturn]] void RaiseNotReplaced(const QSaveFile &aFile, int aCode) {
+    if (aCode == EPERM || aCode == EACCES) {
+        Raise(PermissionDenied,
+              QStringLiteral("Файл не удалось заменить: нет прав на его удаление."));
+    }
+    Raise(WriteFailed, QStringLiteral("Файл не удалось заменить: %1.").arg(aFile.errorString()));
 }
 
 bool IsSeparator(QChar aCharacter) {
@@ -206,10 +214,12 @@ void FilesLibrary::SaveTextToFile(const QString &aText, const QString &aFileName
     const QByteArray bytes = XmlBytes(aText, aCodePage);
     CheckPlace(aFileName);
     QSaveFile file(aFileName);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) RaiseNotOpened(file);
-    if (file.write(bytes) != bytes.size()) RaiseNotWritten(file);
-    if (!file.commit())
-        Raise(WriteFailed, QStringLiteral("Файл не удалось заменить: %1.").arg(file.errorString()));
+    errno = 0;
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) RaiseNotOpened(file, errno);
+    errno = 0;
+    if (file.write(bytes) != bytes.size()) RaiseNotWritten(file, errno);
+    errno = 0;
+    if (!file.commit()) RaiseNotReplaced(file, errno);
 }
 
 QByteArray XmlBytes(const QString &aText, qint32 aCodePage) {

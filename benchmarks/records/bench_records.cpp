@@ -48,7 +48,7 @@ std::vector<PlainPerson> PlainPersons(const QSqlDatabase &aDatabase) {
     QSqlQuery query(aDatabase);
     query.setForwardOnly(true);
     query.exec(QStringLiteral("SELECT %1 FROM person p ORDER BY p.display_name, p.id")
-                   .arg(theColumns.arg(u'p')));
+                   .arg(theColumns.arg(QChar(u'p'))));
     std::vector<PlainPerson> persons;
     while (query.next()) persons.push_back(PlainPersonOf(query, 0));
     return persons;
@@ -65,7 +65,7 @@ std::vector<PlainPerson> PlainLoads(const QSqlDatabase &aDatabase) {
     query.prepare(
         QStringLiteral(
             "SELECT %1, %2 FROM person p LEFT JOIN person q ON q.id = p.parent_id WHERE p.id = ?")
-            .arg(theColumns.arg(u'p'), theColumns.arg(u'q')));
+            .arg(theColumns.arg(QChar(u'p')), theColumns.arg(QChar(u'q'))));
     std::vector<PlainPerson> persons;
     for (int i = 0; i < theLoads; ++i) {
         query.bindValue(0, IdentityAt(i));

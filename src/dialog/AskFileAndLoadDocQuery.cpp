@@ -8,7 +8,6 @@ namespace Vk_DocQuery {
 
 namespace {
 constexpr char theModule[] = "miDocQuery";
-constexpr qint32 theOpenFlags = 0x281800;
 }  // namespace
 
 const QString theQueryFilesFilter = QStringLiteral("Файлы критериев поиска Норвика (*.qvk)|*.qvk");
@@ -16,7 +15,7 @@ const QString theQueryFilesFilter = QStringLiteral("Файлы критерие�
 std::shared_ptr<VkDocQueryData> AskFileAndLoadDocQuery(WId aHwnd) try {
     const QString path =
         AskFileNameForOpening(QStringLiteral("Открыть файл критериев поиска"), theQueryFilesFilter,
-                              QString(), aHwnd, theOpenFlags, QString());
+                              QString(), aHwnd, theOpeningFlags, QString());
     if (path.isEmpty()) return nullptr;
 
     auto record = std::make_shared<VkDocQueryData>();

@@ -22,7 +22,6 @@ namespace Vk_DocQuery {
 namespace {
 
 constexpr char theModule[] = "DocQueryOptionsFrm";
-constexpr qint32 theSaveFlags = 0x880802;
 constexpr qsizetype theLongestNameInCaption = 100;
 
 // Twips.
@@ -145,7 +144,7 @@ void DocQueryOptionsFrm::SaveRecordAs() {
     const QString offered = record->FileName.isEmpty() ? theDefaultFileName : record->FileName;
     const QString path =
         AskFileNameForSaving(QStringLiteral("Сохранить файл критериев поиска"), theQueryFilesFilter,
-                             offered, winId(), theSaveFlags, QString());
+                             offered, winId(), theSavingFlags, QString());
     if (path.isEmpty()) return;
     bool saved = false;
     SaveRecord(*record, path, saved);
@@ -264,7 +263,7 @@ void DocQueryOptionsFrm::LoadControls() {
     theOK->setDefault(true);
     theCancel->setProperty(DateBox::theChecksProperty, false);  // leaves a half typed date alone
 
-    QWidget::setTabOrder({theData, theLoad, theSave, theSaveAs, theHelp, theOK, theCancel});
+    setTabOrder(theSaveAs, theHelp);
     resize(PixelsFromTwips(theDesignWidth), PixelsFromTwips(theFrameTop + theFrameHeight));
     Form_Resize();
 }

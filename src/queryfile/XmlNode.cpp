@@ -27,6 +27,10 @@ XmlNode FirstElement(xmlNode *aFirst, const char *aName) {
     return XmlNode();
 }
 
+bool IsBlank(char aByte) {
+    return aByte == ' ' || aByte == '\t' || aByte == '\r' || aByte == '\n';
+}
+
 bool IsLineEnd(xmlChar aByte) {
     return aByte == '\n' || aByte == '\r';
 }
@@ -41,7 +45,11 @@ QString LineAt(const xmlParserInput &aInput) {
     for (qsizetype n = 0; n < theLongestSource && end < aInput.end && !IsLineEnd(*end); ++n) ++end;
     while (start < end && (*start & 0xC0U) == 0x80U) ++start;  // not in the middle of a character
     while (end > start && end < aInput.end && (*end & 0xC0U) == 0x80U) --end;
-    return QString::fromUtf8(reinterpret_cast<const char *>(start), end - start).trimmed();
+    QString line = QString::fromUtf8(reinterpret_cast<const char *>(start), end - start).trimmed();
+    for (QChar &character : line) {
+        if (character < u' ') character = u' ';  // a message box takes a zero for the end
+    }
+    return line;
 }
 
 /// One run of the parser. Keeps the first error that tells its line; later ones are its
@@ -59,9 +67,14 @@ public:
     ParserRun &operator=(const ParserRun &) = delete;
 
     xmlDoc *Parse(const QByteArray &aBytes, const char *aEncoding, int aOptions) {
+        // Errors of character sets come without a parser; without this they go to standard error.
+        const xmlStructuredErrorFunc handler = xmlStructuredError;
+        void *const handlerContext = xmlStructuredErrorContext;
+        xmlSetStructuredErrorFunc(nullptr, [](void *, xmlErrorPtr) {});
         xmlDoc *tree =
             xmlCtxtReadMemory(theContext, aBytes.constData(), static_cast<int>(aBytes.size()),
                               nullptr, aEncoding, aOptions);
+        xmlSetStructuredErrorFunc(handlerContext, handler);
         if (tree && theIsRefused) {
             xmlFreeDoc(tree);
             tree = nullptr;
@@ -72,7 +85,7 @@ public:
 private:
     void Keep(const QString &aReason, qint32 aLine) {
         if (theError.Line > 0) return;
-        theError.Reason = aReason.trimmed();
+        theError.Reason = aReason.simplified();
         theError.Line = aLine;
         theError.SourceText = theContext->input ? LineAt(*theContext->input) : QString();
     }
@@ -138,6 +151,10 @@ bool XmlDocument::Load(const QString &aFileName) {
 bool XmlDocument::LoadBytes(const QByteArray &aBytes) {
     theTree.reset();
     theError = XmlParseError();
+    if (std::all_of(aBytes.cbegin(), aBytes.cend(), IsBlank)) {
+        theError.Reason = QStringLiteral("Файл пуст.");
+        return false;
+    }
     bool decoded = false;
     const QByteArray bytes = DecodedXmlBytes(aBytes, decoded);
     ParserRun run(theError);

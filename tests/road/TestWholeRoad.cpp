@@ -13,6 +13,7 @@
 #include <Vk_DocQuery/Providers.h>
 #include <Vk_Records/Database.h>
 
+#include "support/Keys.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"
 
@@ -49,7 +50,7 @@ public:
         line->setFocus();
         QTest::keySequence(line, QKeySequence::SelectAll);
         QTest::keyClick(line, Qt::Key_Delete);
-        QTest::keyClicks(line, aText);
+        TypeText(line, aText);
     }
     /// Presses OK, reads the warning whole and closes it.
     void ExpectFault(const QString &aMessage) const {
