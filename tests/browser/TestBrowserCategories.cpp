@@ -1,3 +1,4 @@
+#include <QScrollBar>
 #include <QTest>
 #include <QTextCursor>
 
@@ -183,6 +184,43 @@ private slots:
         QCOMPARE(browser.Cats.Text(), text);
         QCOMPARE(browser.Cats.SelStart(), 0);  // the pane opens at its top
         QCOMPARE(browser.Cats.SelLength(), 0);
+        QTRY_COMPARE(browser.Cats.toPlainText(), QString(text).remove(u'\r'));
+        QCOMPARE(browser.Cats.textCursor().position(), 0);
+        QCOMPARE(browser.Cats.verticalScrollBar()->value(), 0);
+    }
+
+    void APaneScrolledDownOpensTheNextFormAtItsTop() {
+        for (int stream = 1; stream <= 9; ++stream)
+            for (int category = 1; category <= 9; ++category)
+                MemoryOffice::The().Categories[1].push_back(CategoryRow(category, stream, 1, 1));
+        MemoryOffice::The().Categories[2] = MemoryOffice::The().Categories[1];
+        OpenBrowser browser;
+        browser.ClickForm(1);
+        QTRY_VERIFY(browser.Cats.verticalScrollBar()->maximum() > 0);
+        browser.Cats.moveCursor(QTextCursor::End);
+        QVERIFY(browser.Cats.verticalScrollBar()->value() > 0);
+        browser.ClickForm(2);
+        QTRY_COMPARE(browser.Cats.verticalScrollBar()->value(), 0);
+    }
+
+    void TextIsWrittenThroughTheSelection() {
+        TextPane pane;
+        pane.SetText(QStringLiteral("один\r\nдва\r\nтри"));
+        QCOMPARE(pane.SelStart(), 0);
+        pane.SetSelection(6, 3);
+        pane.Flush();
+        QCOMPARE(pane.textCursor().selectedText(), QStringLiteral("два"));
+        pane.ReplaceSelection(QStringLiteral("два\r\nи ещё"));
+        QCOMPARE(pane.Text(), QStringLiteral("один\r\nдва\r\nи ещё\r\nтри"));
+        QCOMPARE(pane.SelStart(), 16);
+        QCOMPARE(pane.SelLength(), 0);
+        pane.Flush();
+        QCOMPARE(pane.toPlainText(), QStringLiteral("один\nдва\nи ещё\nтри"));
+        QCOMPARE(pane.textCursor().position(), 14);
+        pane.SetSelection(20, 100);
+        QCOMPARE(pane.SelLength(), 1);
+        pane.SetSelection(-5, 2);
+        QCOMPARE(pane.SelStart(), 0);
     }
 
     void TheNextFormTakesThePlaceOfTheLast() {

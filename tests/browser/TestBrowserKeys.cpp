@@ -196,6 +196,7 @@ private slots:
         MemoryOffice::The().Categories[1] = {CategoryRow(6, 1, 0, 0)};
         OpenBrowser browser;
         browser.ClickForm(1);
+        QTRY_VERIFY(!browser.Cats.toPlainText().isEmpty());
         browser.Cats.setFocus();
         QTest::keyClick(&browser.Cats, Qt::Key_A, Qt::ControlModifier);
         QTest::keyClick(&browser.Cats, Qt::Key_C, Qt::ControlModifier);

@@ -81,6 +81,7 @@ private slots:
         QTest::newRow("line break as a blank")
             << QStringLiteral("декларация по форме") << QStringList{nds};
         QTest::newRow("nothing") << QStringLiteral("ъъ") << QStringList{};
+        QTest::newRow("across two forms") << QStringLiteral("3310прибыль") << QStringList{};
         QTest::newRow("not a pattern") << QStringLiteral("н.с") << QStringList{};
         QTest::newRow("tab is no blank") << QStringLiteral("\tндс") << QStringList{};
     }
@@ -94,6 +95,25 @@ private slots:
         QVERIFY(browser.List.SelectedRows().empty());
         QCOMPARE(browser.Times.RowCount(), 0);
         QCOMPARE(browser.Cats.Text(), QString());
+    }
+
+    void ATextHoldsTheNeedleByItselfOnly() {
+        SearchTexts texts;
+        QVERIFY(texts.Holding(QStringLiteral("А")).empty());
+        QVERIFY(texts.Holding(QString()).empty());
+        for (const QString &text : {QStringLiteral("аа"), QStringLiteral("ааа"), QString(),
+                                    QStringLiteral("аБ"), QStringLiteral("баааа")})
+            texts.Add(text);
+        const auto holding = [&](const char16_t *aNeedle) {
+            return texts.Holding(QString::fromUtf16(aNeedle));
+        };
+        QCOMPARE(holding(u""), (std::vector<int>{0, 1, 2, 3, 4}));
+        QCOMPARE(holding(u"А"), (std::vector<int>{0, 1, 3, 4}));
+        QCOMPARE(holding(u"ААА"), (std::vector<int>{1, 4}));
+        QCOMPARE(holding(u"АБ"), (std::vector<int>{3}));
+        QCOMPARE(holding(u"БА"), (std::vector<int>{4}));
+        QCOMPARE(holding(u"ББ"), (std::vector<int>{}));
+        QCOMPARE(holding(u"ААААА"), (std::vector<int>{}));
     }
 
     void ARowTellsOfItsForm() {
