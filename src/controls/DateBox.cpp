@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QCalendarWidget>
 #include <QFrame>
@@ -120,8 +121,44 @@ private:
     QCalendarWidget *Calendar;
 };
 
+/// The calendar is a window of its own, which would be missing from the tree that a screen reader
+/// walks.
+class DateBox::Interface : public QAccessibleWidget {
+public:
+    explicit Interface(DateBox *aBox) : QAccessibleWidget(aBox), theBox(*aBox) {}
+
+    int childCount() const override {
+        return QAccessibleWidget::childCount() + (IsCalendarUp() ? 1 : 0);
+    }
+    QAccessibleInterface *child(int aIndex) const override {
+        return IsCalendarUp() && aIndex == QAccessibleWidget::childCount()
+                   ? QAccessible::queryAccessibleInterface(theBox.thePopup)
+                   : QAccessibleWidget::child(aIndex);
+    }
+    int indexOfChild(const QAccessibleInterface *aChild) const override {
+        return IsCalendarUp() && aChild->object() == theBox.thePopup
+                   ? QAccessibleWidget::childCount()
+                   : QAccessibleWidget::indexOfChild(aChild);
+    }
+
+    static QAccessibleInterface *Made(const QString &aClass, QObject *aObject) {
+        if (aClass != QLatin1String("Vk_DocQuery::DateBox")) return nullptr;
+        return new Interface(static_cast<DateBox *>(aObject));
+    }
+
+private:
+    bool IsCalendarUp() const { return theBox.thePopup && theBox.thePopup->isVisible(); }
+
+    DateBox &theBox;
+};
+
 DateBox::DateBox(QWidget *aParent)
     : QWidget(aParent), theEdit(new QLineEdit(this)), theButton(new QToolButton(this)) {
+    static const bool theInterfaceIsEntered = [] {
+        QAccessible::installFactory(Interface::Made);
+        return true;
+    }();
+    Q_UNUSED(theInterfaceIsEntered)
     theEdit->setInputMask(QStringLiteral("99.99.9999;_"));
     theEdit->installEventFilter(this);
     theButton->setArrowType(Qt::DownArrow);

@@ -31,6 +31,18 @@ int PictureSize() {
 void ListView::paintEvent(QPaintEvent *aEvent) {
     Flush();
     QTreeView::paintEvent(aEvent);
+    // Without a current row the focus would not show.
+    if (theRows->Current() < 0 && hasFocus() && isActiveWindow()) DrawFocusOnAll();
+}
+
+void ListView::DrawFocusOnAll() const {
+    QPainter painter(viewport());
+    QStyleOptionFocusRect focus;
+    focus.initFrom(this);
+    focus.rect = viewport()->rect();
+    focus.state |= QStyle::State_KeyboardFocusChange;
+    focus.backgroundColor = palette().color(QPalette::Base);
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
 }
 
 void ListView::resizeEvent(QResizeEvent *aEvent) {

@@ -12,6 +12,9 @@ public:
     DButton(const QString &aCaption, int aPicture, QWidget *aParent = nullptr);
     int Picture() const { return thePicture; }
 
+protected:
+    void paintEvent(QPaintEvent *aEvent) override;
+
 private:
     int thePicture;
 };
