@@ -27,6 +27,8 @@ public:
     /// KeyAlreadyPresent.
     void Append(const QString &aKey);
     void RemoveAt(qsizetype aPosition);
+    /// Takes the key away and leaves its position to an item without a key.
+    void Forget(qsizetype aPosition);
     void Clear();
     void Reserve(qsizetype aCount);
     const QString &KeyAt(qsizetype aPosition) const {

@@ -11,6 +11,7 @@ namespace Vk_DocQuery {
 /// Pictures by key, in the order of adding. Keys compare exactly.
 class ImageList {
 public:
+    /// Raises KeyAlreadyPresent.
     void Add(const QString &aKey, const QIcon &aPicture);
     int Count() const { return static_cast<int>(theKeys.size()); }
     /// aIndex counts from 0.

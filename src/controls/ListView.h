@@ -11,7 +11,8 @@
 
 namespace Vk_DocQuery {
 
-class ListView;
+class ListViewModel;
+class ListViewRows;
 
 /// A column of a ListView. Column 0 is the first and shows the row's main text, picture and check
 /// mark; the columns behind it show the row's cells.
@@ -52,9 +53,26 @@ public:
     bool IsSelected() const;
     void SetSelected(bool aSelected);
 
+    /// How many rows were added before this one since the list was cleared.
+    int Number() const { return theNumber; }
+
+    ListRow(ListViewRows &aRows, int aNumber);
+    Q_DISABLE_COPY_MOVE(ListRow)
+
 private:
-    friend class ListView;
-    friend class ListViewModel;
+    friend class ListViewRows;
+    void MakeRoom(int aCell);
+    void Forget();
+
+    ListViewRows &theRows;
+    std::shared_ptr<Object> theTag;
+    QString theText;
+    std::unique_ptr<QString[]> theCells;
+    std::unique_ptr<quint16[]> theCellIcons;  // made for the first picture in a cell
+    int theNumber;
+    quint16 theIcon = 0;
+    quint16 theCellCount = 0;
+    quint16 theCellRoom = 0;
 };
 
 /// The list of all windows: rows with a key, a tag, a picture, cells, a check mark and a selected
@@ -96,7 +114,13 @@ public:
     void ClearRows();
     /// Room for that many rows, for a fill whose size is known.
     void ReserveRows(int aCount);
+    /// -1 if the row does not stand in the list.
     int PositionOf(const ListRow *aRow) const;
+    /// Shows exactly these rows, given by their numbers and in that order, or sorted while the list
+    /// is: a quick refill from the rows that are there. A row that stays keeps its check mark; a
+    /// row that goes loses it, is neither counted nor found, and waits to be shown again. The
+    /// selection goes.
+    void ShowOnly(const std::vector<int> &aNumbers);
 
     // The sort state. Cells sort as texts by a Russian collator without regard to case; equal rows
     // keep the order in which they stood.
@@ -130,17 +154,74 @@ public:
     QRect RowRect(const ListRow *aRow) const;
 
 signals:
-    /// A header was clicked with the mouse or by key.
+    /// A header was clicked.
     void ColumnClick(const Vk_DocQuery::ListColumn &aColumn);
-    /// A row was clicked.
+    /// A row was clicked, or the current row was changed by key.
     void ItemClick(Vk_DocQuery::ListRow *aRow);
-    /// The list was clicked, on a row or beside the rows.
+    /// The list was clicked, on a row or beside the rows; comes after ItemClick.
     void Click();
     /// The pointer moved over the rows, in pixels of the viewport.
     void MouseMove(QPoint aPoint);
     void DblClick();
     /// The user changed a check mark.
     void ItemCheck(Vk_DocQuery::ListRow *aRow);
+
+public:
+    /// Letters do not move the current row.
+    void keyboardSearch(const QString &aText) override;
+
+protected:
+    void keyPressEvent(QKeyEvent *aEvent) override;
+    void mousePressEvent(QMouseEvent *aEvent) override;
+    void mouseMoveEvent(QMouseEvent *aEvent) override;
+    void mouseReleaseEvent(QMouseEvent *aEvent) override;
+    void mouseDoubleClickEvent(QMouseEvent *aEvent) override;
+    void focusInEvent(QFocusEvent *aEvent) override;
+    void focusOutEvent(QFocusEvent *aEvent) override;
+    void paintEvent(QPaintEvent *aEvent) override;
+    void resizeEvent(QResizeEvent *aEvent) override;
+    bool viewportEvent(QEvent *aEvent) override;
+    void drawRow(QPainter *aPainter, const QStyleOptionViewItem &aOption,
+                 const QModelIndex &aIndex) const override;
+
+private:
+    friend class ListViewModel;
+
+    void PrepareHeader();
+    void ApplyColumns();
+    void ShowSortState();
+    void HeaderClicked(int aPosition);
+    void HeaderResized(int aPosition, int aPixels);
+
+    void Changed();
+    void Flush();
+    void FlushRows();
+    void MirrorSelection();
+
+    void MoveCurrent(int aPosition, Qt::KeyboardModifiers aModifiers);
+    void SelectByUser(int aPosition, Qt::KeyboardModifiers aModifiers);
+    void SelectRange(int aFrom, int aTo);
+    void ToggleByKey();
+    void ToggleCheck(const std::vector<int> &aNumbers, bool aChecked);
+    bool MoveByKey(const QKeyEvent &aEvent);
+    bool IsOnCheckBox(QPoint aPoint) const;
+    void ShowTip(QPoint aPoint, QPoint aGlobal);
+
+    int RowHeight() const;
+    QRect CheckRect(const QRect &aCell) const;
+    QRect TextRect(const QRect &aCell, int aColumn, bool aHasPicture) const;
+    void DrawCell(QPainter &aPainter, const QStyleOptionViewItem &aOption, const ListRow &aRow,
+                  int aColumn) const;
+
+    std::unique_ptr<ListViewRows> theRows;
+    ListViewModel *theModel = nullptr;
+    std::vector<ListColumn> theColumns;
+    std::shared_ptr<const ImageList> thePictures;
+    bool theCheckBoxes = false;
+    bool theMultiSelect = false;
+    bool theColumnsBeingSet = false;
+    bool theFlushPosted = false;
+    bool thePressed = false;
 };
 
 }  // namespace Vk_DocQuery

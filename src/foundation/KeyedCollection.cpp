@@ -80,6 +80,26 @@ void KeyIndex::RemoveAt(qsizetype aPosition) {
     theSlotsValid = false;  // positions have moved; the next look-up files them anew
 }
 
+void KeyIndex::Forget(qsizetype aPosition) {
+    QString &key = theKeys[static_cast<std::size_t>(aPosition)];
+    if (key.isEmpty()) return;
+    if (theSlotsValid) {
+        const std::size_t mask = theSlots.size() - 1;
+        std::size_t hole = HashOf(key) & mask;
+        while (theSlots[hole] != static_cast<quint32>(aPosition + 1)) hole = (hole + 1) & mask;
+        // Later keys of the same run move up, so that a look-up never meets a gap before its key.
+        for (std::size_t slot = (hole + 1) & mask; theSlots[slot] != 0; slot = (slot + 1) & mask) {
+            const std::size_t home = HashOf(theKeys[theSlots[slot] - 1]) & mask;
+            if (((slot - home) & mask) < ((slot - hole) & mask)) continue;
+            theSlots[hole] = theSlots[slot];
+            hole = slot;
+        }
+        theSlots[hole] = 0;
+        --theUsed;
+    }
+    key.clear();
+}
+
 void KeyIndex::Clear() {
     theKeys.clear();
     theSlots.clear();

@@ -1,0 +1,203 @@
+// Keys and mouse of the ListView.
+
+#include <algorithm>
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QScrollBar>
+
+#include "controls/ListViewRows.h"
+#include "foundation/mErrorHandling.h"
+
+namespace Vk_DocQuery {
+
+namespace {
+constexpr char theModule[] = "ListView";
+}  // namespace
+
+void ListView::keyboardSearch(const QString & /*aText*/) {}
+
+void ListView::keyPressEvent(QKeyEvent *aEvent) try {
+    Flush();
+    aEvent->accept();
+    if (aEvent->matches(QKeySequence::SelectAll)) {
+        if (theMultiSelect) SelectRange(0, RowCount() - 1);
+    } else if (aEvent->key() == Qt::Key_Space) {
+        if ((aEvent->modifiers() & Qt::ControlModifier) != 0 || !theCheckBoxes) {
+            if (theRows->Current() >= 0)
+                SelectByUser(theRows->PositionOf(theRows->Current()), aEvent->modifiers());
+        } else {
+            ToggleByKey();
+        }
+    } else if (!MoveByKey(*aEvent)) {
+        aEvent->ignore();
+    }
+} catch (...) {
+    ReportErrorToUser(theModule, "keyPressEvent");
+}
+
+bool ListView::MoveByKey(const QKeyEvent &aEvent) {
+    const int last = RowCount() - 1;
+    const int page = std::max(1, viewport()->height() / RowHeight() - 1);
+    const int present = theRows->Current() < 0 ? -1 : theRows->PositionOf(theRows->Current());
+    int target = 0;
+    switch (aEvent.key()) {
+        case Qt::Key_Up:
+            target = present - 1;
+            break;
+        case Qt::Key_Down:
+            target = present + 1;
+            break;
+        case Qt::Key_PageUp:
+            target = present - page;
+            break;
+        case Qt::Key_PageDown:
+            target = std::max(present, 0) + page;
+            break;
+        case Qt::Key_Home:
+            target = 0;
+            break;
+        case Qt::Key_End:
+            target = last;
+            break;
+        case Qt::Key_Left:
+        case Qt::Key_Right:
+            horizontalScrollBar()->triggerAction(aEvent.key() == Qt::Key_Left
+                                                     ? QScrollBar::SliderSingleStepSub
+                                                     : QScrollBar::SliderSingleStepAdd);
+            return true;
+        default:
+            return false;
+    }
+    if (last >= 0) MoveCurrent(std::clamp(target, 0, last), aEvent.modifiers());
+    return true;
+}
+
+void ListView::MoveCurrent(int aPosition, Qt::KeyboardModifiers aModifiers) {
+    ListRow *row = theRows->At(aPosition);
+    const bool moved = theRows->Current() != row->Number();
+    const bool keepsMarks = theMultiSelect && (aModifiers & Qt::ControlModifier) != 0 &&
+                            (aModifiers & Qt::ShiftModifier) == 0;
+    if (keepsMarks)
+        theRows->SetCurrent(row->Number());
+    else
+        SelectByUser(aPosition, aModifiers & Qt::ShiftModifier);
+    EnsureVisible(row);
+    if (moved) emit ItemClick(row);
+}
+
+/// What a click with these modifiers does to the marks; the row becomes the current one.
+void ListView::SelectByUser(int aPosition, Qt::KeyboardModifiers aModifiers) {
+    const int number = theRows->At(aPosition)->Number();
+    const bool adds = theMultiSelect && (aModifiers & Qt::ControlModifier) != 0;
+    const bool range = theMultiSelect && (aModifiers & Qt::ShiftModifier) != 0;
+    if (range) {
+        if (theRows->Anchor() < 0)
+            theRows->SetAnchor(theRows->Current() < 0 ? number : theRows->Current());
+        if (!adds) theRows->UnselectAll();
+        SelectRange(theRows->PositionOf(theRows->Anchor()), aPosition);
+    } else {
+        if (!adds) theRows->UnselectAll();
+        theRows->SetSelected(number, !adds || !theRows->IsSelected(number));
+        theRows->SetAnchor(number);
+    }
+    theRows->SetCurrent(number);
+}
+
+void ListView::SelectRange(int aFrom, int aTo) {
+    const std::vector<int> &order = theRows->Order();
+    for (int i = std::min(aFrom, aTo); i <= std::max(aFrom, aTo); ++i)
+        theRows->SetSelected(order[static_cast<std::size_t>(i)], true);
+}
+
+/// The blank turns the check mark of the current row, and gives the new mark to all selected rows
+/// if the current one is among them.
+void ListView::ToggleByKey() {
+    const int current = theRows->Current();
+    if (current < 0) return;
+    std::vector<int> numbers;
+    if (theRows->IsSelected(current))
+        for (const ListRow *row : SelectedRows()) numbers.push_back(row->Number());
+    else
+        numbers.push_back(current);
+    ToggleCheck(numbers, !theRows->IsChecked(current));
+}
+
+void ListView::ToggleCheck(const std::vector<int> &aNumbers, bool aChecked) {
+    std::vector<ListRow *> changed;
+    for (const int number : aNumbers) {
+        if (theRows->IsChecked(number) == aChecked) continue;
+        theRows->SetChecked(number, aChecked);
+        changed.push_back(theRows->ByNumber(number));
+    }
+    for (ListRow *row : changed) emit ItemCheck(row);
+}
+
+void ListView::mousePressEvent(QMouseEvent *aEvent) try {
+    const QPoint point = aEvent->position().toPoint();
+    ListRow *row = HitTest(point);
+    thePressed = aEvent->button() == Qt::LeftButton;
+    if (!thePressed && aEvent->button() != Qt::RightButton) return;
+    if (!row) {
+        theRows->UnselectAll();
+        return;
+    }
+    if (thePressed && IsOnCheckBox(point)) {
+        theRows->SetCurrent(row->Number());
+        ToggleCheck({row->Number()}, !row->IsChecked());
+        thePressed = false;
+        return;
+    }
+    if (!thePressed && row->IsSelected()) return;
+    SelectByUser(theRows->PositionOf(row->Number()), aEvent->modifiers());
+    if (thePressed) emit ItemClick(row);
+} catch (...) {
+    ReportErrorToUser(theModule, "mousePressEvent");
+}
+
+void ListView::mouseReleaseEvent(QMouseEvent *aEvent) try {
+    if (aEvent->button() != Qt::LeftButton || !thePressed) return;
+    thePressed = false;
+    if (viewport()->rect().contains(aEvent->position().toPoint())) emit Click();
+} catch (...) {
+    ReportErrorToUser(theModule, "mouseReleaseEvent");
+}
+
+void ListView::mouseMoveEvent(QMouseEvent *aEvent) try {
+    emit MouseMove(aEvent->position().toPoint());
+} catch (...) {
+    ReportErrorToUser(theModule, "mouseMoveEvent");
+}
+
+void ListView::mouseDoubleClickEvent(QMouseEvent *aEvent) try {
+    thePressed = false;
+    if (aEvent->button() != Qt::LeftButton) return;
+    const QPoint point = aEvent->position().toPoint();
+    ListRow *row = HitTest(point);
+    if (row && IsOnCheckBox(point))
+        ToggleCheck({row->Number()}, !row->IsChecked());  // two quick clicks on a box turn it twice
+    else
+        emit DblClick();
+} catch (...) {
+    ReportErrorToUser(theModule, "mouseDoubleClickEvent");
+}
+
+bool ListView::IsOnCheckBox(QPoint aPoint) const {
+    if (!theCheckBoxes) return false;
+    const QModelIndex index = indexAt(aPoint);
+    return index.isValid() && index.column() == 0 && CheckRect(visualRect(index)).contains(aPoint);
+}
+
+/// The focus alone makes no row the current one.
+void ListView::focusInEvent(QFocusEvent *aEvent) {
+    QAbstractScrollArea::focusInEvent(aEvent);
+    viewport()->update();
+}
+
+void ListView::focusOutEvent(QFocusEvent *aEvent) {
+    QAbstractScrollArea::focusOutEvent(aEvent);
+    viewport()->update();
+}
+
+}  // namespace Vk_DocQuery
