@@ -17,6 +17,9 @@ public:
 
 signals:
     void Click();
+
+protected:
+    bool hitButton(const QPoint &aPoint) const override;
 };
 
 }  // namespace Vk_DocQuery

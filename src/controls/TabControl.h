@@ -12,7 +12,7 @@ class QTabBar;
 namespace Vk_DocQuery {
 
 /// Tabs found by key, each with a page and a picture. The pages lie at a fixed place under the tab
-/// bar.
+/// bar. Ctrl+Tab and Ctrl+PgDn go to the next tab, with Shift or Ctrl+PgUp to the one before.
 class TabControl : public QWidget {
     Q_OBJECT
 
@@ -25,10 +25,10 @@ public:
     void SetImages(std::shared_ptr<const ImageList> aPictures);
     void AddTab(const QString &aKey, const QString &aCaption, QWidget *aPage);
 
-    int TabCount() const;
+    int TabCount() const { return static_cast<int>(theTabs.size()); }
     /// aPosition counts from 0.
     const QString &TabKey(int aPosition) const;
-    /// Raises InvalidArgument if no tab has the key.
+    /// Raises InvalidArgument if no tab has the key, or the pictures lack theirs.
     void SetTabPicture(const QString &aKey, const QString &aPicture);
     const QString &TabPicture(const QString &aKey) const;
 
@@ -39,8 +39,27 @@ public:
 
     QTabBar *Bar() const { return theBar; }
 
+protected:
+    void paintEvent(QPaintEvent *aEvent) override;
+    void resizeEvent(QResizeEvent *aEvent) override;
+
 private:
+    struct Tab {
+        QString Key;
+        QWidget *Page = nullptr;
+        QString Picture;
+    };
+
+    int PositionOf(const QString &aKey) const;
+    void GoBy(int aStep);
+    void ShowPage(int aPosition);
+    void FocusFirstOn(const QWidget &aPage);
+    void PlacePages();
+
     QTabBar *theBar = nullptr;
+    std::vector<Tab> theTabs;
+    std::shared_ptr<const ImageList> thePictures;
+    QPoint thePagePlace;
 };
 
 }  // namespace Vk_DocQuery

@@ -1,0 +1,39 @@
+#include "controls/ComboBox.h"
+
+#include <limits>
+
+#include <QLineEdit>
+#include <QWheelEvent>
+
+namespace Vk_DocQuery {
+
+ComboBox::ComboBox(Kind aKind, QWidget *aParent) : QComboBox(aParent) {
+    // All entries of the longest list of periods are seen at once.
+    setMaxVisibleItems(24);
+    setFocusPolicy(Qt::StrongFocus);
+    if (aKind == Fixed) return;
+    setEditable(true);
+    setInsertPolicy(NoInsert);
+    setCompleter(nullptr);
+    lineEdit()->setMaxLength(std::numeric_limits<int>::max());
+}
+
+void ComboBox::AddItem(const QString &aText, qint32 aItemData) {
+    addItem(aText, aItemData);
+}
+
+void ComboBox::SetText(const QString &aText) {
+    const int entry = findText(aText, Qt::MatchFixedString | Qt::MatchCaseSensitive);
+    if (entry >= 0 || isEditable()) setCurrentIndex(entry);
+    if (isEditable()) setEditText(aText);
+}
+
+void ComboBox::wheelEvent(QWheelEvent *aEvent) {
+    // Turning the wheel over a page must not change a criterion in passing.
+    if (hasFocus())
+        QComboBox::wheelEvent(aEvent);
+    else
+        aEvent->ignore();
+}
+
+}  // namespace Vk_DocQuery

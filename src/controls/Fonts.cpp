@@ -1,0 +1,50 @@
+#include "controls/Fonts.h"
+
+#include <QFontDatabase>
+#include <QFontInfo>
+#include <QFontMetricsF>
+
+namespace Vk_DocQuery {
+
+namespace {
+
+constexpr double theSize = 8.25;
+constexpr int theNarrowest = 50;
+
+/// What is measured, and how wide it is in Arial in units of the font's size.
+const QString theSample = QStringLiteral(
+    "Если в результаты поиска попадает документ отчетности, то добавлять весь комплект");
+constexpr double theSampleWidth = 40.26;
+
+double SampleWidth(const QFont &aFont) {
+    const QFontMetricsF metrics(aFont);
+    return metrics.horizontalAdvance(theSample);
+}
+
+QFont Narrowed(QFont aFont) {
+    const double room = theSampleWidth * QFontInfo(aFont).pixelSize();
+    for (int stretch = 100; stretch > theNarrowest && SampleWidth(aFont) > room; --stretch)
+        aFont.setStretch(stretch);
+    return aFont;
+}
+
+}  // namespace
+
+QFont WindowFont() {
+    return WindowFontOutOf(
+        {QStringLiteral("Liberation Sans"), QStringLiteral("Arial"), QStringLiteral("Arimo")});
+}
+
+QFont WindowFontOutOf(const QStringList &aFaces) {
+    for (const QString &face : aFaces) {
+        if (!QFontDatabase::hasFamily(face)) continue;
+        QFont font(face);
+        font.setPointSizeF(theSize);
+        return font;
+    }
+    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+    font.setPointSizeF(theSize);
+    return Narrowed(font);
+}
+
+}  // namespace Vk_DocQuery

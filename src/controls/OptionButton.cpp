@@ -1,0 +1,21 @@
+#include "controls/OptionButton.h"
+
+namespace Vk_DocQuery {
+
+OptionButton::OptionButton(const QString &aCaption, QWidget *aParent)
+    : QRadioButton(aCaption, aParent) {
+    connect(this, &QRadioButton::toggled, this, &OptionButton::Click);
+}
+
+void OptionButton::SetValue(bool aChosen) {
+    // An exclusive button that is checked refuses to be unchecked.
+    if (!aChosen) setAutoExclusive(false);
+    setChecked(aChosen);
+    setAutoExclusive(true);
+}
+
+bool OptionButton::hitButton(const QPoint &aPoint) const {
+    return rect().contains(aPoint);
+}
+
+}  // namespace Vk_DocQuery

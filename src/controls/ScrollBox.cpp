@@ -1,0 +1,25 @@
+#include "controls/ScrollBox.h"
+
+namespace Vk_DocQuery {
+
+ScrollBox::ScrollBox(QWidget *aParent) : QScrollArea(aParent) {
+    setFocusPolicy(Qt::NoFocus);
+    setBackgroundRole(QPalette::Base);
+    auto *content = new QWidget;
+    content->setBackgroundRole(QPalette::Base);
+    content->setForegroundRole(QPalette::Text);
+    setWidget(content);
+}
+
+void ScrollBox::FitContent() {
+    const QRect used = Content()->childrenRect();
+    const QSize room = maximumViewportSize();
+    Content()->resize(qMax(room.width(), used.right() + 1), qMax(room.height(), used.bottom() + 1));
+}
+
+void ScrollBox::resizeEvent(QResizeEvent *aEvent) {
+    QScrollArea::resizeEvent(aEvent);
+    FitContent();
+}
+
+}  // namespace Vk_DocQuery

@@ -1,0 +1,65 @@
+#include "controls/mListView.h"
+#include "foundation/mErrorHandling.h"
+#include "foundation/mVkPics.h"
+#include "panel/Present.h"
+#include "panel/VkDocQueryCriteries.h"
+
+namespace Vk_DocQuery {
+
+namespace {
+
+constexpr char theModule[] = "VkDocQueryCriteries";
+
+constexpr int theNameCell = 1;
+constexpr int theOfficeCell = 2;
+constexpr int theKppCell = 3;
+constexpr int theInnCell = 4;
+constexpr int thePersonCell = 5;
+
+}  // namespace
+
+void VkDocQueryCriteries::FillAccStreamsList(const RecordCollection &aStreams) try {
+    auto &list = The<ListView>("theAccStreamsList");
+    const auto sorting = StoreListViewSorting(list);
+    list.ClearRows();
+    list.ReserveRows(int(aStreams.Count()));
+    for (const std::shared_ptr<Record> &stream : aStreams) AddItemToAccStreamsList(stream, nullptr);
+    RestoreListViewSorting(list, sorting);
+} catch (...) {
+    RaiseErrorUp(theModule, "FillAccStreamsList");
+}
+
+ListRow *VkDocQueryCriteries::AddItemToAccStreamsList(const std::shared_ptr<Record> &aObject,
+                                                      ListRow *aBefore) try {
+    const QString key = ObjectKey(Present(aObject, "Record").ID());
+    ListRow *row = The<ListView>("theAccStreamsList").AddRow(key, aBefore);
+    row->SetTag(aObject);
+    for (int cell = theNameCell; cell <= thePersonCell; ++cell) row->SetCellText(cell, QString());
+    RefreshItemInAccStreamsList(*row);
+    return row;
+} catch (...) {
+    RaiseErrorUp(theModule, "AddItemToAccStreamsList");
+}
+
+void VkDocQueryCriteries::RefreshItemInAccStreamsList(ListRow &aItem) try {
+    const auto stream = TagAs<Record>(aItem, "VkAccStream");
+    aItem.SetIcon(QueryIcon(stream->GetIconKey()));
+    aItem.SetCellText(theNameCell, stream->DisplayName());
+    aItem.SetCellText(theOfficeCell, stream->GetOfficeCodeForDisplay());
+    aItem.SetCellText(theKppCell, stream->Kpp());
+    const std::shared_ptr<VkPerson> owner = stream->Person();
+    VkPerson &person = Present(owner, "VkPerson");
+    aItem.SetCellIcon(theInnCell, QueryIcon(person.GetIconKeyAsAccPerson()));
+    aItem.SetCellText(theInnCell, person.Inn());
+    aItem.SetCellText(thePersonCell, person.GetDisplayName());
+} catch (...) {
+    RaiseErrorUp(theModule, "RefreshItemInAccStreamsList");
+}
+
+void VkDocQueryCriteries::theAccStreamsList_ColumnClick(const ListColumn &aColumn) try {
+    OnListViewColumnClick(The<ListView>("theAccStreamsList"), aColumn);
+} catch (...) {
+    ReportErrorToUser(theModule, "theAccStreamsList_ColumnClick");
+}
+
+}  // namespace Vk_DocQuery

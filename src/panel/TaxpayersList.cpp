@@ -1,0 +1,130 @@
+#include "controls/mListView.h"
+#include "controls/OptionButton.h"
+#include "foundation/mErrorHandling.h"
+#include "foundation/mVkPics.h"
+#include "panel/Present.h"
+#include "panel/VkDocQueryCriteries.h"
+
+namespace Vk_DocQuery {
+
+namespace {
+
+constexpr char theModule[] = "VkDocQueryCriteries";
+
+constexpr int theMainOrgWidth = 6000;
+constexpr int theInnCell = 1;
+constexpr int theKppCell = 2;
+constexpr int theNameCell = 3;
+constexpr int theMainOrgCell = 4;
+
+/// This is not the picker's rule for head organisations; the two may disagree about a person.
+bool MayBeMainOrg(const VkPerson &aPerson) {
+    return aPerson.IsOrganization() && !aPerson.IsBranch();
+}
+
+}  // namespace
+
+void VkDocQueryCriteries::SetTaxpayersTypeInList(DocQueryTaxpayersType aType, bool aForce,
+                                                 bool aConvert) try {
+    if (aType == theCurTaxpayersType && !aForce) return;
+    auto &list = The<ListView>("theTaxpayersList");
+    const int mainOrg = list.ColumnPosition(QStringLiteral("mainorg"));
+    if (aType == Taxpayers) list.SetColumnWidth(mainOrg, theMainOrgWidth);
+    if (aType == MainOrgs) list.SetColumnWidth(mainOrg, 0);
+    if (aConvert)
+        ConvertTaxpayersType(theCurTaxpayersType, aType);
+    else
+        theCurTaxpayersType = aType;
+} catch (...) {
+    RaiseErrorUp(theModule, "SetTaxpayersTypeInList");
+}
+
+void VkDocQueryCriteries::ConvertTaxpayersType(DocQueryTaxpayersType aOldType,
+                                               DocQueryTaxpayersType aNewType) try {
+    if (aOldType == aNewType) return;
+    const auto &list = The<ListView>("theTaxpayersList");
+    const bool narrows = aOldType == Taxpayers && aNewType == MainOrgs;
+    const bool widens = aOldType == MainOrgs && aNewType == Taxpayers;
+    RecordCollection taxpayers;
+    for (int i = 0; (narrows || widens) && i < list.RowCount(); ++i) {
+        const auto person = TagAs<VkPerson>(*list.Row(i), "VkPerson");
+        if (narrows && !MayBeMainOrg(*person)) continue;
+        IgnoringFailures([&] { taxpayers.AddIfAbsent(person, ObjectKey(person->ID())); });
+    }
+    theCurTaxpayersType = aNewType;
+    FillTaxpayersList(SortTaxpayers(taxpayers), false);
+} catch (...) {
+    RaiseErrorUp(theModule, "ConvertTaxpayersType");
+}
+
+// The place of an order of one's own; the list's order is all there is.
+const RecordCollection &VkDocQueryCriteries::SortTaxpayers(
+    const RecordCollection &aTaxpayers) const {
+    return aTaxpayers;
+}
+
+void VkDocQueryCriteries::FillTaxpayersList(const RecordCollection &aTaxpayers, bool aSort) try {
+    auto &list = The<ListView>("theTaxpayersList");
+    const auto sorting = StoreListViewSorting(list);
+    list.ClearRows();
+    const RecordCollection &taxpayers = aSort ? SortTaxpayers(aTaxpayers) : aTaxpayers;
+    list.ReserveRows(int(taxpayers.Count()));
+    for (const std::shared_ptr<Record> &person : taxpayers) AddItemToTaxpayersList(person, nullptr);
+    RestoreListViewSorting(list, sorting);
+} catch (...) {
+    RaiseErrorUp(theModule, "FillTaxpayersList");
+}
+
+ListRow *VkDocQueryCriteries::AddItemToTaxpayersList(const std::shared_ptr<Record> &aObject,
+                                                     ListRow *aBefore) try {
+    const QString key = ObjectKey(Present(aObject, "Record").ID());
+    ListRow *row = The<ListView>("theTaxpayersList").AddRow(key, aBefore);
+    row->SetTag(aObject);
+    for (int cell = theInnCell; cell <= theMainOrgCell; ++cell) row->SetCellText(cell, QString());
+    RefreshItemInTaxpayersList(*row);
+    return row;
+} catch (...) {
+    RaiseErrorUp(theModule, "AddItemToTaxpayersList");
+}
+
+void VkDocQueryCriteries::RefreshItemInTaxpayersList(ListRow &aItem) try {
+    const auto person = TagAs<VkPerson>(aItem, "VkPerson");
+    aItem.SetIcon(QueryIcon(person->GetIconKeyAsAccPerson()));
+    aItem.SetCellText(theInnCell, person->Inn());
+    aItem.SetCellText(theKppCell, person->Kpp());
+    aItem.SetCellText(theNameCell, person->GetDisplayName());
+    if (!person->IsBranch()) return;
+    const std::shared_ptr<VkPerson> parent = person->GetParentOrganization();
+    aItem.SetCellText(theMainOrgCell, Present(parent, "VkPerson").GetDisplayName());
+    aItem.SetCellIcon(theMainOrgCell, QueryIcon(parent->GetIconKeyAsAccPerson()));
+} catch (...) {
+    RaiseErrorUp(theModule, "RefreshItemInTaxpayersList");
+}
+
+void VkDocQueryCriteries::UserSetTaxpayersType(DocQueryTaxpayersType aType) try {
+    if (theLockCount >= 1) return;
+    SetTaxpayersTypeInList(aType, false, true);
+    RefreshControls(false);
+} catch (...) {
+    RaiseErrorUp(theModule, "UserSetTaxpayersType");
+}
+
+void VkDocQueryCriteries::theOptTaxpayers_Click() try {
+    if (IsChosen("theOptTaxpayers")) UserSetTaxpayersType(Taxpayers);
+} catch (...) {
+    ReportErrorToUser(theModule, "theOptTaxpayers_Click");
+}
+
+void VkDocQueryCriteries::theOptMainOrgs_Click() try {
+    if (IsChosen("theOptMainOrgs")) UserSetTaxpayersType(MainOrgs);
+} catch (...) {
+    ReportErrorToUser(theModule, "theOptMainOrgs_Click");
+}
+
+void VkDocQueryCriteries::theTaxpayersList_ColumnClick(const ListColumn &aColumn) try {
+    OnListViewColumnClick(The<ListView>("theTaxpayersList"), aColumn);
+} catch (...) {
+    ReportErrorToUser(theModule, "theTaxpayersList_ColumnClick");
+}
+
+}  // namespace Vk_DocQuery

@@ -1,0 +1,290 @@
+#include "panel/VkDocQueryCriteries.h"
+
+#include <algorithm>
+#include <limits>
+#include <vector>
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabBar>
+
+#include "controls/CheckBox.h"
+#include "controls/ComboBox.h"
+#include "controls/DateBox.h"
+#include "controls/Fonts.h"
+#include "controls/Frame.h"
+#include "controls/NumberBox.h"
+#include "controls/OptionButton.h"
+#include "controls/Pictures.h"
+#include "controls/ScrollBox.h"
+#include "controls/TabControl.h"
+#include "foundation/Clock.h"
+#include "foundation/mErrorHandling.h"
+#include "foundation/mVkGraphLight.h"
+#include "foundation/mVkRecords.h"
+
+namespace Vk_DocQuery {
+
+namespace {
+
+constexpr char theModule[] = "VkDocQueryCriteries";
+
+constexpr double theLowestNumber = -999999999999999;
+constexpr double theHighestNumber = 99999999999999;
+const QDate theEarliestDate(100, 1, 1);
+const QDate theLatestDate(9999, 12, 31);
+
+constexpr int theYearsBefore = 6;
+constexpr int theYearsAfter = 3;
+constexpr int theMonths = 12;
+/// As the user reads them: each quarter behind its months.
+constexpr qint32 thePeriodCodes[] = {1, 2,  3,  13, 4,  5,  6,  14, 19, 7, 8,
+                                     9, 15, 10, 11, 12, 16, 20, 17, 21, 24};
+constexpr const char *theYearCombos[] = {"theOnePerYear", "thePerYear1", "thePerYear2"};
+constexpr const char *theLists[] = {"theTemplatesList", "theAccStreamsList", "theTaxpayersList"};
+
+QRect PixelRect(const ElementRow &aRow) {
+    return {PixelsFromTwips(aRow.Left), PixelsFromTwips(aRow.Top), PixelsFromTwips(aRow.Width),
+            PixelsFromTwips(aRow.Height)};
+}
+
+QLineEdit *MadeText(QWidget *aParent) {
+    auto *text = new QLineEdit(aParent);
+    text->setMaxLength(std::numeric_limits<int>::max());
+    return text;
+}
+
+NumberBox *MadeNumberBox(QWidget *aParent) {
+    auto *box = new NumberBox(aParent);
+    box->SetBounds(theLowestNumber, theHighestNumber);
+    return box;
+}
+
+DateBox *MadeDateBox(QWidget *aParent) {
+    auto *box = new DateBox(aParent);
+    box->SetBounds(theEarliestDate, theLatestDate);
+    return box;
+}
+
+Frame *MadeFrame(const ElementRow &aRow, QWidget *aParent) {
+    auto *frame = new Frame(QString::fromUtf16(aRow.Caption), aParent);
+    frame->SetBorder(aRow.Kind != ElementKind::PlainFrame);
+    if (aRow.Kind == ElementKind::HiddenFrame) frame->hide();
+    return frame;
+}
+
+/// A check box on the edge of a frame covers the edge with the ground of the page.
+CheckBox *MadeCheckBox(const ElementRow &aRow, QWidget *aParent) {
+    auto *box = new CheckBox(QString::fromUtf16(aRow.Caption), aParent);
+    const auto *frame = qobject_cast<Frame *>(aParent);
+    box->setAutoFillBackground(frame && frame->HasBorder());
+    return box;
+}
+
+/// The four pictures are named theImage1 to theImage4, in the order of the document states.
+QLabel *MadeImage(const ElementRow &aRow, QWidget *aParent) {
+    auto *image = new QLabel(aParent);
+    const int state = QString::fromLatin1(aRow.Name).back().digitValue() - 1;
+    image->setPixmap(
+        StatusPicture(state).pixmap(PixelRect(aRow).size(), image->devicePixelRatio()));
+    return image;
+}
+
+}  // namespace
+
+VkDocQueryCriteries::VkDocQueryCriteries(QWidget *aParent) try : QWidget(aParent) {
+    setFont(WindowFont());
+    MakeTabs();
+    MakeElements();
+    SetTabOrder();
+    NameForReaders();
+    SetUpLists();
+    ConnectClicks();
+    resize(sizeHint());
+} catch (...) {
+    RaiseErrorUp(theModule, "Class_Initialize");
+}
+
+void VkDocQueryCriteries::MakeTabs() {
+    theTabs = new TabControl(this);
+    theTabs->setObjectName(QStringLiteral("theTabs"));
+    theTabs->SetPagePlace(PixelsFromTwips(thePageLeft), PixelsFromTwips(thePageTop));
+    theTabs->SetImages(TabImages());
+    for (const TabRow &row : TabRows()) {
+        auto *page = new QWidget;
+        page->setObjectName(QString::fromLatin1(row.Page));
+        page->setAccessibleName(QString::fromUtf16(row.Caption));
+        theTabs->AddTab(QString::fromLatin1(row.Key), QString::fromUtf16(row.Caption), page);
+        SetTabUsing(QString::fromLatin1(row.Key), false);
+        theElements.insert(page->objectName(), page);
+    }
+}
+
+void VkDocQueryCriteries::MakeElements() {
+    theElements.reserve(static_cast<qsizetype>(ElementRows().size() + TabRows().size()));
+    for (const ElementRow &row : ElementRows()) {
+        QWidget *parent = &Element(row.Inside);
+        if (auto *box = qobject_cast<ScrollBox *>(parent)) parent = box->Content();
+        QWidget *element = MadeElement(row, parent);
+        element->setObjectName(ElementName(row.Name, row.Index));
+        element->setGeometry(PixelRect(row));
+        theElements.insert(element->objectName(), element);
+    }
+}
+
+QWidget *VkDocQueryCriteries::MadeElement(const ElementRow &aRow, QWidget *aParent) {
+    const QString caption = QString::fromUtf16(aRow.Caption);
+    switch (aRow.Kind) {
+        case ElementKind::Frame:
+        case ElementKind::HiddenFrame:
+        case ElementKind::PlainFrame:
+            return MadeFrame(aRow, aParent);
+        case ElementKind::CheckBox:
+            return MadeCheckBox(aRow, aParent);
+        case ElementKind::Option:
+            return new OptionButton(caption, aParent);
+        case ElementKind::Button:
+            return new QPushButton(caption, aParent);
+        case ElementKind::List:
+            return new ListView(aParent);
+        case ElementKind::Text:
+            return MadeText(aParent);
+        case ElementKind::Label:
+            return new QLabel(caption, aParent);
+        case ElementKind::ScrollBox:
+            return new ScrollBox(aParent);
+        case ElementKind::FixedCombo:
+            return new ComboBox(ComboBox::Fixed, aParent);
+        case ElementKind::EditableCombo:
+            return new ComboBox(ComboBox::Editable, aParent);
+        case ElementKind::NumberBox:
+            return MadeNumberBox(aParent);
+        case ElementKind::DateBox:
+            return MadeDateBox(aParent);
+        case ElementKind::Image:
+            return MadeImage(aRow, aParent);
+    }
+    Q_UNREACHABLE();
+}
+
+void VkDocQueryCriteries::SetTabOrder() {
+    std::vector<const ElementRow *> rows;
+    for (const ElementRow &row : ElementRows()) {
+        if (row.TabOrder != theNoTabOrder) rows.push_back(&row);
+    }
+    std::ranges::sort(rows, {}, [](const ElementRow *row) { return row->TabOrder; });
+    QWidget *last = theTabs->Bar();
+    for (const ElementRow *row : rows) {
+        QWidget *next = &Element(row->Name, row->Index);
+        if (next->focusPolicy() == Qt::NoFocus) continue;
+        setTabOrder(last, next);
+        last = next;
+    }
+}
+
+void VkDocQueryCriteries::NameForReaders() {
+    QHash<QString, QString> captions;
+    for (const ElementRow &row : ElementRows())
+        captions.insert(QString::fromLatin1(row.Name), QString::fromUtf16(row.Caption));
+    for (const ElementRow &row : ElementRows()) {
+        const QString name = QString::fromLatin1(*row.ExplainedBy ? row.ExplainedBy : row.Name);
+        Element(row.Name, row.Index)
+            .setAccessibleName(*row.ExplainedBy ? captions.value(name)
+                                                : QString::fromUtf16(row.Caption));
+    }
+}
+
+void VkDocQueryCriteries::SetUpLists() {
+    for (const char *list : theLists) The<ListView>(list).SetMultiSelect(true);
+    for (const ColumnRow &row : ColumnRows()) {
+        The<ListView>(row.List).AddColumn(QString::fromUtf16(row.Caption), row.Width,
+                                          QString::fromLatin1(row.Key));
+    }
+    for (const FirstSortRow &row : FirstSortRows()) {
+        auto &list = The<ListView>(row.List);
+        list.SetSortKey(row.Column);
+        list.SetSortOrder(0);
+        list.SetSorted(true);
+    }
+}
+
+void VkDocQueryCriteries::Init() try {
+    for (const char *list : theLists) The<ListView>(list).SetSmallIcons(PanelImages());
+
+    for (const char *combo : theYearCombos) The<ComboBox>(combo).clear();
+    const int year = Today().year();
+    for (int y = year - theYearsBefore; y <= year + theYearsAfter; ++y) {
+        for (const char *combo : theYearCombos) The<ComboBox>(combo).AddItem(QString::number(y), y);
+    }
+    for (const char *combo : theYearCombos) The<ComboBox>(combo).setCurrentIndex(theYearsBefore);
+
+    auto &periods = The<ComboBox>("thePeriodTime");
+    periods.clear();
+    for (const qint32 code : thePeriodCodes)
+        periods.AddItem(GetRecFactory().GetPeriodName(code), code);
+
+    auto &firstMonths = The<ComboBox>("thePerMonth1");
+    auto &lastMonths = The<ComboBox>("thePerMonth2");
+    firstMonths.clear();
+    lastMonths.clear();
+    for (qint32 month = 1; month <= theMonths; ++month) {
+        firstMonths.AddItem(GetRecFactory().GetPeriodName(month), month);
+        lastMonths.AddItem(GetRecFactory().GetPeriodName(month), month);
+    }
+} catch (...) {
+    RaiseErrorUp(theModule, "Init");
+}
+
+QWidget &VkDocQueryCriteries::Element(const char *aName, int aIndex) const {
+    const QString name = ElementName(aName, aIndex);
+    QWidget *element = theElements.value(name);
+    if (!element) RaiseWrongElement(name);
+    return *element;
+}
+
+bool VkDocQueryCriteries::IsTicked(const char *aCheckBox) const {
+    return The<CheckBox>(aCheckBox).Value() == 1;
+}
+
+bool VkDocQueryCriteries::IsChosen(const char *aOption) const {
+    return The<OptionButton>(aOption).Value();
+}
+
+void VkDocQueryCriteries::SetTabUsing(const QString &aTabKey, bool aUsed) try {
+    theTabs->SetTabPicture(aTabKey, aUsed ? QStringLiteral("active") : QStringLiteral("passive"));
+} catch (...) {
+    RaiseErrorUp(theModule, "SetTabUsing");
+}
+
+void VkDocQueryCriteries::SetCurrentTab(const QString &aTabKey) try {
+    for (int i = 0; i < theTabs->TabCount(); ++i) {
+        if (theTabs->TabKey(i) != aTabKey) continue;
+        IgnoringFailures([&] { theTabs->SetSelectedTab(aTabKey); });
+        return;
+    }
+} catch (...) {
+    RaiseErrorUp(theModule, "SetCurrentTab");
+}
+
+QString VkDocQueryCriteries::GetCurrentTab() const {
+    QString key;
+    IgnoringFailures([&] { key = theTabs->SelectedTab(); });
+    return key;
+}
+
+QSize VkDocQueryCriteries::sizeHint() const {
+    return {PixelsFromTwips(thePanelWidth), PixelsFromTwips(thePanelHeight)};
+}
+
+void VkDocQueryCriteries::resizeEvent(QResizeEvent *aEvent) {
+    QWidget::resizeEvent(aEvent);
+    theTabs->setGeometry(rect());
+}
+
+void RaiseWrongElement(const QString &aName) {
+    throw Failure(InvalidArgument, QStringLiteral("VkDocQueryCriteries"),
+                  QStringLiteral("На панели нет нужного элемента \"%1\".").arg(aName));
+}
+
+}  // namespace Vk_DocQuery

@@ -1,0 +1,156 @@
+#pragma once
+
+#include <QHash>
+#include <QWidget>
+
+#include <Vk_DocQuery/VkDocQueryData.h>
+
+#include "controls/ListView.h"
+#include "panel/Elements.h"
+
+namespace Vk_DocQuery {
+
+class TabControl;
+
+/// The tabbed surface on which a user states a search. It holds no record: DistributeValues copies
+/// one into the elements and AssembleValuesTo copies the elements back; in between every criterion
+/// lives in the state of its element, and an object list's rows carry the objects as tags.
+class VkDocQueryCriteries : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit VkDocQueryCriteries(QWidget *aParent = nullptr);
+
+    /// Once, before anything else.
+    void Init();
+    /// A list of the record that holds no collection gets an empty one; otherwise the record is
+    /// only read.
+    void DistributeValues(VkDocQueryData &aRecord);
+    /// Writes every criterion, whether its switch is on or off; the lists get new collections.
+    void AssembleValuesTo(VkDocQueryData &aRecord);
+
+    QSize sizeHint() const override;
+
+signals:
+    /// All visible state has been derived from the elements anew.
+    void Refreshed();
+
+protected:
+    // Elements, by name.
+    template <class Kind>
+    Kind &The(const char *aName, int aIndex = theNoIndex) const;
+    QWidget &Element(const char *aName, int aIndex = theNoIndex) const;
+    bool IsTicked(const char *aCheckBox) const;
+    bool IsChosen(const char *aOption) const;
+
+    // Tabs.
+    void SetTabUsing(const QString &aTabKey, bool aUsed);
+    void SetCurrentTab(const QString &aTabKey);
+    QString GetCurrentTab() const;
+
+    // What is shown when, and the lock that holds it back during bulk changes.
+    void LockUpdate();
+    void UnlockUpdate();
+    void RefreshControls(bool aForce);
+
+    // Choices of the option groups; a value that no option stands for leaves a group without a
+    // choice.
+    void SetTemplatesMode(DocQueryTemplatesMode aMode);
+    void SetPeriodCriterion(DocQueryPeriodCriterion aCriterion);
+    void SetAccStreamOpeness(DocQueryAccStreamOpen aOpen);
+    void SetContoraJoining(DocQueryContoraJoining aJoining);
+    void SetTaxpayersType(DocQueryTaxpayersType aType);
+    DocQueryTemplatesMode GetTemplatesMode() const;
+    DocQueryPeriodCriterion GetPeriodCriterion() const;
+    DocQueryAccStreamOpen GetAccStreamOpeness() const;
+    DocQueryContoraJoining GetContoraJoining() const;
+    DocQueryTaxpayersType GetTaxpayersType() const;
+
+    // The list of report forms, of classes or of versions.
+    void SetTemplatesModeInList(DocQueryTemplatesMode aMode, bool aForce, bool aConvert);
+    void ConvertTemplatesMode(DocQueryTemplatesMode aOldMode, DocQueryTemplatesMode aNewMode);
+    const RecordCollection &SortTemplates(const RecordCollection &aTemplates) const;
+    void FillTemplatesList(const RecordCollection &aTemplates, bool aSort);
+    ListRow *AddItemToTemplatesList(const std::shared_ptr<Record> &aObject, ListRow *aBefore);
+    void RefreshItemInTemplatesList(ListRow &aItem);
+    void UserSetTemplatesMode(DocQueryTemplatesMode aMode);
+
+    // The list of accounting streams.
+    void FillAccStreamsList(const RecordCollection &aStreams);
+    ListRow *AddItemToAccStreamsList(const std::shared_ptr<Record> &aObject, ListRow *aBefore);
+    void RefreshItemInAccStreamsList(ListRow &aItem);
+
+    // The list of taxpayers, or of head organisations.
+    void SetTaxpayersTypeInList(DocQueryTaxpayersType aType, bool aForce, bool aConvert);
+    void ConvertTaxpayersType(DocQueryTaxpayersType aOldType, DocQueryTaxpayersType aNewType);
+    const RecordCollection &SortTaxpayers(const RecordCollection &aTaxpayers) const;
+    void FillTaxpayersList(const RecordCollection &aTaxpayers, bool aSort);
+    ListRow *AddItemToTaxpayersList(const std::shared_ptr<Record> &aObject, ListRow *aBefore);
+    void RefreshItemInTaxpayersList(ListRow &aItem);
+    void UserSetTaxpayersType(DocQueryTaxpayersType aType);
+
+    void resizeEvent(QResizeEvent *aEvent) override;
+
+    qint32 theLockCount = 0;
+    bool theRefreshPending = false;
+    bool theRefreshDisabled = false;
+    DocQueryTemplatesMode theCurTemplatesMode = DocQueryTemplatesMode(0);
+    DocQueryTaxpayersType theCurTaxpayersType = DocQueryTaxpayersType(0);
+
+private:
+    class UpdateLock;
+    struct Rules;
+    struct Distribution;
+    struct Assembly;
+    struct Clicks;
+
+    void MakeElements();
+    QWidget *MadeElement(const ElementRow &aRow, QWidget *aParent);
+    void MakeTabs();
+    void SetTabOrder();
+    void NameForReaders();
+    void SetUpLists();
+    void ConnectClicks();
+
+    void theOptTemplateClass_Click();
+    void theOptTemplate_Click();
+    void theOptTaxpayers_Click();
+    void theOptMainOrgs_Click();
+    void theTemplatesList_ColumnClick(const ListColumn &aColumn);
+    void theAccStreamsList_ColumnClick(const ListColumn &aColumn);
+    void theTaxpayersList_ColumnClick(const ListColumn &aColumn);
+
+    QHash<QString, QWidget *> theElements;
+    TabControl *theTabs = nullptr;
+};
+
+[[noreturn]] void RaiseWrongElement(const QString &aName);
+
+template <class Kind>
+Kind &VkDocQueryCriteries::The(const char *aName, int aIndex) const {
+    auto *element = qobject_cast<Kind *>(&Element(aName, aIndex));
+    if (!element) RaiseWrongElement(ElementName(aName, aIndex));
+    return *element;
+}
+
+/// Holds the panel's refresh back. Without Unlock, on the way of a failure, the count is lowered
+/// and no refresh is done.
+class VkDocQueryCriteries::UpdateLock {
+public:
+    explicit UpdateLock(VkDocQueryCriteries &aPanel) : thePanel(aPanel) { thePanel.LockUpdate(); }
+    ~UpdateLock() {
+        if (theHeld) --thePanel.theLockCount;
+    }
+    Q_DISABLE_COPY_MOVE(UpdateLock)
+
+    void Unlock() {
+        theHeld = false;
+        thePanel.UnlockUpdate();
+    }
+
+private:
+    VkDocQueryCriteries &thePanel;
+    bool theHeld = true;
+};
+
+}  // namespace Vk_DocQuery
