@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <Vk_DocQuery/KeyedCollection.h>
 #include <Vk_DocQuery/Records.h>
 
 #include "controls/ListView.h"
