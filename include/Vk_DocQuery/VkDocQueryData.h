@@ -10,6 +10,9 @@
 
 namespace Vk_DocQuery {
 
+class StringAccumulator;
+class XmlNode;
+
 /// What VkDocQueryData::TaxpayersList holds.
 enum DocQueryTaxpayersType : qint32 {
     Taxpayers = 1,  ///< the taxpayers themselves
@@ -106,7 +109,8 @@ enum DocQueryFssTerms : qint32 { FssInProgress = 1, FssSucceeded = 2, FssFailed 
 /// null pointer counts as an empty collection.
 class VkDocQueryData {
 public:
-    /// Years are those of today, the other values as given below.
+    /// All switches off, no collections, no dates; what else is not zero or empty is said at its
+    /// field.
     VK_DOCQUERY_EXPORT VkDocQueryData();
     VK_DOCQUERY_EXPORT VkDocQueryData(const VkDocQueryData &);
     VK_DOCQUERY_EXPORT VkDocQueryData &operator=(const VkDocQueryData &);
@@ -116,68 +120,68 @@ public:
     QString FileName;
 
     bool IsTaxpayers = false;
-    DocQueryTaxpayersType TaxpayersType = Taxpayers;
+    DocQueryTaxpayersType TaxpayersType{};            ///< Taxpayers on creation
     std::shared_ptr<RecordCollection> TaxpayersList;  ///< of VkPerson
     bool IncludeMainOrgDocs = false;  ///< also the documents of the head organisation itself
 
     bool IsAccStreamType = false;
-    DocQueryAccStreamTypes AccStreamTypes = DocQueryAccStreamTypes(0);
+    DocQueryAccStreamTypes AccStreamTypes{};
     bool IsAccStreamOpeness = false;
-    DocQueryAccStreamOpen AccStreamOpen = StreamOpen;
+    DocQueryAccStreamOpen AccStreamOpen{};  ///< StreamOpen on creation
     bool IsContoraPrefix1 = false;
     QString ContoraPrefix1;  ///< what the first office code begins with
     bool IsContoraPrefix2 = false;
     QString ContoraPrefix2;
-    DocQueryContoraJoining ContoraJoining = JoinAnd;
+    DocQueryContoraJoining ContoraJoining{};
     bool IsAccStreamsList = false;
     std::shared_ptr<RecordCollection> AccStreamsList;  ///< of VkAccStream
 
     bool IsPeriods = false;
-    DocQueryPeriodCriterion PeriodCriterion = OnePeriod;
-    qint32 OnePeriodYear = 0;      ///< this year on creation
-    qint32 OnePeriodMonthID = 16;  ///< period code; 16 is the fourth quarter
+    DocQueryPeriodCriterion PeriodCriterion{};  ///< OnePeriod on creation
+    qint32 OnePeriodYear = 0;                   ///< this year on creation
+    qint32 OnePeriodMonthID = 0;   ///< period code; 16, the fourth quarter, on creation
     qint32 RangePeriodYear1 = 0;   ///< this year on creation
-    qint32 RangePeriodMonth1 = 1;  ///< 1 to 12
+    qint32 RangePeriodMonth1 = 0;  ///< 1 to 12; 1 on creation
     qint32 RangePeriodYear2 = 0;   ///< this year on creation
-    qint32 RangePeriodMonth2 = 12;
+    qint32 RangePeriodMonth2 = 0;  ///< 1 to 12; 12 on creation
     bool IsPeriodTypes = false;
-    DocQueryPeriodTypes PeriodTypes = DocQueryPeriodTypes(0);
+    DocQueryPeriodTypes PeriodTypes{};
 
     bool IsTemplate = false;
-    DocQueryTemplatesMode TemplatesMode = TemplateClass;
+    DocQueryTemplatesMode TemplatesMode{};  ///< TemplateClass on creation
     std::shared_ptr<RecordCollection>
         Templates;  ///< of VkTemplType or VkTemplate, by TemplatesMode
 
     bool IsDocStatus = false;
-    DocQueryDocStatuses DocStatuses = DocQueryDocStatuses(0);
+    DocQueryDocStatuses DocStatuses{};
     bool IsSignDate = false;
     LooseValue SignDate1;  ///< a date, empty or null: the start of the window may be open
     LooseValue SignDate2;
     bool IsSignerFio = false;
     QString SignerSurname;
     bool IsNotes = false;
-    DocQueryNotesMode NotesMode = NotesEmpty;
+    DocQueryNotesMode NotesMode{};
     QString Notes;  ///< what to look for when NotesMode is NotesLike
     bool IsDocNum = false;
-    DocQueryDocNumMode DocNumMode = DocLastNums;
+    DocQueryDocNumMode DocNumMode{};  ///< DocLastNums on creation
     qint32 DocNum1 = 0;
     qint32 DocNum2 = 0;
-    qint32 LastDocNumsCount = 10;  ///< how many of the documents created last
+    qint32 LastDocNumsCount = 0;  ///< how many of the documents created last; 10 on creation
     /// When a found document belongs to a pack of individual records about persons, add the whole
     /// pack.
     bool WholePfrCluster = false;
 
     bool IsOrvex = false;
     bool IsOrvexStages = false;
-    DocQueryOrvexStages OrvexStages = DocQueryOrvexStages(0);
+    DocQueryOrvexStages OrvexStages{};
     bool IsOrvexTerms = false;
-    DocQueryOrvexTerms OrvexTerms = DocQueryOrvexTerms(0);
+    DocQueryOrvexTerms OrvexTerms{};
 
     bool IsFss = false;
     bool IsFssStages = false;
-    DocQueryFssStages FssStages = DocQueryFssStages(0);
+    DocQueryFssStages FssStages{};
     bool IsFssTerms = false;
-    DocQueryFssTerms FssTerms = DocQueryFssTerms(0);
+    DocQueryFssTerms FssTerms{};
 
     QString LastTab;    ///< key of the tab that was open
     QString LastError;  ///< text of the last failed read or write
@@ -193,13 +197,25 @@ public:
 
     // From here on for the library itself; these symbols are not exported.
 
+    /// The text of a .qvk file, every line aDepth steps further in.
     QString WriteToXmlString(bool aWithDeclaration, qint32 aDepth);
+    /// Fills the record from a .qvk file. False leaves the reason in LastError. Raises what the
+    /// supplier of records raises for an identity that it cannot load.
     bool ReadFromXmlFile(const QString &aFileName);
-    bool ReadFromXml(void *aNode);
+    /// The same from a parsed document, or from an element of any name that stands for the root.
+    bool ReadFromXml(const XmlNode &aNode);
+    /// Judges the record before a search; shows the first fault in a box and returns false.
     bool Validate();
 
 private:
-    friend class DocQueryWriter;
+    QString Indent() const;
+    void WriteCollectedIDsToXmlString(StringAccumulator &aAccumulator, const QString &aName,
+                                      const std::shared_ptr<RecordCollection> &aCollection);
+    QString ShieldString(QString aText) const;
+    std::shared_ptr<RecordCollection> ReadCollectedIDsFromXml(const XmlNode &aNode,
+                                                              const char *aName,
+                                                              const QString &aClassName);
+
     qint32 IndentLevel = 0;  // depth of the line being written
 };
 

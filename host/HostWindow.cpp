@@ -1,0 +1,143 @@
+#include "HostWindow.h"
+
+#include <QApplication>
+#include <QBoxLayout>
+#include <QFile>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QStringDecoder>
+#include <QTemporaryDir>
+
+#include <Vk_DocQuery/DocQueryEditor.h>
+#include <Vk_DocQuery/Failure.h>
+
+#include "RecordInWords.h"
+
+using namespace Vk_DocQuery;
+
+namespace {
+
+/// The text of the .qvk file of the record.
+QString FileTextOf(VkDocQueryData &aRecord) {
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("Query.qvk")));
+    if (!aRecord.WriteToXmlFile(file.fileName())) return aRecord.LastError;
+    if (!file.open(QIODevice::ReadOnly)) return file.errorString();
+    const QString text = QStringDecoder("windows-1251").decode(file.readAll());
+    return QString(text).remove(u'\r');
+}
+
+/// A heading over one half of the window.
+QWidget *Titled(const QString &aTitle, QWidget *aContent) {
+    auto *half = new QWidget;
+    auto *layout = new QVBoxLayout(half);
+    auto *label = new QLabel(aTitle);
+    label->setBuddy(aContent);
+    layout->addWidget(label);
+    layout->addWidget(aContent);
+    return half;
+}
+
+/// Runs what a menu item does; a failure is shown, and the program goes on.
+template <class Work>
+void Guarded(QWidget *aOwner, Work aWork) {
+    try {
+        aWork();
+    } catch (const Failure &failure) {
+        QMessageBox::critical(aOwner, QStringLiteral("Норвик"), failure.Description());
+    } catch (const std::exception &failure) {
+        QMessageBox::critical(aOwner, QStringLiteral("Норвик"), QString::fromUtf8(failure.what()));
+    }
+}
+
+}  // namespace
+
+HostWindow::HostWindow() {
+    setWindowTitle(QStringLiteral("Норвик"));
+    MakeSurface();
+    MakeMenus();
+    resize(900, 600);
+    statusBar()->showMessage(QStringLiteral("Критерии поиска еще не заданы"));
+}
+
+HostWindow::~HostWindow() = default;
+
+void HostWindow::MakeMenus() {
+    auto *file = menuBar()->addMenu(QStringLiteral("&Файл"));
+    file->addAction(QStringLiteral("В&ыход"), QKeySequence(Qt::CTRL | Qt::Key_Q), this,
+                    &QWidget::close);
+    auto *documents = menuBar()->addMenu(QStringLiteral("&Документы"));
+    documents->addAction(QStringLiteral("&Поиск документов ..."), QKeySequence(Qt::Key_F7), this,
+                         &HostWindow::StateSearch);
+    documents->addAction(QStringLiteral("&Открыть критерии ..."),
+                         QKeySequence(Qt::CTRL | Qt::Key_O), this, &HostWindow::OpenCriteria);
+}
+
+void HostWindow::MakeSurface() {
+    theWords = new QListWidget;
+    theWords->setWordWrap(true);
+    theFileText = new QPlainTextEdit;
+    theFileText->setReadOnly(true);
+    theFileText->setLineWrapMode(QPlainTextEdit::NoWrap);
+    theFileText->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+
+    auto *search = new QPushButton(QStringLiteral("Поиск документов ..."));
+    connect(search, &QPushButton::clicked, this, &HostWindow::StateSearch);
+    auto *open = new QPushButton(QStringLiteral("Открыть критерии ..."));
+    connect(open, &QPushButton::clicked, this, &HostWindow::OpenCriteria);
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(search);
+    buttons->addWidget(open);
+    buttons->addStretch();
+
+    auto *halves = new QSplitter;
+    halves->addWidget(Titled(QStringLiteral("Критерии поиска"), theWords));
+    halves->addWidget(Titled(QStringLiteral("Файл критериев поиска"), theFileText));
+    halves->setChildrenCollapsible(false);
+
+    auto *surface = new QWidget;
+    auto *layout = new QVBoxLayout(surface);
+    layout->addLayout(buttons);
+    layout->addWidget(halves, 1);
+    setCentralWidget(surface);
+}
+
+void HostWindow::StateSearch() {
+    Guarded(this, [this] {
+        DocQueryEditor editor;
+        editor.SetRecord(theRecord);
+        if (editor.Execute()) {
+            Show(editor.Record());
+            statusBar()->showMessage(
+                QStringLiteral("Критерии поиска заданы, поиск можно выполнять"));
+        } else {
+            if (theRecord) Show(theRecord);  // a save in the dialog writes into the record
+            statusBar()->showMessage(QStringLiteral("Поиск отменен"));
+        }
+    });
+}
+
+void HostWindow::OpenCriteria() {
+    Guarded(this, [this] {
+        DocQueryEditor editor;
+        if (const auto loaded = editor.AskAndLoadQuery(winId())) {
+            Show(loaded);
+            statusBar()->showMessage(QStringLiteral("Критерии поиска загружены из файла: ") +
+                                     loaded->FileName);
+        }
+    });
+}
+
+void HostWindow::Show(std::shared_ptr<VkDocQueryData> aRecord) {
+    theRecord = std::move(aRecord);
+    theWords->clear();
+    theWords->addItems(RecordInWords(*theRecord));
+    theFileText->setPlainText(FileTextOf(*theRecord));
+}

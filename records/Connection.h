@@ -1,0 +1,68 @@
+#pragma once
+
+#include <memory>
+#include <unordered_map>
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QVariantList>
+
+#include <Vk_DocQuery/Failure.h>
+
+#include "Address.h"
+
+namespace Vk_Records {
+
+/// A connection of one thread to the office. Requests that are made again and again keep their
+/// prepared statements here.
+class Connection {
+public:
+    /// Connects. Raises DatabaseUnreachable and its like.
+    explicit Connection(const Address &aAddress);
+    ~Connection();
+    Connection(const Connection &) = delete;
+    Connection &operator=(const Connection &) = delete;
+
+    const Address &Where() const { return theAddress; }
+    QSqlDatabase &Database() { return theDatabase; }
+
+    /// The statement, prepared on first use; the text's place in memory is its name.
+    QSqlQuery &Prepared(const char *aSql);
+    /// Runs a statement once, forward-only.
+    QSqlQuery Run(const QString &aSql, const QVariantList &aValues = {});
+    /// Raises the failure of a request that could not be run.
+    void Execute(QSqlQuery &aQuery);
+    /// Hands each row to the function and sets the statement free again.
+    template <class Row>
+    void ForEachRow(QSqlQuery &aQuery, Row aRow) {
+        while (aQuery.next()) aRow(aQuery);
+        EndReading(aQuery);
+    }
+    /// Raises what cut the reading short, if anything did.
+    void EndReading(QSqlQuery &aQuery);
+    [[noreturn]] void RaiseRefusal(const QSqlError &aError);
+
+private:
+    void OpenFile();
+    void OpenServer();
+
+    Address theAddress;
+    QString theName;
+    QSqlDatabase theDatabase;
+    std::unordered_map<const char *, QSqlQuery> thePrepared;
+};
+
+/// The connection of this thread to the office that is open, made on first use. Raises
+/// DatabaseNotOpen.
+Connection &ThisThreadsConnection();
+
+/// Makes the office with that first connection the one that is open; null closes.
+void SetOpenOffice(std::unique_ptr<Connection> aFirst);
+
+[[noreturn]] void RaiseDatabaseFailure(qint32 aNumber, const QString &aText);
+
+/// Raises RecordMissing.
+[[noreturn]] void RaiseRecordMissing(const QString &aClass, double aID,
+                                     const Connection &aConnection);
+
+}  // namespace Vk_Records

@@ -1,0 +1,104 @@
+#include "Persons.h"
+
+#include "OneRecord.h"
+
+namespace Vk_Records {
+
+#define VK_PERSON_COLUMNS(p)                                                                   \
+#p ".id, " #p ".kind, " #p ".inn, " #p ".kpp, " #p ".display_name, " #p ".owner_name, " #p \
+       ".is_main, " #p ".parent_id"
+
+constexpr char theAllPersonsSql[] =
+    "SELECT " VK_PERSON_COLUMNS(p) " FROM person p ORDER BY p.display_name, p.id";
+constexpr char theTaxpayersSql[] =
+    "SELECT " VK_PERSON_COLUMNS(p) " FROM person p WHERE EXISTS "
+    "(SELECT 1 FROM acc_stream s WHERE s.person_id = p.id) ORDER BY p.display_name, p.id";
+
+namespace {
+
+constexpr char theParentsSql[] =
+    "SELECT " VK_PERSON_COLUMNS(p) " FROM person p WHERE p.id IN "
+    "(SELECT b.parent_id FROM person b WHERE b.parent_id IS NOT NULL)";
+constexpr char theOnePersonSql[] = "SELECT " VK_PERSON_COLUMNS(p) ", " VK_PERSON_COLUMNS(
+    q) " FROM person p LEFT JOIN person q ON q.id = p.parent_id WHERE p.id = ?";
+constexpr int thePersonColumns = 8;
+
+/// The parent of everyone who has none.
+std::shared_ptr<PersonRecord> Nobody() {
+    static const auto nobody = std::make_shared<PersonRecord>();
+    return nobody;
+}
+
+}  // namespace
+
+void PersonRecord::SetID(double aID) {
+    ReadOne(theOnePersonSql, u"Vk_Records.VkPerson", aID, [this](const QSqlQuery &row) {
+        Read(row);
+        theParent.reset();
+        if (theParentID == 0) return;
+        theParent = std::make_shared<PersonRecord>();
+        theParent->Read(row, thePersonColumns);
+    });
+}
+
+std::shared_ptr<Vk_DocQuery::VkPerson> PersonRecord::GetParentOrganization() const {
+    return theParent ? theParent : Nobody();
+}
+
+QString PersonRecord::GetIconKeyAsAccPerson() const {
+    switch (theKind) {
+        case PersonKind::Organization:
+            return theIsMain ? QStringLiteral("orgs") : QStringLiteral("org");
+        case PersonKind::Branch:
+            return QStringLiteral("branch");
+        case PersonKind::PrivatePerson:
+            return QStringLiteral("man_purple");
+        case PersonKind::None:
+            break;
+    }
+    return QString();
+}
+
+void PersonRecord::Read(const QSqlQuery &aRow, int aFirst) {
+    theID = aRow.value(aFirst).toDouble();
+    theKind = static_cast<PersonKind>(aRow.value(aFirst + 1).toInt());
+    theInn = aRow.value(aFirst + 2).toString();
+    theKpp = aRow.value(aFirst + 3).toString();
+    theName = aRow.value(aFirst + 4).toString();
+    theOwnerName = aRow.value(aFirst + 5).toString();
+    theIsMain = aRow.value(aFirst + 6).toInt() != 0;
+    theParentID = aRow.value(aFirst + 7).toDouble();
+}
+
+void PersonLoad::Read(const char *aSql, Vk_DocQuery::RecordCollection *rPersons) {
+    QSqlQuery &query = theConnection.Prepared(aSql);
+    theConnection.Execute(query);
+    theConnection.ForEachRow(query, [&](const QSqlQuery &row) {
+        auto person = std::make_shared<PersonRecord>();
+        person->Read(row);
+        if (person->IsBranch()) theBranches.push_back(person);
+        theByID.insert(static_cast<qint64>(person->theID), person);
+        if (rPersons) rPersons->Add(person, Vk_DocQuery::ObjectKey(person->theID));
+    });
+}
+
+void PersonLoad::LinkParents() {
+    bool isReadAnew = false;
+    for (const auto &branch : theBranches) {
+        const auto parentID = static_cast<qint64>(branch->theParentID);
+        auto parent = Find(parentID);
+        if (!parent && !isReadAnew) {
+            PersonLoad parents(theConnection);
+            parents.Read(theParentsSql, nullptr);
+            for (auto found = parents.theByID.cbegin(); found != parents.theByID.cend(); ++found) {
+                if (!theByID.contains(found.key())) theByID.insert(found.key(), found.value());
+            }
+            isReadAnew = true;
+            parent = Find(parentID);
+        }
+        // Only an organisation is taken for a parent, so that no ring of records can come about.
+        if (parent && parent->theKind == PersonKind::Organization) branch->theParent = parent;
+    }
+}
+
+}  // namespace Vk_Records

@@ -1,0 +1,82 @@
+# Read in by the scripts at the root, which begin with
+#   . "$root/scripts/packages.sh"; need_packages build test
+# Installs the Debian packages of the named purposes that are missing. Where nothing is missing it only
+# asks dpkg, so it costs a moment and no network.
+
+packages_build="g++ make cmake ninja-build pkg-config qt6-base-dev qt6-svg-dev libxml2-dev"
+packages_run="libqt6sql6-sqlite libqt6svg6 qt6-translations-l10n fonts-liberation"
+packages_tour="xvfb openbox xdotool maim x11-utils x11-xkb-utils"
+packages_test="libqt6sql6-sqlite libqt6sql6-psql libqt6svg6 qt6-translations-l10n fonts-liberation postgresql-15"
+packages_clang="clang-14 clang-tidy-14"
+
+say() { printf '%s: %s\n' "${0##*/}" "$*"; }
+fail() {
+    printf '%s: %s\n' "${0##*/}" "$*" >&2
+    exit 1
+}
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    elif command -v sudo >/dev/null 2>&1; then
+        sudo "$@"
+    else
+        fail "packages are missing, and this is neither root nor is there sudo. As root: apt-get install $missing"
+    fi
+}
+
+need_packages() {
+    local wanted= purpose package installed
+    missing=
+    for purpose in "$@"; do
+        package="packages_$purpose"
+        wanted="$wanted ${!package}"
+    done
+    if ! command -v dpkg-query >/dev/null 2>&1; then
+        say "not a Debian system, so it is taken that there are:$wanted"
+        return
+    fi
+    # dpkg-query complains of unknown packages, which are just the missing ones.
+    # shellcheck disable=SC2086
+    installed=$(dpkg-query -W -f='${db:Status-Status} ${Package}\n' $wanted 2>/dev/null) || true
+    for package in $wanted; do
+        case $'\n'"$installed"$'\n' in
+            *$'\n'"installed $package"$'\n'*) ;;
+            *) missing="$missing $package" ;;
+        esac
+    done
+    [ -n "$missing" ] || return 0
+    say "installing$missing"
+    install_missing || fail "apt-get could not install$missing"
+}
+
+install_missing() {
+    # The tests start a database server of their own; the package shall not start one for the machine.
+    local keep_quiet=/etc/postgresql-common/createcluster.d/vk_docquery.conf result=0
+    case $missing in
+        *postgresql*)
+            as_root mkdir -p "${keep_quiet%/*}"
+            printf 'create_main_cluster = false\n' | as_root tee "$keep_quiet" >/dev/null
+            ;;
+    esac
+    as_root apt-get -q update &&
+        # shellcheck disable=SC2086
+        as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -y --no-install-recommends install $missing ||
+        result=1
+    case $missing in *postgresql*) as_root rm -f "$keep_quiet" ;; esac
+    return $result
+}
+
+# configure_and_build PRESET [TARGET ...]: quiet while all goes well, the whole output where it does not.
+configure_and_build() {
+    local preset=$1 target log
+    shift
+    log="$root/build/$preset.log"
+    mkdir -p "$root/build"
+    say "building build/$preset"
+    (cd "$root" && cmake --preset "$preset" &&
+        cmake --build --preset "$preset" -j "$(nproc)" ${1:+--target "$@"}) >"$log" 2>&1 || {
+        grep -v '^\[[0-9]*/[0-9]*\] ' "$log" | tail -n 200 >&2
+        fail "the build failed; all of its output is in build/$preset.log"
+    }
+}

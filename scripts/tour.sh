@@ -1,0 +1,287 @@
+#!/usr/bin/env bash
+# tour.sh HOST DIR: plays the main job on a display of its own with the keys and the mouse, and leaves a
+# picture of every window and tab in DIR, and the query that was saved on the way.
+#
+# Positions are those of the windows' design, in twips; the display has 96 dots per inch, 15 twips each.
+set -euo pipefail
+host=$1
+mkdir -p "$2"
+out=$(cd "$2" && pwd)
+query=$out/Query.qvk
+work=$(mktemp -d)
+pids=()
+
+finish() {
+    local result=$?
+    trap - EXIT
+    for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
+    wait 2>/dev/null || true
+    rm -rf "$work"
+    exit $result
+}
+trap finish EXIT
+
+fail() {
+    maim "$out/failed.png" 2>/dev/null || true
+    printf 'tour: %s; the screen at that moment is %s\n' "$*" "$out/failed.png" >&2
+    exit 1
+}
+
+start_display() {
+    # Xvfb picks a free number and tells it.
+    mkfifo "$work/number"
+    Xvfb -displayfd 3 -screen 0 1280x1024x24 -dpi 96 -nolisten tcp -noreset \
+        3>"$work/number" >"$work/xvfb.log" 2>&1 &
+    pids+=($!)
+    read -r -t 20 number <>"$work/number" || { cat "$work/xvfb.log" >&2; exit 1; }
+    export DISPLAY=:$number
+    unset WAYLAND_DISPLAY XAUTHORITY
+    export QT_QPA_PLATFORM=xcb QT_SCALE_FACTOR=1 LC_ALL=C.UTF-8
+    unset QT_QPA_PLATFORMTHEME QT_STYLE_OVERRIDE QT_FONT_DPI
+    HOME=$work openbox >"$work/openbox.log" 2>&1 &
+    pids+=($!)
+    # A window that comes up before its manager is there may stay unseen.
+    local deadline=$((SECONDS + 20))
+    until xdotool get_num_desktops >/dev/null 2>&1; do
+        [ $SECONDS -lt $deadline ] || fail "the window manager did not start"
+        sleep 0.05
+    done
+}
+
+# await NAME: the window whose whole title matches comes up; it becomes the one that keys and clicks go to.
+await() {
+    local deadline=$((SECONDS + 20))
+    until window=$(xdotool search --onlyvisible --name "^$1\$" 2>/dev/null | tail -n 1) && [ -n "$window" ]; do
+        [ $SECONDS -lt $deadline ] || fail "the window \"$1\" did not come up"
+        sleep 0.05
+    done
+    xdotool windowactivate "$window" 2>/dev/null || true
+    settle
+}
+
+# gone NAME: no window has that title any more.
+gone() {
+    local deadline=$((SECONDS + 20))
+    while xdotool search --onlyvisible --name "^$1\$" >/dev/null 2>&1; do
+        [ $SECONDS -lt $deadline ] || fail "the window \"$1\" did not close"
+        sleep 0.05
+    done
+}
+
+# Waits until the window looks the same twice.
+settle() {
+    local deadline=$((SECONDS + 10)) before= now
+    while :; do
+        now=$(maim -u -i "$window" 2>/dev/null | cksum) || now=
+        [ -n "$now" ] && [ "$now" = "$before" ] && return
+        [ $SECONDS -lt $deadline ] || fail "the window does not come to rest"
+        before=$now
+        sleep 0.1
+    done
+}
+
+# The window with its frame, as the user sees it.
+pictures=0
+picture() {
+    settle
+    pictures=$((pictures + 1))
+    local left top width height l r t b edges
+    read -r left top width height < <(xwininfo -id "$window" |
+        awk '/Absolute upper-left X/ {l=$NF} /Absolute upper-left Y/ {t=$NF} /Width:/ {w=$NF} /Height:/ {h=$NF}
+             END {print l, t, w, h}')
+    edges=$(xprop -id "$window" _NET_FRAME_EXTENTS | sed -n 's/.*= //p' | tr -d ,)
+    read -r l r t b <<<"${edges:-0 0 0 0}"
+    maim -u -g "$((width + l + r))x$((height + t + b))+$((left - l))+$((top - t))" \
+        "$out/$(printf '%02d' $pictures)-$1.png"
+}
+
+press() { xdotool key --clearmodifiers "$@"; settle; }
+# The keyboard is switched to the language of the text, so that each letter is one plain key.
+write() {
+    case $1 in
+        *[а-яА-ЯёЁ]*) setxkbmap ru ;;
+        *) setxkbmap us ;;
+    esac
+    xdotool type --delay 20 "$1"
+    setxkbmap us
+    settle
+}
+# click LEFT TOP: twips inside the window.
+click() {
+    xdotool mousemove --sync --window "$window" $(($1 / 15)) $(($2 / 15)) click 1
+    settle
+}
+
+# on_page LEFT TOP: the element at that place of the tab that is open.
+on_page() { click $(($1 + 30 + 120)) $(($2 + 360 + 120)); }
+# at_bottom LEFT: the button at that place of the dialog's bottom row, whose height is fixed.
+at_bottom() {
+    local WIDTH HEIGHT
+    eval "$(xdotool getwindowgeometry --shell "$window" | grep -E '^(WIDTH|HEIGHT)=')"
+    local left=$1
+    [ "$left" -ge 0 ] || left=$((WIDTH * 15 + left))
+    click $((left + 600)) $((HEIGHT * 15 - 855 + 180 + 240))
+}
+
+load=180 save=1800 save_as=3420 ok=-3450 cancel=-1875 # negative: from the right edge
+tabs="taxpayer accstream time template doc"
+
+# Each tab in turn; at the end the first one is open again.
+pictures_of_tabs() {
+    local tab
+    for tab in $tabs; do
+        picture "$1-$tab"
+        press ctrl+Tab
+    done
+}
+
+# A query file as a colleague might have left it. Its lists name records of the sample office.
+write_colleagues_query() {
+    iconv -f UTF-8 -t CP1251 >"$1" <<'QUERY'
+<?xml version="1.0" encoding="windows-1251"?>
+<VkDocQuery ver="1">
+    <DocCriteria IsNotes="1" NotesMode="1"/>
+    <TemplateCriteria IsTemplate="1" TemplatesMode="1">
+        <Templates><i id="1001"/><i id="1002"/><i id="1003"/></Templates>
+    </TemplateCriteria>
+    <PeriodCriteria IsPeriods="1" PeriodCriterion="1" OnePeriodYear="2025" OnePeriodMonthID="16"/>
+    <AccStreamCriteria IsAccStreamsList="1">
+        <AccStreamsList><i id="9001"/><i id="9003"/></AccStreamsList>
+    </AccStreamCriteria>
+    <TaxpayersCriteria IsTaxpayers="1" TaxpayersType="1">
+        <TaxpayersList><i id="101"/><i id="102"/><i id="103"/></TaxpayersList>
+    </TaxpayersCriteria>
+    <OtherOptions LastTab="taxpayer"/>
+</VkDocQuery>
+QUERY
+}
+
+dialog="Поиск документов"
+question="Норвик: Критерии поиска документов"
+
+look_at_empty_dialog() {
+    press F7
+    await "$dialog"
+    pictures_of_tabs empty
+}
+
+load_query() {
+    write_colleagues_query "$work/Colleague.qvk"
+    at_bottom $load
+    await "Открыть файл критериев поиска"
+    write "$work/Colleague.qvk"
+    picture open-file
+    press Return
+    await "$dialog - \[$work/Colleague.qvk\]"
+}
+
+state_search() {
+    press ctrl+Tab      # accstream
+    on_page 420 180     # theIsAccStreamType
+    on_page 900 660     # theAccStreamTypes(0)
+    on_page 900 960     # theAccStreamTypes(1)
+    on_page 5340 180    # theIsAccStreamOpeness
+    on_page 5340 1500   # theIsContoraPrefix1
+    on_page 9180 1500   # theContoraPrefix1
+    write "7701, 7702"
+
+    press ctrl+Tab      # time
+    on_page 720 1520    # theRangePeriods
+    on_page 8280 660    # theIsPeriodTypes
+    on_page 8700 1440   # thePeriodTypes(1)
+    on_page 8700 1740   # thePeriodTypes(2)
+
+    press ctrl+Tab ctrl+Tab # doc
+    on_page 420 180     # theIsDocStatus
+    on_page 1110 870    # theDocStatuses(1)
+    on_page 1110 1170   # theDocStatuses(2)
+    on_page 5280 150    # theIsSignDate
+    on_page 5820 540    # theSignDate1
+    press Home
+    write "01.10.2025"
+    on_page 5280 1260   # theIsSignerFio, with nothing in it yet
+    on_page 465 3450    # theNotesLike
+    on_page 2000 3405   # theNotes
+    write "срочно"
+    on_page 5280 2340   # theIsDocNum
+    press ctrl+Tab      # taxpayer
+}
+
+be_warned_and_correct() {
+    at_bottom $ok
+    await "Параметры критериев поиска"
+    picture fault
+    press Return
+    gone "Параметры критериев поиска"
+    await "$dialog - .*"
+    press ctrl+shift+Tab
+    on_page 5900 1620   # theSignerSurname
+    write "Петров"
+    press ctrl+Tab
+    pictures_of_tabs filled
+}
+
+save_query() {
+    rm -f "$query"
+    at_bottom $save_as
+    await "Сохранить файл критериев поиска"
+    press ctrl+a
+    write "$query"
+    picture save-file
+    press Return
+    await "$dialog - \[$query\]"
+}
+
+confirm() {
+    at_bottom $ok
+    await "$question"
+    picture question
+    press Tab Return    # no: the dialog stays
+    gone "$question"
+    await "$dialog - .*"
+    at_bottom $ok
+    await "$question"
+    press Return        # yes is the default
+    gone "$dialog - .*"
+    await "Норвик"
+    picture host-with-search
+}
+
+# What was typed and clicked has to be in the file.
+check_query() {
+    local wanted
+    while IFS= read -r wanted; do
+        iconv -f CP1251 -t UTF-8 "$query" | grep -q -F -- "$wanted" || fail "the saved query lacks: $wanted"
+    done <<'WANTED'
+IsDocStatus="1" DocStatuses="6"
+IsNotes="1" NotesMode="2" Notes="срочно"
+IsSignDate="1" SignDate1="01.10.2025" SignDate2=""
+IsSignerFio="1" SignerSurname="Петров"
+IsDocNum="1" DocNumMode="1"
+IsTemplate="1" TemplatesMode="1"
+<i id="1003" />
+IsPeriods="1" PeriodCriterion="2"
+IsPeriodTypes="1" PeriodTypes="6"
+IsAccStreamType="1" AccStreamTypes="3"
+IsAccStreamOpeness="1" AccStreamOpen="1"
+IsContoraPrefix1="1" ContoraPrefix1="7701, 7702"
+IsAccStreamsList="1"
+IsTaxpayers="1" TaxpayersType="1"
+WANTED
+}
+
+rm -f "$out"/[0-9][0-9]-*.png "$out/failed.png"
+start_display
+HOME=$work XDG_RUNTIME_DIR=$work "$host" "sqlite:$work/office.db" &
+pids+=($!)
+await "Норвик"
+picture host
+look_at_empty_dialog
+load_query
+state_search
+be_warned_and_correct
+save_query
+confirm
+check_query
+press ctrl+q
+printf 'The tour is over: %d pictures of the windows and the saved query are in %s\n' "$pictures" "$out"

@@ -1,0 +1,128 @@
+#include "queryfile/FileBytes.h"
+
+#include <array>
+#include <cstring>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QStringDecoder>
+
+namespace Vk_DocQuery {
+
+namespace {
+
+/// The UTF-8 forms of the upper half of a one-byte character set.
+struct UpperHalf {
+    struct Form {
+        char Bytes[3];
+        quint8 Length;
+    };
+    std::array<Form, 128> Forms;
+    bool IsUsable = false;
+};
+
+const UpperHalf &Windows1251() {
+    static const UpperHalf half = [] {
+        UpperHalf result;
+        QStringDecoder decoder("windows-1251");
+        QByteArray bytes;
+        for (int byte = 128; byte < 256; ++byte) bytes.append(static_cast<char>(byte));
+        const QString characters = decoder.isValid() ? decoder.decode(bytes) : QString();
+        if (characters.size() != 128) return result;
+        for (qsizetype i = 0; i < 128; ++i) {
+            const QByteArray utf8 = QStringView(characters).sliced(i, 1).toUtf8();
+            UpperHalf::Form &form = result.Forms[static_cast<std::size_t>(i)];
+            form.Length = static_cast<quint8>(std::min<qsizetype>(utf8.size(), 3));
+            std::memcpy(form.Bytes, utf8.constData(), form.Length);
+        }
+        result.IsUsable = true;
+        return result;
+    }();
+    return half;
+}
+
+QByteArray Utf8OfWindows1251(const QByteArray &aBytes) {
+    const UpperHalf &half = Windows1251();
+    qsizetype upper = 0;
+    for (const char byte : aBytes) upper += static_cast<quint8>(byte) >> 7U;
+    if (upper == 0) return aBytes;
+    QByteArray result(aBytes.size() + 2 * upper, Qt::Uninitialized);
+    char *end = result.data();
+    for (const char byte : aBytes) {
+        const auto code = static_cast<quint8>(byte);
+        if (code < 128) {
+            *end++ = byte;
+            continue;
+        }
+        const UpperHalf::Form &form = half.Forms[code - 128U];
+        std::memcpy(end, form.Bytes, form.Length);
+        end += form.Length;
+    }
+    result.truncate(end - result.constData());
+    return result;
+}
+
+/// The character set that the declaration names, in small letters; empty without a declaration.
+QByteArray DeclaredEncoding(const QByteArray &aBytes) {
+    constexpr qsizetype longestDeclaration = 200;
+    if (!aBytes.startsWith("<?xml")) return QByteArray();
+    const QByteArray start = aBytes.left(longestDeclaration);
+    const QByteArray declaration = start.left(start.indexOf("?>"));
+    const qsizetype word = declaration.indexOf("encoding");
+    if (word < 0) return QByteArray();
+    QByteArray value = declaration.mid(word + 8).trimmed();
+    if (!value.startsWith('=')) return QByteArray();
+    value = value.mid(1).trimmed();
+    if (value.isEmpty() || (value[0] != '"' && value[0] != '\'')) return QByteArray();
+    const qsizetype end = value.indexOf(value[0], 1);
+    return end < 0 ? QByteArray() : value.mid(1, end - 1).toLower();
+}
+
+QString ReasonNotOpened(const QFile &aFile) {
+    if (aFile.error() == QFileDevice::PermissionsError)
+        return QStringLiteral("Нет прав на чтение файла.");
+    return QStringLiteral("Файл не удалось открыть: %1.").arg(aFile.errorString());
+}
+
+}  // namespace
+
+QString ReadFileBytes(const QString &aFileName, qint64 aLargest, QByteArray &rBytes) {
+    const QFileInfo info(aFileName);
+    if (aFileName.isEmpty()) return QStringLiteral("Имя файла не задано.");
+    if (!info.exists()) return QStringLiteral("Файл не найден.");
+    if (info.isDir()) return QStringLiteral("По этому пути находится папка, а не файл.");
+    if (!info.isFile())
+        return QStringLiteral("По этому пути находится не обычный файл, а канал или устройство.");
+    QFile file(aFileName);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) return ReasonNotOpened(file);
+    const auto tooLarge = [=] {
+        return QStringLiteral("Файл слишком велик: допускается не более %1 МБ.")
+            .arg(aLargest / (1024 * 1024));
+    };
+    const qint64 size = file.size();
+    if (size > aLargest) return tooLarge();
+    rBytes =
+        size > 0 ? file.read(size) : file.read(aLargest + 1);  // some file systems tell no size
+    if (rBytes.size() > aLargest) return tooLarge();
+    if (file.error() != QFileDevice::NoError || rBytes.size() < size)
+        return QStringLiteral("Файл не удалось прочитать: %1.").arg(file.errorString());
+    if (rBytes.isEmpty()) return QStringLiteral("Файл пуст.");
+    return QString();
+}
+
+QByteArray DecodedXmlBytes(const QByteArray &aBytes, bool &rDecoded) {
+    rDecoded = true;
+    if (aBytes.startsWith("\xEF\xBB\xBF")) return aBytes.mid(3);
+    if (aBytes.startsWith("\xFF\xFE") || aBytes.startsWith("\xFE\xFF")) {
+        QStringDecoder decoder(QStringDecoder::Utf16);
+        const QString text = decoder.decode(aBytes);
+        if (!decoder.hasError()) return text.toUtf8();
+    }
+    const QByteArray encoding = DeclaredEncoding(aBytes);
+    if ((encoding == "windows-1251" || encoding == "cp1251") && Windows1251().IsUsable)
+        return Utf8OfWindows1251(aBytes);
+    rDecoded = false;
+    return aBytes;
+}
+
+}  // namespace Vk_DocQuery
