@@ -1,9 +1,10 @@
 #include "controls/CheckBox.h"
 
 #include <QStyleOptionButton>
-#include <QStylePainter>
 
 #include <Vk_DocQuery/Failure.h>
+
+#include "controls/CaptionedMark.h"
 
 namespace Vk_DocQuery {
 
@@ -45,40 +46,12 @@ void CheckBox::nextCheckState() {
     setCheckState(checkState() == Qt::Unchecked ? Qt::Checked : Qt::Unchecked);
 }
 
-void CheckBox::paintEvent(QPaintEvent *aEvent) {
+void CheckBox::paintEvent(QPaintEvent * /*aEvent*/) {
     QStyleOptionButton option;
     initStyleOption(&option);
-    if (FitsOneLine(option))
-        QCheckBox::paintEvent(aEvent);
-    else
-        PaintWrapped(option);
-}
-
-bool CheckBox::FitsOneLine(const QStyleOptionButton &aOption) const {
-    const QRect contents = style()->subElementRect(QStyle::SE_CheckBoxContents, &aOption, this);
-    return fontMetrics().horizontalAdvance(text()) <= contents.width() ||
-           height() < 2 * fontMetrics().height();
-}
-
-void CheckBox::PaintWrapped(const QStyleOptionButton &aOption) {
-    QStylePainter painter(this);
-    const QRect contents = style()->subElementRect(QStyle::SE_CheckBoxContents, &aOption, this);
-    const int flags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWordWrap;
-    const QRect lines = fontMetrics().boundingRect(contents, flags, text());
-
-    // The mark stands at the first line.
-    QStyleOptionButton indicator = aOption;
-    indicator.rect = style()->subElementRect(QStyle::SE_CheckBoxIndicator, &aOption, this);
-    const int middle = lines.top() + fontMetrics().height() / 2;
-    indicator.rect.moveTop(qMax(0, middle - indicator.rect.height() / 2));
-    painter.drawPrimitive(QStyle::PE_IndicatorCheckBox, indicator);
-
-    painter.drawItemText(contents, flags, palette(), isEnabled(), text(), QPalette::WindowText);
-    if (!aOption.state.testFlag(QStyle::State_HasFocus)) return;
-    QStyleOptionFocusRect focus;
-    focus.QStyleOption::operator=(aOption);
-    focus.rect = lines.intersected(rect());
-    painter.drawPrimitive(QStyle::PE_FrameFocusRect, focus);
+    PaintCaptionedMark(
+        *this, option,
+        {QStyle::PE_IndicatorCheckBox, QStyle::SE_CheckBoxIndicator, QStyle::SE_CheckBoxContents});
 }
 
 }  // namespace Vk_DocQuery

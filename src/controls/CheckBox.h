@@ -2,8 +2,6 @@
 
 #include <QCheckBox>
 
-class QStyleOptionButton;
-
 namespace Vk_DocQuery {
 
 /// A check box whose caption wraps onto as many lines as its height gives room for. Its value is 0
@@ -25,10 +23,6 @@ protected:
     bool hitButton(const QPoint &aPoint) const override;
     void nextCheckState() override;
     void paintEvent(QPaintEvent *aEvent) override;
-
-private:
-    bool FitsOneLine(const QStyleOptionButton &aOption) const;
-    void PaintWrapped(const QStyleOptionButton &aOption);
 };
 
 }  // namespace Vk_DocQuery

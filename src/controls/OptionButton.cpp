@@ -1,5 +1,9 @@
 #include "controls/OptionButton.h"
 
+#include <QStyleOptionButton>
+
+#include "controls/CaptionedMark.h"
+
 namespace Vk_DocQuery {
 
 OptionButton::OptionButton(const QString &aCaption, QWidget *aParent)
@@ -16,6 +20,14 @@ void OptionButton::SetValue(bool aChosen) {
 
 bool OptionButton::hitButton(const QPoint &aPoint) const {
     return rect().contains(aPoint);
+}
+
+void OptionButton::paintEvent(QPaintEvent * /*aEvent*/) {
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    PaintCaptionedMark(*this, option,
+                       {QStyle::PE_IndicatorRadioButton, QStyle::SE_RadioButtonIndicator,
+                        QStyle::SE_RadioButtonContents});
 }
 
 }  // namespace Vk_DocQuery

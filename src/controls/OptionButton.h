@@ -20,6 +20,7 @@ signals:
 
 protected:
     bool hitButton(const QPoint &aPoint) const override;
+    void paintEvent(QPaintEvent *aEvent) override;
 };
 
 }  // namespace Vk_DocQuery

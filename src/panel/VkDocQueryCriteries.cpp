@@ -109,6 +109,7 @@ VkDocQueryCriteries::VkDocQueryCriteries(QWidget *aParent) try : QWidget(aParent
 void VkDocQueryCriteries::MakeTabs() {
     theTabs = new TabControl(this);
     theTabs->setObjectName(QStringLiteral("theTabs"));
+    theTabs->resize(sizeHint());
     theTabs->SetPagePlace(PixelsFromTwips(thePageLeft), PixelsFromTwips(thePageTop));
     theTabs->SetImages(TabImages());
     for (const TabRow &row : TabRows()) {

@@ -31,7 +31,8 @@ struct Fact {
     }
     QRect Pixels() const {
         const auto pixels = [](int twips) { return qRound(twips / 15.0); };
-        return {pixels(Twips.x()), pixels(Twips.y()), pixels(Twips.width()), pixels(Twips.height())};
+        return {pixels(Twips.x()), pixels(Twips.y()), pixels(Twips.width()),
+                pixels(Twips.height())};
     }
 };
 
@@ -43,7 +44,12 @@ QVector<Fact> ReadFacts() {
     QVector<Fact> facts;
     for (const QString &line : lines) {
         const QStringList parts = line.split(u';');
-        Fact fact{parts[0], parts[1], parts[2], parts[3], parts[4]};
+        Fact fact;
+        fact.Page = parts[0];
+        fact.Name = parts[1];
+        fact.Kind = parts[2];
+        fact.Inside = parts[3];
+        fact.Caption = parts[4];
         if (!parts[5].isEmpty()) fact.Index = parts[5].toInt();
         fact.Twips = {parts[6].toInt(), parts[7].toInt(), parts[8].toInt(), parts[9].toInt()};
         if (!parts[10].isEmpty()) fact.TabOrder = parts[10].toInt();
@@ -111,7 +117,93 @@ class TestElements : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { MemoryOffice::Install(); }
+    void initTestCase() {
+        MemoryOffice::Install();
+        thePanel = std::make_unique<OpenPanel>();
+        thePanel->show();
+    }
+    void cleanupTestCase() { thePanel.reset(); }
+
+    void EveryElement_data() {
+        QTest::addColumn<int>("fact");
+        for (int i = 0; i < Facts().size(); ++i)
+            QTest::newRow(qPrintable(Facts()[i].ObjectName())) << i;
+    }
+
+    void EveryElement() {
+        QFETCH(int, fact);
+        const Fact &wanted = Facts()[fact];
+        const QList<QWidget *> found = thePanel->findChildren<QWidget *>(wanted.ObjectName());
+        QCOMPARE(found.size(), 1);
+        const QWidget &element = *found.first();
+        QVERIFY(IsOfKind(element, wanted.Kind));
+        QCOMPARE(ParentElement(element), wanted.Inside);
+        QCOMPARE(ShownCaption(element), wanted.Caption);
+        QCOMPARE(element.geometry(), wanted.Pixels());
+        QCOMPARE(element.accessibleName(),
+                 wanted.ExplainedBy.isEmpty() ? wanted.Caption : CaptionOf(wanted.ExplainedBy));
+        QVERIFY(element.isEnabled());
+        QCOMPARE(element.isHidden(), wanted.Kind == u"frame (hidden)");
+    }
+
+    void InputElementsTellWhatTheyAreFor() {
+        for (const Fact &fact : Facts()) {
+            if (fact.TabOrder < 0 || fact.Kind == u"plain frame") continue;
+            const QString name = thePanel->Get(qPrintable(fact.ObjectName())).accessibleName();
+            QVERIFY2(!name.trimmed().isEmpty(), qPrintable(fact.ObjectName()));
+        }
+    }
+
+    void NothingElseIsOnThePanel() {
+        QStringList names;
+        for (const Fact &fact : Facts()) names << fact.ObjectName();
+        for (const Fact &fact : Facts()) {
+            if (!names.contains(fact.Page)) names << fact.Page;
+        }
+        names << QStringLiteral("theTabs") << QStringLiteral("theTabBar");
+        for (const QWidget *widget : thePanel->findChildren<QWidget *>()) {
+            const QString name = widget->objectName();
+            if (name.startsWith(u"the") || name.startsWith(u"Label"))
+                QVERIFY2(names.contains(name), qPrintable(name));
+        }
+        QCOMPARE(Facts().size(), 150);
+    }
+
+    void Tabs() {
+        const TabControl &tabs = thePanel->Tabs();
+        QCOMPARE(tabs.geometry(), QRect(0, 0, 821, 589));
+        const QStringList keys = {QStringLiteral("taxpayer"), QStringLiteral("accstream"),
+                                  QStringLiteral("time"), QStringLiteral("template"),
+                                  QStringLiteral("doc")};
+        const QStringList captions = {
+            QStringLiteral("Налогоплательщик"), QStringLiteral("Комплект отчетности"),
+            QStringLiteral("Период отчетности"), QStringLiteral("Отчетная форма"),
+            QStringLiteral("Свойства документов")};
+        const QStringList pages = {
+            QStringLiteral("theTaxpayerPanel"), QStringLiteral("theAccStreamPanel"),
+            QStringLiteral("thePeriodPanel"), QStringLiteral("theTemplatePanel"),
+            QStringLiteral("theDocPanel")};
+        QCOMPARE(tabs.TabCount(), 5);
+        for (int i = 0; i < 5; ++i) {
+            QCOMPARE(tabs.TabKey(i), keys[i]);
+            QCOMPARE(tabs.Bar()->tabText(i), captions[i]);
+            const QWidget &page = thePanel->Get(qPrintable(pages[i]));
+            QCOMPARE(page.parentWidget(), &tabs);
+            QCOMPARE(page.geometry(), QRect(2, 24, 817, 563));
+            QCOMPARE(page.isHidden(), i != 0);
+        }
+        QCOMPARE(tabs.Bar()->iconSize(), QSize(16, 16));
+        QCOMPARE(tabs.Bar()->font().pointSizeF(), 8.25);
+    }
+
+    void PagesStretchAndElementsStay() {
+        OpenPanel panel;
+        panel.resize(1000, 700);
+        panel.show();
+        QCOMPARE(panel.Tabs().size(), QSize(1000, 700));
+        QCOMPARE(panel.Get("theDocPanel").geometry(), QRect(2, 24, 996, 674));
+        QCOMPARE(panel.Get("theTaxpayersFrame").geometry(), QRect(12, 12, 797, 505));
+    }
 
     void Pictures() {
         const QByteArray folder = qgetenv("VK_PANEL_PICTURES");
@@ -145,13 +237,19 @@ private slots:
                 for (int i = 0; i < panel.Tabs().TabCount(); ++i) {
                     panel.Tabs().SetSelectedTab(panel.Tabs().TabKey(i));
                     QTest::qWait(20);
-                    panel.grab().save(QStringLiteral("%1/panel_%2_%3_%4.png")
-                                          .arg(QString::fromLocal8Bit(folder), dark ? QStringLiteral("dark") : QStringLiteral("light"),
-                                               on ? QStringLiteral("on") : QStringLiteral("off"), panel.Tabs().TabKey(i)));
+                    panel.grab().save(
+                        QStringLiteral("%1/panel_%2_%3_%4.png")
+                            .arg(QString::fromLocal8Bit(folder),
+                                 dark ? QStringLiteral("dark") : QStringLiteral("light"),
+                                 on ? QStringLiteral("on") : QStringLiteral("off"),
+                                 panel.Tabs().TabKey(i)));
                 }
             }
         }
     }
+
+private:
+    std::unique_ptr<OpenPanel> thePanel;
 };
 
 VK_TEST_CLASS(TestElements);
