@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QScopeGuard>
 
@@ -27,7 +28,6 @@ const QString theMessageTitle = QStringLiteral("Выбор из списка");
 // Twips.
 constexpr int theDesignWidth = 12915;
 constexpr int theDesignHeight = 8715;
-constexpr int theFilterLabelWidth = 900;
 
 }  // namespace
 
@@ -55,10 +55,9 @@ SelectObjectsForm::~SelectObjectsForm() = default;
 // ---- Elements
 
 void SelectObjectsForm::MakeElements() {
-    theFilter =
-        new FilterBox(QStringLiteral("Фильтр:"), PixelsFromTwips(theFilterLabelWidth), this);
+    theFilter = new VkFilterBox(this);
     theFilter->setObjectName(QStringLiteral("theFilter"));
-    connect(theFilter, &FilterBox::Change, this, &SelectObjectsForm::theFilter_Change);
+    connect(theFilter, &VkFilterBox::Change, this, &SelectObjectsForm::theFilter_Change);
     thePlaces.push_back({theFilter, QRect(60, 60, 12855, 345), Place::Width});
 
     theIL = PickerImages();
@@ -94,7 +93,7 @@ void SelectObjectsForm::MakeElements() {
          Place::Left | Place::Top, &SelectObjectsForm::theCancel_Click},
     };
     for (const ButtonRow &row : rows) {
-        QPushButton *button = row.Picture != 0 ? new PictureButton(row.Picture, row.Caption, this)
+        QPushButton *button = row.Picture != 0 ? new DButton(row.Caption, row.Picture, this)
                                                : new QPushButton(row.Caption, this);
         button->setObjectName(row.Name);
         button->setAutoDefault(row.Picture == CancelPicture);
@@ -322,8 +321,7 @@ bool SelectObjectsForm::MoveFromFilterToList(QKeyEvent &aEvent) {
     if (key != Qt::Key_Down && key != Qt::Key_PageDown && key != Qt::Key_Up &&
         key != Qt::Key_PageUp)
         return false;
-    const QWidget *focused = focusWidget();
-    if (!focused || !theFilter->isAncestorOf(focused)) return false;
+    if (focusWidget() != theFilter->Edit()) return false;
     theList->setFocus(Qt::OtherFocusReason);
     QCoreApplication::sendEvent(theList, &aEvent);
     return true;

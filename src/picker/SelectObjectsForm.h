@@ -14,9 +14,9 @@ class QPushButton;
 
 namespace Vk_DocQuery {
 
-class FilterBox;
 class ImageList;
 class ListView;
+class VkFilterBox;
 struct ListColumn;
 
 /// The modal window in which the user marks objects of one type to be added to a list. One window
@@ -70,7 +70,7 @@ private:
     void theCheckSelected_Click();
     void theUncheckSelected_Click();
 
-    FilterBox *theFilter = nullptr;
+    VkFilterBox *theFilter = nullptr;
     ListView *theList = nullptr;
     std::shared_ptr<const ImageList> theIL;
     QPushButton *theOK = nullptr;

@@ -100,14 +100,21 @@ private slots:
         QVERIFY2(driver.Done(), driver.Complaint());
     }
 
-    void addDoesNothingWithoutAMode() {
+    /// The options are read, not what the list shows, and no choice counts as the first option.
+    void addWithoutAChoiceOffersByTheFirstOption() {
         OpenPanel panel;
         panel.SetTemplatesMode(DocQueryTemplatesMode(7));
         panel.SetTaxpayersType(DocQueryTaxpayersType(7));
+        panel.SetTaxpayersTypeInList(MainOrgs, true, false);
         ModalDriver driver;
+        QStringList titles;
+        for (int i = 0; i < 2; ++i)
+            ExpectPicker(driver, [&](Picker &picker) { titles << picker.Window.windowTitle(); });
         panel.Get<QPushButton>("theTemplatesAdd").click();
         panel.Get<QPushButton>("theTaxpayerAdd").click();
         QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(titles, (QStringList{D("Добавление бланков отчетных документов"),
+                                      D("Добавление налогоплательщиков, сдающих отчетность")}));
     }
 
     void exactlyTheNewRowsAreSelected() {
@@ -289,8 +296,10 @@ private slots:
         auto &list = panel.List("theAccStreamsList");
         Add(panel, "theAccStreamAdd", {D("_12")});
         const auto tags = TagsOf(list);
-        MemoryOffice::The().OnCall = [&, calls = 0](const QString &aMember) mutable {
-            if (aMember == member && ++calls == (member.startsWith(u"Get") ? 1 : 2))
+        int calls = 0;
+        const int failing = member == u"GetAccStreams" ? 1 : 2;
+        MemoryOffice::The().OnCall = [&](const QString &aMember) {
+            if (aMember == member && ++calls == failing)
                 throw Failure(77, D("Supplier"), D("it fails"));
         };
         Fails(panel, "theAccStreamAdd",
