@@ -5,7 +5,9 @@
 #include <optional>
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSqlError>
 
 #include <Vk_DocQuery/LooseValue.h>
@@ -99,7 +101,8 @@ QString Text(const char *aText) {
 QString FirstLine(const QSqlError &aError) {
     const QString text =
         aError.databaseText().isEmpty() ? aError.driverText() : aError.databaseText();
-    QString line = text.section(u'\n', 0, 0).simplified();
+    static const QRegularExpression severity(QStringLiteral("^(ERROR|FATAL|ОШИБКА|ВАЖНО):\\s+"));
+    QString line = text.section(u'\n', 0, 0).remove(severity).simplified();
     while (line.endsWith(u'.')) line.chop(1);
     return line;
 }
@@ -125,6 +128,13 @@ bool ServerSays(const QSqlError &aError, std::initializer_list<const char *> aWo
         if (text.contains(Text(word), Qt::CaseInsensitive)) return true;
     }
     return false;
+}
+
+/// SQLite itself takes a file of one byte for an empty database and writes over it.
+bool IsOtherFile(const QString &aPath) {
+    static const QByteArray head("SQLite format 3\0", 16);
+    QFile file(aPath);
+    return file.open(QIODevice::ReadOnly) && file.size() > 0 && file.read(head.size()) != head;
 }
 
 QString NewName() {
@@ -189,6 +199,8 @@ void Connection::OpenFile() {
                 "База данных \"%1\" не открыта: это папка, а не файл. Укажите файл базы.")
                 .arg(theAddress.Shown));
     }
+    if (IsOtherFile(theAddress.File))
+        RaiseDatabaseFailure(DatabaseForeign, Text(theForeignText).arg(theAddress.Shown));
     theDatabase.setDatabaseName(theAddress.File);
     theDatabase.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(theLockWaitMs));
     if (!theDatabase.open()) RaiseRefusal(theDatabase.lastError());
@@ -240,6 +252,10 @@ QSqlQuery &Connection::Prepared(const char *aSql) {
 QSqlQuery Connection::Run(const QString &aSql, const QVariantList &aValues) {
     QSqlQuery query(theDatabase);
     query.setForwardOnly(true);
+    if (aValues.isEmpty()) {  // PostgreSQL prepares no statement that sets or makes something
+        if (!query.exec(aSql)) RaiseRefusal(query.lastError());
+        return query;
+    }
     if (!query.prepare(aSql)) RaiseRefusal(query.lastError());
     for (const QVariant &value : aValues) query.addBindValue(value);
     Execute(query);

@@ -49,14 +49,19 @@ QString Word(Numbers &rNumbers) {
     return QString::fromUtf16(theWords[rNumbers.Below(static_cast<quint32>(theWords.size()))]);
 }
 
+/// A registration reason code: the tax office, two digits of the reason, three of a number.
+QString Kpp(Numbers &rNumbers, const QString &aReason, quint32 aNumber) {
+    return QString::number(7700 + rNumbers.Below(60)) + aReason +
+           QString::number(aNumber).rightJustified(3, u'0');
+}
+
 QVariantList BranchRow(qint64 aID, Numbers &rNumbers, const QVariantList &aParent) {
     const QString place = QStringLiteral(", филиал N %1").arg(rNumbers.Below(900) + 100);
+    const QString kpp = Kpp(rNumbers, QStringLiteral("43"), rNumbers.Below(999) + 1);
     return {aID,
             2,
             aParent[2],
-            QStringLiteral("%1430%2")
-                .arg(7700 + rNumbers.Below(60))
-                .arg(rNumbers.Below(99), 2, 10, QLatin1Char('0')),
+            kpp,
             aParent[4].toString() + place,
             aParent[5].toString() + place,
             0,
@@ -81,8 +86,7 @@ QVariantList PrivatePersonRow(qint64 aID, Numbers &rNumbers) {
 QVariantList OrganizationRow(qint64 aID, Numbers &rNumbers) {
     const QString inn = WithCheckDigits(QString::number(770000000 + aID % 1000000));
     const QString name = QStringLiteral("%1-%2 N %3").arg(Word(rNumbers), Word(rNumbers)).arg(aID);
-    const QString kpp = QStringLiteral("77%1").arg(rNumbers.Below(60), 2, 10, QLatin1Char('0')) +
-                        QStringLiteral("01001");
+    const QString kpp = Kpp(rNumbers, QStringLiteral("01"), 1);
     return {aID,
             1,
             inn,
@@ -117,7 +121,7 @@ void FillStreams(Connection &aConnection, Numbers &rNumbers, const OfficeSize &a
         const quint32 office = 7700 + rNumbers.Below(60);
         stream.Row({id, person, type,
                     QStringLiteral("Комплект %1 налогоплательщика %2").arg(id).arg(person),
-                    QStringLiteral("%101001").arg(office), QString::number(office),
+                    Kpp(rNumbers, QStringLiteral("01"), 1), QString::number(office),
                     id % 20 == 0 ? 1 : 0});
     }
 }

@@ -65,7 +65,8 @@ void Rows::MoveNext() {
 
 LooseValue Rows::Value(const QString &aField) const {
     if (EndOfData()) RaiseNoRow();
-    const auto column = theFields.indexOf(aField, 0);
+    qsizetype column = theFields.size() - 1;
+    while (column >= 0 && theFields[column].compare(aField, Qt::CaseInsensitive) != 0) --column;
     if (column < 0) {
         throw Failure(Vk_DocQuery::InvalidArgument, QStringLiteral("Vk_Records"),
                       QStringLiteral("В наборе записей нет поля \"%1\".").arg(aField));

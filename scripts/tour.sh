@@ -251,7 +251,7 @@ confirm() {
 check_query() {
     local wanted
     while IFS= read -r wanted; do
-        iconv -f CP1251 -t UTF-8 "$query" | grep -q -F -- "$wanted" || fail "the saved query lacks: $wanted"
+        iconv -f CP1251 -t UTF-8 "$query" | grep -F -- "$wanted" >/dev/null || fail "the saved query lacks: $wanted"
     done <<'WANTED'
 IsDocStatus="1" DocStatuses="6"
 IsNotes="1" NotesMode="2" Notes="срочно"

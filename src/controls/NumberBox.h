@@ -7,7 +7,7 @@
 namespace Vk_DocQuery {
 
 /// A box for whole numbers that may stay blank. Only what is on the way to a number within the
-/// bounds can be typed or pasted.
+/// bounds can be typed or pasted; blanks in it are left out.
 class NumberBox : public QLineEdit {
     Q_OBJECT
 
@@ -16,7 +16,16 @@ public:
     void SetBounds(double aLowest, double aHighest);
     /// Empty while blank, otherwise a double.
     LooseValue Value() const;
+    /// Null and empty leave the box blank. Raises InvalidArgument for a number outside of the
+    /// bounds.
     void SetValue(const LooseValue &aValue);
+
+protected:
+    void focusOutEvent(QFocusEvent *aEvent) override;
+
+private:
+    class Validator;
+    Validator *theValidator;
 };
 
 }  // namespace Vk_DocQuery

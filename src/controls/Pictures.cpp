@@ -109,7 +109,7 @@ QIcon WindowPicture(const QString &aName) {
     const auto found = icons.constFind(aName);
     if (found == icons.constEnd()) {
         throw Failure(InvalidArgument, QStringLiteral("Pictures"),
-                      QStringLiteral("Картинки \"%1\" нет.").arg(aName));
+                      QStringLiteral("Рисунка \"%1\" нет.").arg(aName));
     }
     return *found;
 }

@@ -21,7 +21,7 @@ static_assert(EveryNumberStandsOnce());
 
 }  // namespace
 
-void Field::Reset(VkDocQueryData &aRecord) const {
+void Field::Reset(VkDocQueryData &aRecord, qint32 aYear) const {
     switch (Kind) {
         case FieldKind::Text:
             Text(aRecord).clear();
@@ -38,7 +38,7 @@ void Field::Reset(VkDocQueryData &aRecord) const {
         case FieldKind::Long:
         case FieldKind::Enumeration:
         case FieldKind::Flags:
-            SetLong(aRecord, Creation == theYearOfToday ? QDate::currentDate().year() : Creation);
+            SetLong(aRecord, Creation == theYearOfToday ? aYear : Creation);
             break;
     }
 }

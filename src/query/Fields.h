@@ -50,8 +50,9 @@ struct Field {
     void SetLong(VkDocQueryData &aRecord, qint32 aValue) const {
         std::get<LongMember>(Member).Set(aRecord, aValue);
     }
-    /// Puts the value on creation into the field.
-    void Reset(VkDocQueryData &aRecord) const;
+    /// Puts the value on creation into the field; aYear is the year of today, looked at by the
+    /// fields whose value it is.
+    void Reset(VkDocQueryData &aRecord, qint32 aYear) const;
 };
 
 template <auto Member>

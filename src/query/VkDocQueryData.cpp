@@ -4,8 +4,9 @@
 namespace Vk_DocQuery {
 
 VkDocQueryData::VkDocQueryData() try {
+    const qint32 year = QDate::currentDate().year();
     for (const Field &field : theFields) {
-        if (field.Creation != 0) field.Reset(*this);
+        if (field.Creation != 0) field.Reset(*this, year);
     }
 } catch (...) {
     RaiseErrorUp("VkDocQueryData", "Class_Initialize");

@@ -203,7 +203,7 @@ bool VkDocQueryData::ReadFromXml(const XmlNode &aNode) try {
             "Неверный формат файла критериев поиска. Отсутствует корневой узел VkDocQuery.");
         return false;
     }
-    for (const Field *field : theResetFields) field->Reset(*this);
+    for (const Field *field : theResetFields) field->Reset(*this, 0);  // none of them is a year
     for (const Element &element : theElements) {
         const XmlNode node = root.SelectSingleNode(element.Name);
         if (!node) continue;

@@ -1,5 +1,6 @@
 #include <charconv>
-#include <cmath>
+
+#include <QVarLengthArray>
 
 #include "foundation/CheckedArithmetic.h"
 #include "foundation/mErrorHandling.h"
@@ -80,26 +81,43 @@ QString DateText(const LooseValue &aDate) {
     return ToText(ToDate(aDate));
 }
 
-/// An identity as ToText gives it, without a text of its own where it is a whole number.
-class IdentityText {
+/// The lines of a list, each put together in one place and added as a whole.
+class ItemLine {
 public:
-    explicit IdentityText(double aID) {
-        if (std::fabs(aID) < 1e15 && aID == std::trunc(aID)) {
-            char digits[24];
-            const auto end =
-                std::to_chars(digits, digits + sizeof digits, static_cast<qint64>(aID)).ptr;
-            theView = QStringView(theDigits, std::copy(digits, end, theDigits));
-        } else {
-            theText = GeneralNumberText(aID);
-            theView = theText;
-        }
+    explicit ItemLine(const QString &aIndent) {
+        Append(aIndent);
+        Append(u"<i id=\"");
+        theHead = theLine.size();
     }
-    QStringView View() const { return theView; }
+
+    QStringView With(double aID) {
+        theLine.resize(theHead);
+        AppendNumber(aID);
+        Append(u"\" />\r\n");
+        return QStringView(theLine.constData(), theLine.size());
+    }
 
 private:
-    char16_t theDigits[24];
-    QString theText;
-    QStringView theView;
+    void Append(QStringView aText) { theLine.append(aText.utf16(), aText.size()); }
+
+    /// As ToText gives it, without a text of its own where it is a whole number.
+    void AppendNumber(double aID) {
+        constexpr double firstWithExponent = 1e15;
+        if (aID > -firstWithExponent && aID < firstWithExponent) {
+            const auto whole = static_cast<qint64>(aID);
+            if (static_cast<double>(whole) == aID) {
+                char digits[24];
+                const char *end = std::to_chars(digits, digits + sizeof digits, whole).ptr;
+                for (const char *digit = digits; digit != end; ++digit)
+                    theLine.append(static_cast<char16_t>(*digit));
+                return;
+            }
+        }
+        Append(GeneralNumberText(aID));
+    }
+
+    QVarLengthArray<char16_t, 256> theLine;
+    qsizetype theHead = 0;
 };
 
 }  // namespace
@@ -207,15 +225,13 @@ void VkDocQueryData::WriteCollectedIDsToXmlString(
         IndentLevel = CheckedAdd(IndentLevel, 1);
     }
     if (aCollection && !aCollection->IsEmpty()) {
-        const QString head = Indent() + QStringLiteral("<i id=\"");
+        ItemLine line(Indent());
         for (const std::shared_ptr<Record> &item : *aCollection) {
             if (!item) {
                 throw Failure(ObjectNotSet, QString(),
                               QStringLiteral("Элемент списка \"%1\" отсутствует.").arg(aName));
             }
-            aAccumulator.Add(head);
-            aAccumulator.Add(IdentityText(item->ID()).View());
-            aAccumulator.Add(u"\" />\r\n");
+            aAccumulator.Add(line.With(item->ID()));
         }
     }
     if (!aName.isEmpty()) {

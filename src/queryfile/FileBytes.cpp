@@ -99,7 +99,7 @@ QString ReadFileBytes(const QString &aFileName, qint64 aLargest, QByteArray &rBy
         return QStringLiteral("Файл слишком велик: допускается не более %1 МБ.")
             .arg(aLargest / (1024 * 1024));
     };
-    const qint64 size = file.size();
+    const qint64 size = info.size();
     if (size > aLargest) return tooLarge();
     rBytes =
         size > 0 ? file.read(size) : file.read(aLargest + 1);  // some file systems tell no size

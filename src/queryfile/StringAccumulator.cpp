@@ -41,7 +41,7 @@ void StringAccumulator::EnsureCapacity(qint32 aRequired) {
     while (Capacity() < aRequired) {
         const qint32 present = Capacity();
         const qint32 grown = present == 0 ? theFirstCapacity : CheckedAdd(present, present);
-        theBuffer.resize(grown, QChar(u'\0'));
+        theBuffer.resize(grown);
     }
 }
 

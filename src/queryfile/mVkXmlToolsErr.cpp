@@ -86,18 +86,18 @@ LooseValue RussStringToDate(const QString &aText, const LooseValue &aDefault, bo
     const qsizetype secondDot = firstDot < 0 ? -1 : text.indexOf(u'.', firstDot + 1);
     if (secondDot < 0) return aDefault;
 
-    LooseValue result = aDefault;
+    std::optional<QDate> date;
     IgnoringFailures([&] {
         const qint32 day = ToLong(text.left(firstDot));
         const qint32 month = ToLong(text.mid(firstDot + 1, secondDot - firstDot - 1));
         qint32 year = ToLong(text.mid(secondDot + 1));
         if (day > 0 && month > 0) {
             if (year < 100) year += year < theYearsOfThisCentury ? 2000 : 1900;
-            result = RolledDate(Narrowed(year), Narrowed(month), Narrowed(day));
+            date = RolledDate(Narrowed(year), Narrowed(month), Narrowed(day));
         }
         rFailed = false;
     });
-    return result;
+    return date ? LooseValue(*date) : aDefault;
 } catch (...) {
     RaiseErrorUp(theModule, "RussStringToDate");
 }

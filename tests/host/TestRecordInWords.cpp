@@ -252,7 +252,7 @@ private slots:
                 throw Failure(42, QStringLiteral("Office"), QStringLiteral("закрыто"));
         };
         const auto calm = qScopeGuard([] { MemoryOffice::The().OnCall = nullptr; });
-        QVERIFY_EXCEPTION_THROWN(RecordInWords(record), Failure);
+        QVERIFY_THROWS_EXCEPTION(Failure, RecordInWords(record));
     }
 };
 

@@ -18,7 +18,7 @@ build_and_run() {
 build_and_run own_records Vk_DocQuery
 build_and_run sql_records Vk_Records
 
-sed -n '/^```cpp$/,/^```$/p' "$readme" | sed '/^```$/q' | grep -v '^```' >"$work/readme.cpp"
+awk '/^```cpp$/ {inside = 1; next} /^```$/ && inside {exit} inside' "$readme" >"$work/readme.cpp"
 grep -q 'int main()' "$work/readme.cpp"
 # shellcheck disable=SC2046
 "$compiler" -std=c++20 -fPIC -Wall -Wextra -Werror "$work/readme.cpp" -o "$work/readme" \

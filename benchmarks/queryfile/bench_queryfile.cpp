@@ -1,0 +1,112 @@
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include <libxml/parser.h>
+#include <QApplication>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <Vk_DocQuery/ClassRegistry.h>
+#include <Vk_DocQuery/VkDocQueryData.h>
+
+#include "Figure.h"
+#include "FilesLibrary.h"
+#include "queryfile/StoredIdentities.h"
+
+using namespace Vk_DocQuery;
+
+namespace {
+
+constexpr int theIDs = 100000;
+
+class BareRecord : public Record {
+public:
+    explicit BareRecord(double aID) : theID(aID) {}
+    double ID() const override { return theID; }
+    void SetID(double aID) override { theID = aID; }
+
+private:
+    double theID;
+};
+
+QByteArray BytesOf(const QString &aFileName) {
+    QFile file(aFileName);
+    if (!file.open(QIODevice::ReadOnly)) qFatal("cannot read what was written");
+    return file.readAll();
+}
+
+void Check(bool aGood, const char *aWhat) {
+    if (!aGood) qFatal("%s", aWhat);
+}
+
+/// A copy of the bytes, then fwrite to a file of the same folder.
+void CopyAndWrite(const QByteArray &aBytes, const QByteArray &aFileName) {
+    const auto size = static_cast<std::size_t>(aBytes.size());
+    const std::unique_ptr<char[]> copy(new char[size]);
+    std::memcpy(copy.get(), aBytes.constData(), size);
+    std::FILE *file = std::fopen(aFileName.constData(), "wb");
+    Check(file && std::fwrite(copy.get(), 1, size, file) == size, "fwrite");
+    std::fclose(file);
+}
+
+void ParseAlone(const QByteArray &aBytes) {
+    xmlDoc *tree = xmlReadMemory(aBytes.constData(), static_cast<int>(aBytes.size()), nullptr,
+                                 nullptr, XML_PARSE_NONET);
+    Check(tree != nullptr, "parse");
+    xmlFreeDoc(tree);
+}
+
+/// A figure over a short piece of work, done many times.
+std::function<void()> Times(int aCount, std::function<void()> aWork) {
+    return [aCount, work = std::move(aWork)] {
+        for (int i = 0; i < aCount; ++i) work();
+    };
+}
+
+}  // namespace
+
+int main(int aCount, char **aArguments) {
+    const QCoreApplication application(aCount, aArguments);
+    if (application.arguments().size() > 1) VkBench::SetFilter(application.arguments().at(1));
+    RegisterClass<Vk_Records::FilesLibrary>(QStringLiteral("Vk_Lib.FilesLibrary"));
+
+    const QTemporaryDir folder;
+    const QString large = folder.filePath(QStringLiteral("large.qvk"));
+    const QString small = folder.filePath(QStringLiteral("small.qvk"));
+    const QByteArray peer = QFile::encodeName(folder.filePath(QStringLiteral("peer.qvk")));
+
+    VkDocQueryData record;
+    record.IsTaxpayers = true;
+    record.TaxpayersList = std::make_shared<RecordCollection>();
+    for (int i = 0; i < theIDs; ++i)
+        record.TaxpayersList->Add(std::make_shared<BareRecord>(1000000 + i));
+    Check(record.WriteToXmlFile(large), "write");
+    const QByteArray largeBytes = BytesOf(large);
+    VkDocQueryData fresh;
+    Check(fresh.WriteToXmlFile(small), "write");
+    const QByteArray smallBytes = BytesOf(small);
+
+    VkBench::Measure({QStringLiteral("write a record with 100,000 ids"),
+                      QStringLiteral("memcpy and fwrite of the same bytes"), 2.0, 21,
+                      [&] { Check(record.WriteToXmlFile(large), "write"); },
+                      [&] { CopyAndWrite(largeBytes, peer); }, nullptr, nullptr});
+
+    VkBench::Measure({QStringLiteral("read the 100,000 ids of a file"),
+                      QStringLiteral("libxml2 DOM parse of the same bytes"), 1.3, 21,
+                      [&] {
+                          XmlDocument document;
+                          Check(document.Load(large), "load");
+                          const XmlNode root = document.Node().SelectSingleNode("VkDocQuery");
+                          const auto ids = StoredIdentities(
+                              root.SelectSingleNode("TaxpayersCriteria"), "TaxpayersList");
+                          Check(ids.size() == theIDs && ids.back() == 1000000 + theIDs - 1, "ids");
+                      },
+                      [&] { ParseAlone(largeBytes); }, nullptr, nullptr});
+
+    VkBench::Measure({QStringLiteral("read the file of a new record, 1000 times"),
+                      QStringLiteral("libxml2 DOM parse of the same bytes"), 1.3, 21,
+                      Times(1000, [&] { Check(fresh.ReadFromXmlFile(small), "read"); }),
+                      Times(1000, [&] { ParseAlone(smallBytes); }), nullptr, nullptr});
+    return 0;
+}

@@ -1,0 +1,49 @@
+#include "controls/HelpButton.h"
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QStyle>
+#include <QUrl>
+
+#include "foundation/mErrorHandling.h"
+#include "foundation/mVkGraphLight.h"
+
+namespace Vk_DocQuery {
+
+namespace {
+
+constexpr char theModule[] = "DHelpButton";
+const QString theTitle = QStringLiteral("Справка");
+
+}  // namespace
+
+DHelpButton::DHelpButton(const QString &aPage, QWidget *aParent)
+    : QPushButton(aParent), thePage(aPage) {
+    setIcon(style()->standardIcon(QStyle::SP_DialogHelpButton));
+    setToolTip(theTitle);
+    setAccessibleName(theTitle);
+    setAutoDefault(false);
+    connect(this, &QPushButton::clicked, this, &DHelpButton::OpenPage);
+}
+
+QString DHelpButton::PagePath() const {
+    return QDir::cleanPath(QDir(QCoreApplication::applicationDirPath()).absoluteFilePath(thePage));
+}
+
+void DHelpButton::OpenPage() try {
+    const QString path = PagePath();
+    if (!QFileInfo::exists(path))
+        ShowWarningBox(QStringLiteral("Не найдена страница справки \"%1\".")
+                           .arg(QDir::toNativeSeparators(path)),
+                       theTitle);
+    else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
+        ShowWarningBox(QStringLiteral("Не удалось открыть страницу справки \"%1\".")
+                           .arg(QDir::toNativeSeparators(path)),
+                       theTitle);
+} catch (...) {
+    ReportErrorToUser(theModule, "OpenPage");
+}
+
+}  // namespace Vk_DocQuery

@@ -1,0 +1,219 @@
+#include <functional>
+#include <thread>
+
+#include <QTest>
+
+#include <Vk_DocQuery/ClassRegistry.h>
+
+#include "foundation/mErrorHandling.h"
+#include "foundation/mVkDBProvider.h"
+#include "foundation/mVkLib.h"
+#include "foundation/mVkRecords.h"
+#include "support/MemoryRecords.h"
+#include "support/TestMain.h"
+
+using namespace Vk_DocQuery;
+using namespace VkTests;
+
+namespace {
+
+/// An accessor with the names under which it and its object are known.
+struct Accessor {
+    const char *Name;
+    const char *Module;
+    const char *Class;
+    const void *(*Get)();
+};
+
+constexpr Accessor theAccessors[] = {
+    {"GetRecFactory", "mVkRecords", "Vk_Records.VkRecFactory",
+     []() -> const void * { return &GetRecFactory(); }},
+    {"FilesLib", "mVkLib", "Vk_Lib.FilesLibrary", []() -> const void * { return &FilesLib(); }},
+    {"GetBlankQueries", "mVkDBProvider", "Vk_DBProvider.BlankQueries",
+     []() -> const void * { return &GetBlankQueries(); }},
+    {"GetDBQAccStream", "mVkDBProvider", "Vk_DBProvider.DBQAccStream",
+     []() -> const void * { return &GetDBQAccStream(); }},
+    {"GetPersonQueries", "mVkDBProvider", "Vk_DBProvider.PersonQueries",
+     []() -> const void * { return &GetPersonQueries(); }},
+};
+
+QString DescriptionOf(const std::function<void()> &aBody) {
+    try {
+        aBody();
+    } catch (const Failure &failure) {
+        return failure.Description();
+    }
+    return QStringLiteral("nothing was raised");
+}
+
+/// Runs in a thread of its own, where the slots of the accessors are empty.
+void InNewThread(const std::function<void()> &aBody) {
+    std::thread(aBody).join();
+}
+
+}  // namespace
+
+/// The accessors, over the supplier that keeps its records in memory.
+class TestAccessors : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() { MemoryOffice::Install(); }
+    void cleanup() { MemoryOffice::Clear(); }
+
+    void SecondCallGivesTheSameInstance_data() { AddAccessors(); }
+    void SecondCallGivesTheSameInstance() {
+        QFETCH(int, index);
+        const Accessor &accessor = theAccessors[index];
+        const QString name = QString::fromLatin1(accessor.Class);
+        InNewThread([&] {
+            const void *first = accessor.Get();
+            QVERIFY(first);
+            ClassRegistry::Unregister(name);  // a second object could not be made any more
+            QCOMPARE(accessor.Get(), first);
+        });
+    }
+
+    void EveryThreadHasItsSlot_data() { AddAccessors(); }
+    void EveryThreadHasItsSlot() {
+        QFETCH(int, index);
+        const Accessor &accessor = theAccessors[index];
+        const void *here = accessor.Get();
+        const void *there = nullptr;
+        InNewThread([&] { there = accessor.Get(); });
+        QVERIFY(there && there != here);
+        QCOMPARE(accessor.Get(), here);
+    }
+
+    void FailureNamesAccessorAndModule_data() { AddAccessors(); }
+    void FailureNamesAccessorAndModule() {
+        QFETCH(int, index);
+        const Accessor &accessor = theAccessors[index];
+        const QString name = QString::fromLatin1(accessor.Class);
+        ClassRegistry::Unregister(name);
+        QString chain;
+        const void *later = nullptr;
+        InNewThread([&] {
+            chain = DescriptionOf([&] { accessor.Get(); });
+            MemoryOffice::Install();
+            later = accessor.Get();  // a failure fills no slot
+        });
+        QCOMPARE(chain,
+                 QStringLiteral("[Vk_DocQuery::%1.%2]\r\n"
+                                "[Vk_DocQuery::mErrorHandling.CreateObjectErr] {Object: %3}\r\n"
+                                "[ClassRegistry]\r\n"
+                                "Класс \"%3\" не зарегистрирован.")
+                     .arg(QString::fromLatin1(accessor.Module), QString::fromLatin1(accessor.Name),
+                          name));
+        QVERIFY(later);
+    }
+
+    void ObjectOfAnotherClassIsRefused_data() { AddAccessors(); }
+    void ObjectOfAnotherClassIsRefused() {
+        QFETCH(int, index);
+        const Accessor &accessor = theAccessors[index];
+        const QString name = QString::fromLatin1(accessor.Class);
+        ClassRegistry::Register(name, [] { return std::make_shared<Object>(); });
+        QString chain;
+        InNewThread([&] { chain = DescriptionOf([&] { accessor.Get(); }); });
+        QCOMPARE(chain, QStringLiteral("[Vk_DocQuery::%1.%2]\r\nНесоответствие типа: %3")
+                            .arg(QString::fromLatin1(accessor.Module),
+                                 QString::fromLatin1(accessor.Name), name));
+    }
+
+    void FailureOfAFactoryIsPassedOn() {
+        ClassRegistry::Register(QStringLiteral("Vk_Records.VkRecFactory"),
+                                []() -> std::shared_ptr<Object> {
+                                    throw Failure(77, QStringLiteral("S"), QStringLiteral("D"));
+                                });
+        qint32 number = 0;
+        InNewThread([&] {
+            try {
+                GetRecFactory();
+            } catch (const Failure &failure) {
+                number = failure.Number();
+            }
+        });
+        QCOMPARE(number, 77);
+    }
+
+private:
+    static void AddAccessors() {
+        QTest::addColumn<int>("index");
+        for (int i = 0; i < static_cast<int>(std::size(theAccessors)); ++i)
+            QTest::newRow(theAccessors[i].Name) << i;
+    }
+};
+
+VK_TEST_CLASS(TestAccessors);
+
+/// A supplier of records that is made of the installed headers alone plugs in by class name.
+class TestForeignSupplier : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() { MemoryOffice::Install(); }
+    void cleanup() { MemoryOffice::Clear(); }
+
+    void RecordsComeThroughTheProviders() {
+        const auto persons = GetPersonQueries().GetPersons(QString(), 0);
+        QCOMPARE(persons->Count(), 4);
+        const auto branch = persons->Fetch(QStringLiteral("_2"));
+        QCOMPARE(branch->GetParentOrganization()->GetDisplayName(), QStringLiteral("ООО Ромашка"));
+        QCOMPARE(persons->Fetch(QStringLiteral("_1"))->GetParentOrganization()->ID(), 0.0);
+        QCOMPARE(GetPersonQueries().GetTaxpayers()->Count(), 3);
+        QCOMPARE(GetDBQAccStream().GetAccStreams(QString(), 0)->Count(), 3);
+        QCOMPARE(GetBlankQueries().GetTemplates(Null(), Null(), false)->Count(), 4);
+        QCOMPARE(GetBlankQueries().GetTemplates(Null(), Null(), true)->Count(), 3);
+        QCOMPARE(GetRecFactory().GetPeriodName(3), QStringLiteral("период 3"));
+    }
+
+    void RecordsAreMadeFromStoredIdentities() {
+        const auto stream = CreateObjectAs<Record>(QStringLiteral("Vk_Records.VkAccStream"));
+        stream->SetID(12);
+        QCOMPARE(stream->DisplayName(), QStringLiteral("ПФР"));
+        QCOMPARE(stream->Person()->Inn(), QStringLiteral("7701000001"));
+        const auto version = CreateObjectAs<Record>(QStringLiteral("Vk_Records.VkTemplate"));
+        version->SetID(32);
+        QCOMPARE(version->TemplateType()->KND(), QStringLiteral("1151001"));
+        QVERIFY(IsEmpty(version->EndDate()));
+    }
+
+    void MembersThatAClassLacksAreRefused_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("member");
+        QTest::newRow("person") << QStringLiteral("Vk_Records.VkPerson") << QStringLiteral("KND");
+        QTest::newRow("stream") << QStringLiteral("Vk_Records.VkAccStream")
+                                << QStringLiteral("KND");
+        QTest::newRow("version") << QStringLiteral("Vk_Records.VkTemplate")
+                                 << QStringLiteral("KND");
+    }
+    void MembersThatAClassLacksAreRefused() {
+        QFETCH(QString, name);
+        QFETCH(QString, member);
+        const auto record = CreateObjectAs<Record>(name);
+        QCOMPARE(DescriptionOf([&] { record->KND(); }),
+                 QStringLiteral("Объект не имеет члена \"%1\".").arg(member));
+    }
+
+    void ObjectKeysAreThoseOfLists_data() {
+        QTest::addColumn<double>("id");
+        QTest::addColumn<QString>("key");
+        QTest::newRow("whole") << 1234.0 << QStringLiteral("_1234");
+        QTest::newRow("zero") << 0.0 << QStringLiteral("_0");
+        QTest::newRow("negative") << -5.0 << QStringLiteral("_-5");
+        QTest::newRow("million") << 1e6 << QStringLiteral("_1000000");
+        QTest::newRow("large") << 123456789012345.0 << QStringLiteral("_123456789012345");
+        QTest::newRow("fraction") << 1.5 << QStringLiteral("_1.5");
+        QTest::newRow("exponent") << 1e20 << QStringLiteral("_1E+20");
+    }
+    void ObjectKeysAreThoseOfLists() {
+        QFETCH(double, id);
+        QFETCH(QString, key);
+        QCOMPARE(ObjectKey(id), key);
+    }
+};
+
+VK_TEST_CLASS(TestForeignSupplier);
+
+#include "TestAccessors.moc"

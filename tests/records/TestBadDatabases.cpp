@@ -1,0 +1,305 @@
+#include <csignal>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTest>
+
+#include <Vk_DocQuery/Providers.h>
+#include <Vk_Records/Database.h>
+
+#include "SmallOffice.h"
+#include "support/TestMain.h"
+
+using namespace Vk_DocQuery;
+using namespace VkTests;
+
+namespace {
+
+constexpr int theLongestWaitMs = 5000;
+
+/// The program without the rights of root, as long as it lives.
+class Unprivileged {
+public:
+    Unprivileged() : theIsChanged(geteuid() == 0 && seteuid(theNobody) == 0) {}
+    ~Unprivileged() {
+        if (theIsChanged && seteuid(0) != 0) qFatal("the rights do not come back");
+    }
+    Q_DISABLE_COPY_MOVE(Unprivileged)
+
+private:
+    static constexpr uid_t theNobody = 65534;
+    bool theIsChanged;
+};
+
+void WriteFile(const QString &aPath, const QByteArray &aBytes) {
+    QFile file(aPath);
+    if (!file.open(QIODevice::WriteOnly) || file.write(aBytes) != aBytes.size()) qFatal("no file");
+}
+
+/// A connection past the library that holds the file for itself.
+class Holder {
+public:
+    explicit Holder(const QString &aPath) {
+        theDatabase =
+            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("holder"));
+        theDatabase.setDatabaseName(aPath);
+        if (!theDatabase.open()) qFatal("no database");
+        if (!QSqlQuery(theDatabase).exec(QStringLiteral("BEGIN EXCLUSIVE"))) qFatal("no lock");
+    }
+    ~Holder() {
+        theDatabase.close();
+        theDatabase = QSqlDatabase();
+        QSqlDatabase::removeDatabase(QStringLiteral("holder"));
+    }
+    Q_DISABLE_COPY_MOVE(Holder)
+
+private:
+    QSqlDatabase theDatabase;
+};
+
+}  // namespace
+
+/// Databases that cannot be used, and databases that go bad while they are.
+class TestBadDatabases : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() {
+        // Others must reach what is in the folder for their rights there to matter.
+        QFile::setPermissions(theFolder.Path(QString()), QFileDevice::Permissions(0x7755));
+    }
+    void cleanup() {
+        Vk_Records::CloseDatabase();
+        QVERIFY(theTimer.elapsed() < theLongestWaitMs);
+    }
+    void init() { theTimer.start(); }
+
+    void MissingFolder() {
+        const QString path = theFolder.Path(QStringLiteral("absent/office.db"));
+        CheckOpening(
+            path, Vk_Records::DatabaseUnreachable,
+            QStringLiteral("База данных \"%1\" не открыта: нет папки \"%2\". Создайте папку или "
+                           "укажите другое место базы.")
+                .arg(path, theFolder.Path(QStringLiteral("absent"))));
+        QVERIFY(!QFile::exists(theFolder.Path(QStringLiteral("absent"))));
+    }
+
+    void FolderInPlaceOfAFile() {
+        const QString path = theFolder.Path(QStringLiteral("folder.db"));
+        QVERIFY(QDir().mkdir(path));
+        CheckOpening(
+            path, Vk_Records::DatabaseForeign,
+            QStringLiteral("База данных \"%1\" не открыта: это папка, а не файл. Укажите файл "
+                           "базы.")
+                .arg(path));
+    }
+
+    void NoRightToTheFolder() {
+        const QString folder = theFolder.Path(QStringLiteral("closed"));
+        QVERIFY(QDir().mkdir(folder));
+        QFile::setPermissions(folder, QFileDevice::Permissions(0x5555));
+        const QString path = folder + QStringLiteral("/office.db");
+        const Unprivileged unprivileged;
+        CheckOpening(path, Vk_Records::DatabaseUnreachable, Forbidden(path));
+    }
+
+    void NoRightToTheFile() {
+        const QString path = NewOffice();
+        QFile::setPermissions(path, QFileDevice::Permissions());
+        const Unprivileged unprivileged;
+        CheckOpening(path, Vk_Records::DatabaseUnreachable, Forbidden(path));
+    }
+
+    void FileThatCanOnlyBeRead() {
+        const QString path = NewOffice();
+        QFile::setPermissions(path, QFileDevice::Permissions(0x4444));
+        const Unprivileged unprivileged;
+        Vk_Records::OpenDatabase(QStringLiteral("sqlite:") + path);
+        QCOMPARE(
+            Made<PersonQueries>(u"Vk_DBProvider.PersonQueries")->GetPersons(QString(), 0)->Count(),
+            5);
+        Vk_Records::CloseDatabase();
+    }
+
+    void EmptyFileThatCanOnlyBeRead() {
+        const QString path = theFolder.Path(QStringLiteral("empty.db"));
+        WriteFile(path, QByteArray());
+        QFile::setPermissions(path, QFileDevice::Permissions(0x4444));
+        const Unprivileged unprivileged;
+        CheckOpening(path, Vk_Records::DatabaseUnreachable, Forbidden(path));
+        QVERIFY(QFile::exists(path));
+    }
+
+    void NotADatabase_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("text") << QByteArray("Это не база данных, а текст. ").repeated(100);
+        QTest::newRow("one byte") << QByteArray("x");
+        QTest::newRow("head cut short") << QByteArray("SQLite format 3");
+    }
+    void NotADatabase() {
+        QFETCH(QByteArray, bytes);
+        const QString path = theFolder.Path(QStringLiteral("text.db"));
+        WriteFile(path, bytes);
+        CheckOpening(path, Vk_Records::DatabaseForeign,
+                     QStringLiteral("Файл \"%1\" не является базой данных. Укажите другой файл или "
+                                    "восстановите базу из резервной копии.")
+                         .arg(path));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), bytes);
+    }
+
+    void DatabaseOfAnotherProgram() {
+        const QString address = theFolder.NewAddress();
+        theFolder.Tamper(address, {QStringLiteral("CREATE TABLE album (id INTEGER)")});
+        const QString path = theFolder.Shown(address);
+        CheckOpening(
+            path, Vk_Records::DatabaseForeign,
+            QStringLiteral("База данных \"%1\" создана другой программой. Укажите другую базу.")
+                .arg(path));
+        QCOMPARE(theFolder.Tamper(address, {QStringLiteral("SELECT count(*) FROM sqlite_master")})
+                     .toInt(),
+                 1);
+    }
+
+    void NewerSchema() {
+        const QString path = NewOffice();
+        theFolder.Tamper(QStringLiteral("sqlite:") + path,
+                         {QStringLiteral("UPDATE vk_schema SET version = 7")});
+        CheckOpening(
+            path, Vk_Records::DatabaseTooNew,
+            QStringLiteral("База данных \"%1\" создана более новой версией программы (версия "
+                           "базы 7, программа понимает версию 1). Обновите программу.")
+                .arg(path));
+    }
+
+    void SchemaWithoutVersion() {
+        const QString path = NewOffice();
+        theFolder.Tamper(QStringLiteral("sqlite:") + path,
+                         {QStringLiteral("DELETE FROM vk_schema")});
+        CheckOpening(
+            path, Vk_Records::DatabaseDamaged,
+            QStringLiteral("База данных \"%1\" повреждена: в ней нет номера версии. Восстановите "
+                           "ее из резервной копии.")
+                .arg(path));
+    }
+
+    void LockedAtOpening() {
+        const QString path = NewOffice();
+        const Holder holder(path);
+        CheckOpening(path, Vk_Records::DatabaseBusy, Busy(path));
+    }
+
+    void LockedWhileRunning() {
+        const QString path = OpenOffice();
+        const auto person = Made<VkPerson>(u"Vk_Records.VkPerson");
+        {
+            const Holder holder(path);
+            CheckRefusal([&] { person->SetID(1); }, Vk_Records::DatabaseBusy, Busy(path));
+        }
+        person->SetID(1);
+        QCOMPARE(person->Inn(), QStringLiteral("7701000001"));
+    }
+
+    void TableGoneWhileRunning() {
+        const QString path = OpenOffice();
+        const auto person = Made<VkPerson>(u"Vk_Records.VkPerson");
+        person->SetID(1);
+        theFolder.Tamper(QStringLiteral("sqlite:") + path,
+                         {QStringLiteral("ALTER TABLE person RENAME TO elsewhere")});
+        const QString text = QStringLiteral(
+                                 "База данных \"%1\" повреждена: no such table: person. "
+                                 "Восстановите ее из резервной копии.")
+                                 .arg(path);
+        const auto persons = Made<PersonQueries>(u"Vk_DBProvider.PersonQueries");
+        CheckRefusal([&] { persons->GetPersons(QString(), 0); }, Vk_Records::DatabaseDamaged, text);
+        CheckRefusal([&] { person->SetID(2); }, Vk_Records::DatabaseDamaged, text);
+        QCOMPARE(person->ID(), 1.0);
+        theFolder.Tamper(QStringLiteral("sqlite:") + path,
+                         {QStringLiteral("ALTER TABLE elsewhere RENAME TO person")});
+        QCOMPARE(persons->GetPersons(QString(), 0)->Count(), 5);
+    }
+
+    void PagesOverwritten() {
+        const QString path = NewOffice();
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        const qint64 page = 4096;
+        QVERIFY(file.seek(page));
+        file.write(QByteArray(static_cast<int>(file.size() - page), '\x5a'));
+        file.close();
+        const Failure failure = RaisedBy([&] {
+            Vk_Records::OpenDatabase(QStringLiteral("sqlite:") + path);
+            Made<PersonQueries>(u"Vk_DBProvider.PersonQueries")->GetPersons(QString(), 0);
+        });
+        QCOMPARE(failure.Number(), qint32(Vk_Records::DatabaseDamaged));
+        QCOMPARE(failure.Description(),
+                 QStringLiteral("База данных \"%1\" повреждена: database disk image is malformed. "
+                                "Восстановите ее из резервной копии.")
+                     .arg(path));
+    }
+
+    void FillingIsAllOrNothing() {
+        // The disk is full for this file after a few pages.
+        const QString address = theFolder.NewAddress();
+        const QString path = theFolder.Shown(address);
+        rlimit before{};
+        QCOMPARE(getrlimit(RLIMIT_FSIZE, &before), 0);
+        const auto oldHandler = signal(SIGXFSZ, SIG_IGN);
+        rlimit small = before;
+        small.rlim_cur = 20000;
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &small), 0);
+        const Failure failure = RaisedBy([&] { Vk_Records::OpenDatabase(address); });
+        setrlimit(RLIMIT_FSIZE, &before);
+        signal(SIGXFSZ, oldHandler);
+        QVERIFY(failure.Number() != 0);
+        QVERIFY(failure.Description().contains(path));
+        QVERIFY(!QFile::exists(path));
+        Vk_Records::OpenDatabase(address);
+        QVERIFY(Made<PersonQueries>(u"Vk_DBProvider.PersonQueries")
+                    ->GetPersons(QString(), 0)
+                    ->Count() >= 60);
+    }
+
+private:
+    QString NewOffice() {
+        const QString path = OpenOffice();
+        Vk_Records::CloseDatabase();
+        return path;
+    }
+    QString OpenOffice() { return theFolder.Shown(OpenSmallOffice(theFolder)); }
+    static QString Forbidden(const QString &aPath) {
+        return QStringLiteral(
+                   "Нет прав на работу с базой данных \"%1\". Попросите администратора дать "
+                   "права или укажите другую базу.")
+            .arg(aPath);
+    }
+    static QString Busy(const QString &aPath) {
+        return QStringLiteral(
+                   "База данных \"%1\" занята другой программой. Дождитесь, пока та закончит "
+                   "работу, и повторите.")
+            .arg(aPath);
+    }
+    static void CheckRefusal(const std::function<void()> &aBody, qint32 aNumber,
+                             const QString &aText) {
+        const Failure failure = RaisedBy(aBody);
+        QCOMPARE(failure.Description(), aText);
+        QCOMPARE(failure.Number(), aNumber);
+    }
+    static void CheckOpening(const QString &aPath, qint32 aNumber, const QString &aText) {
+        CheckRefusal([&] { Vk_Records::OpenDatabase(QStringLiteral("sqlite:") + aPath); }, aNumber,
+                     aText);
+    }
+
+    SqliteFolder theFolder;
+    QElapsedTimer theTimer;
+};
+
+VK_TEST_CLASS(TestBadDatabases);
+
+#include "TestBadDatabases.moc"

@@ -1,0 +1,210 @@
+#include <QTest>
+
+#include <Vk_DocQuery/Providers.h>
+#include <Vk_Records/Database.h>
+
+#include "SmallOffice.h"
+#include "support/TestMain.h"
+
+using namespace Vk_DocQuery;
+using namespace VkTests;
+
+namespace {
+
+template <class Class>
+std::shared_ptr<Class> Loaded(const char16_t *aName, double aID) {
+    auto record = Made<Class>(aName);
+    record->SetID(aID);
+    return record;
+}
+
+constexpr char16_t thePerson[] = u"Vk_Records.VkPerson";
+constexpr char16_t theStream[] = u"Vk_Records.VkAccStream";
+constexpr char16_t theType[] = u"Vk_Records.VkTemplType";
+constexpr char16_t theTemplate[] = u"Vk_Records.VkTemplate";
+
+}  // namespace
+
+/// Records loaded by their identity, member by member.
+class TestRecords : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        QFETCH(QString, kind);
+        theFolder = &theFolders.Of(kind);
+        if (!theFolder->Complaint().isEmpty()) QSKIP(qUtf8Printable(theFolder->Complaint()));
+        if (!theAddresses.contains(kind)) theAddresses[kind] = OpenSmallOffice(*theFolder);
+        theAddress = theAddresses[kind];
+        Vk_Records::OpenDatabase(theAddress);
+    }
+    void cleanup() { Vk_Records::CloseDatabase(); }
+
+    void Person_data() { OfficeFolders::AddKinds(); }
+    void Person() {
+        const auto person = Loaded<VkPerson>(thePerson, 1);
+        QCOMPARE(person->ID(), 1.0);
+        QCOMPARE(person->Inn(), QStringLiteral("7701000001"));
+        QCOMPARE(person->Kpp(), QStringLiteral("770101001"));
+        QCOMPARE(person->GetDisplayName(), QStringLiteral("ООО \"Ромашка\""));
+        QCOMPARE(person->GetDisplayNameAsAccPerson(), QStringLiteral("Ромашка, ООО"));
+        QCOMPARE(person->GetIconKeyAsAccPerson(), QStringLiteral("orgs"));
+        QVERIFY(person->IsOrganization());
+        QVERIFY(!person->IsBranch());
+        QVERIFY(person->IsMainOrganization());
+        QVERIFY(person->GetParentOrganization());
+        QCOMPARE(person->GetParentOrganization()->ID(), 0.0);
+    }
+
+    void KindsOfPersons_data() { OfficeFolders::AddKinds(); }
+    void KindsOfPersons() {
+        const auto branch = Loaded<VkPerson>(thePerson, 2);
+        QVERIFY(branch->IsBranch());
+        QVERIFY(branch->IsOrganization());
+        QVERIFY(!branch->IsMainOrganization());
+        QCOMPARE(branch->GetIconKeyAsAccPerson(), QStringLiteral("branch"));
+        const auto parent = branch->GetParentOrganization();
+        QCOMPARE(parent->ID(), 1.0);
+        QCOMPARE(parent->GetDisplayNameAsAccPerson(), QStringLiteral("Ромашка, ООО"));
+        QCOMPARE(parent->Kpp(), QStringLiteral("770101001"));
+        QVERIFY(parent->IsMainOrganization());
+        QCOMPARE(parent->GetParentOrganization()->ID(), 0.0);
+
+        const auto privatePerson = Loaded<VkPerson>(thePerson, 3);
+        QVERIFY(!privatePerson->IsOrganization());
+        QVERIFY(!privatePerson->IsBranch());
+        QVERIFY(!privatePerson->IsMainOrganization());
+        QCOMPARE(privatePerson->Kpp(), QString());
+        QCOMPARE(privatePerson->GetIconKeyAsAccPerson(), QStringLiteral("man_purple"));
+        QCOMPARE(privatePerson->GetParentOrganization()->ID(), 0.0);
+
+        const auto minor = Loaded<VkPerson>(thePerson, 4);
+        QVERIFY(minor->IsOrganization() && !minor->IsBranch() && !minor->IsMainOrganization());
+        QCOMPARE(minor->GetIconKeyAsAccPerson(), QStringLiteral("org"));
+    }
+
+    void AccStream_data() { OfficeFolders::AddKinds(); }
+    void AccStream() {
+        const auto stream = Loaded<VkAccStream>(theStream, 11);
+        QCOMPARE(stream->ID(), 11.0);
+        QCOMPARE(stream->DisplayName(), QStringLiteral("ИФНС"));
+        QCOMPARE(stream->Kpp(), QStringLiteral("770101001"));
+        QCOMPARE(stream->GetOfficeCodeForDisplay(), QStringLiteral("7701, 7702"));
+        QCOMPARE(stream->GetIconKey(), QStringLiteral("acc_stream"));
+        QCOMPARE(stream->Person()->Inn(), QStringLiteral("7701000001"));
+        QCOMPARE(Loaded<VkAccStream>(theStream, 12)->GetIconKey(),
+                 QStringLiteral("acc_stream_closed"));
+        QCOMPARE(Loaded<VkAccStream>(theStream, 13)->GetIconKey(), QStringLiteral("acc_stream_rs"));
+        const auto ofBranch = Loaded<VkAccStream>(theStream, 15);
+        QCOMPARE(ofBranch->Person()->GetParentOrganization()->Inn(), QStringLiteral("7704000004"));
+    }
+
+    void TemplType_data() { OfficeFolders::AddKinds(); }
+    void TemplType() {
+        const auto type = Loaded<VkTemplType>(theType, 21);
+        QCOMPARE(type->ID(), 21.0);
+        QCOMPARE(type->KND(), QStringLiteral("1151001"));
+        QCOMPARE(type->ShortName(), QStringLiteral("НДС"));
+        QCOMPARE(type->GetIconKey(), QStringLiteral("doc_blank"));
+        QVERIFY(!type->IsExcludedFromSearch());
+        const auto excluded = Loaded<VkTemplType>(theType, 22);
+        QVERIFY(excluded->IsExcludedFromSearch());
+        QCOMPARE(excluded->GetIconKey(), QString());
+    }
+
+    void Template_data() { OfficeFolders::AddKinds(); }
+    void Template() {
+        const auto version = Loaded<VkTemplate>(theTemplate, 31);
+        QCOMPARE(version->ID(), 31.0);
+        QVERIFY(version->BegDate() == LooseValue(QDate(2015, 1, 1)));
+        QVERIFY(version->EndDate() == LooseValue(QDate(2018, 12, 31)));
+        QCOMPARE(version->GetDisplayName(), QStringLiteral("НДС 1"));
+        QCOMPARE(version->GetIconKey(), QStringLiteral("doc_archived"));
+        QCOMPARE(version->TemplateType()->KND(), QStringLiteral("1151001"));
+        QCOMPARE(version->TemplateType()->ID(), 21.0);
+        QVERIFY(IsEmpty(Loaded<VkTemplate>(theTemplate, 32)->EndDate()));
+        QVERIFY(IsEmpty(Loaded<VkTemplate>(theTemplate, 33)->BegDate()));
+    }
+
+    void AbsentIdentity_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<double>("id");
+        QTest::addColumn<QString>("shown");
+        for (const char *kind : {"sqlite", "postgresql"}) {
+            for (const auto *name : {thePerson, theStream, theType, theTemplate}) {
+                const QString text = QString::fromUtf16(name);
+                QTest::addRow("%s %s", kind, qPrintable(text))
+                    << QString::fromLatin1(kind) << text << 777.0 << QStringLiteral("777");
+            }
+            const QString person = QString::fromUtf16(thePerson);
+            const QString server = QString::fromLatin1(kind);
+            QTest::addRow("%s zero", kind) << server << person << 0.0 << QStringLiteral("0");
+            QTest::addRow("%s negative", kind) << server << person << -1.0 << QStringLiteral("-1");
+            QTest::addRow("%s fraction", kind) << server << person << 1.5 << QStringLiteral("1.5");
+            QTest::addRow("%s large", kind)
+                << server << person << 5e12 << QStringLiteral("5000000000000");
+            QTest::addRow("%s huge", kind) << server << person << 1e300 << QStringLiteral("1E+300");
+        }
+    }
+    void AbsentIdentity() {
+        QFETCH(QString, name);
+        QFETCH(double, id);
+        QFETCH(QString, shown);
+        const auto record = std::dynamic_pointer_cast<Record>(ClassRegistry::Create(name));
+        const Failure failure = RaisedBy([&] { record->SetID(id); });
+        QCOMPARE(
+            failure.Description(),
+            QStringLiteral("Объекта %1 с идентификатором %2 нет в базе данных \"%3\": он удален "
+                           "или взят из другой базы.")
+                .arg(name, shown, theFolder->Shown(theAddress)));
+        QCOMPARE(failure.Number(), qint32(Vk_Records::RecordMissing));
+        QCOMPARE(record->ID(), 0.0);
+    }
+
+    void ForeignMembersAreRefused_data() { OfficeFolders::AddKinds(); }
+    void ForeignMembersAreRefused() {
+        const auto person = Loaded<VkPerson>(thePerson, 1);
+        QCOMPARE(RaisedBy([&] { static_cast<Record &>(*person).KND(); }).Number(),
+                 qint32(MemberNotSupported));
+    }
+
+    void RecordsOutliveTheDatabase_data() { OfficeFolders::AddKinds(); }
+    void RecordsOutliveTheDatabase() {
+        const auto stream = Loaded<VkAccStream>(theStream, 15);
+        const auto version = Loaded<VkTemplate>(theTemplate, 31);
+        Vk_Records::CloseDatabase();
+        QCOMPARE(stream->DisplayName(), QStringLiteral("Финансовый рынок"));
+        QCOMPARE(stream->Person()->GetParentOrganization()->Kpp(), QStringLiteral("770401001"));
+        QCOMPARE(version->TemplateType()->ShortName(), QStringLiteral("НДС"));
+        const auto other = Made<VkPerson>(thePerson);
+        const Failure failure = RaisedBy([&] { other->SetID(1); });
+        QCOMPARE(failure.Number(), qint32(Vk_Records::DatabaseNotOpen));
+        QCOMPARE(failure.Description(),
+                 QStringLiteral("База данных не открыта. Откройте базу и повторите."));
+    }
+
+    void TablesKeepTheirRules_data() { OfficeFolders::AddKinds(); }
+    void TablesKeepTheirRules() {
+        // A branch of a branch, a branch of nobody and a span that ends before it begins get no
+        // entry.
+        for (const char16_t *statement :
+             {u"INSERT INTO person VALUES (9, 2, '', '', 'x', 'x', 0, 2, 1)",
+              u"INSERT INTO person VALUES (9, 2, '', '', 'x', 'x', 0, NULL, NULL)",
+              u"INSERT INTO template VALUES (39, 21, '2020-01-02', '2020-01-01', 'x', '')",
+              u"INSERT INTO acc_stream VALUES (19, 99, 1, 'x', '', '', 0)"}) {
+            QVERIFY2(!theFolder->Accepts(theAddress, QString::fromUtf16(statement)),
+                     qPrintable(QString::fromUtf16(statement)));
+        }
+    }
+
+private:
+    OfficeFolders theFolders;
+    OfficeFolder *theFolder = nullptr;
+    QHash<QString, QString> theAddresses;
+    QString theAddress;
+};
+
+VK_TEST_CLASS(TestRecords);
+
+#include "TestRecords.moc"
