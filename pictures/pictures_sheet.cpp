@@ -3,10 +3,10 @@
 // PERCENT is the scale of the screen that the sheet is for, 100 if none is given.
 
 #include <cstdio>
+#include <vector>
 
 #include <QApplication>
 #include <QFile>
-#include <QFileInfo>
 #include <QImage>
 #include <QPainter>
 
@@ -21,7 +21,7 @@ constexpr int theSide = 16;
 constexpr int theCellWidth = 176;
 constexpr int theCellHeight = 22;
 constexpr int theMargin = 8;
-constexpr int theRowCount = 56;
+constexpr int theRowCount = 57;
 
 struct Ground {
     QColor Paper;
@@ -42,6 +42,7 @@ struct Caption {
 std::vector<Caption> AllPictures() {
     std::vector<Caption> all;
     const auto shared = SharedImages();
+    all.reserve(static_cast<std::size_t>(shared->Count()) + 16);
     for (int i = 0; i < shared->Count(); ++i)
         all.push_back({shared->KeyAt(i), shared->Picture(shared->KeyAt(i))});
     const auto tabs = TabImages();

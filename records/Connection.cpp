@@ -205,6 +205,9 @@ void Connection::OpenFile() {
     theDatabase.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(theLockWaitMs));
     if (!theDatabase.open()) RaiseRefusal(theDatabase.lastError());
     Run(QStringLiteral("PRAGMA foreign_keys = ON"));
+    // In KiB. Reading a large list in the order of its names asks for the same pages again and
+    // again.
+    Run(QStringLiteral("PRAGMA cache_size = -65536"));
 }
 
 void Connection::OpenServer() {

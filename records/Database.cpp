@@ -5,15 +5,13 @@
 #include <Vk_Records/Database.h>
 
 #include "AccStreams.h"
+#include "FilesLibrary.h"
 #include "PeriodNames.h"
 #include "Persons.h"
 #include "Queries.h"
 #include "SampleOffice.h"
 #include "Schema.h"
 #include "Templates.h"
-#if VK_RECORDS_HAS_FILES_LIBRARY
-#include "FilesLibrary.h"
-#endif
 
 namespace Vk_Records {
 
@@ -29,9 +27,7 @@ void RegisterClasses() {
     RegisterClass<OfficeBlankQueries>(QStringLiteral("Vk_DBProvider.BlankQueries"));
     RegisterClass<OfficeAccStreamQueries>(QStringLiteral("Vk_DBProvider.DBQAccStream"));
     RegisterClass<OfficePersonQueries>(QStringLiteral("Vk_DBProvider.PersonQueries"));
-#if VK_RECORDS_HAS_FILES_LIBRARY
-    RegisterClass<SystemFiles>(QStringLiteral("Vk_Lib.FilesLibrary"));
-#endif
+    RegisterClass<FilesLibrary>(QStringLiteral("Vk_Lib.FilesLibrary"));
 }
 
 /// Takes away the empty file that connecting to a missing one leaves, unless it was filled.

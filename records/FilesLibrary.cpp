@@ -1,6 +1,7 @@
 #include "FilesLibrary.h"
 
 #include <array>
+#include <cerrno>
 #include <cstring>
 #include <map>
 #include <memory>
@@ -171,13 +172,20 @@ void CheckPlace(const QString &aFileName) {
     Raise(WriteFailed, QStringLiteral("Файл не удалось создать: %1.").arg(aFile.errorString()));
 }
 
-[[noreturn]] void RaiseNotWritten(QSaveFile &aFile) {
-    const QFileDevice::FileError error = aFile.error();
+[[noreturn]] void RaiseNotWritten(QSaveFile &aFile, int aCode) {
     const QString text = aFile.errorString();
     aFile.cancelWriting();
-    if (error == QFileDevice::ResourceError)
+    if (aFile.error() == QFileDevice::ResourceError || aCode == ENOSPC || aCode == EFBIG)
         Raise(DiskFull, QStringLiteral("На диске не хватает места."));
     Raise(WriteFailed, QStringLiteral("Файл не удалось записать: %1.").arg(text));
+}
+
+[[noreturn]] void RaiseNotReplaced(const QSaveFile &aFile, int aCode) {
+    if (aCode == EPERM || aCode == EACCES) {
+        Raise(PermissionDenied,
+              QStringLiteral("Файл не удалось заменить: нет прав на его удаление."));
+    }
+    Raise(WriteFailed, QStringLiteral("Файл не удалось заменить: %1.").arg(aFile.errorString()));
 }
 
 bool IsSeparator(QChar aCharacter) {
@@ -207,9 +215,10 @@ void FilesLibrary::SaveTextToFile(const QString &aText, const QString &aFileName
     CheckPlace(aFileName);
     QSaveFile file(aFileName);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) RaiseNotOpened(file);
-    if (file.write(bytes) != bytes.size()) RaiseNotWritten(file);
-    if (!file.commit())
-        Raise(WriteFailed, QStringLiteral("Файл не удалось заменить: %1.").arg(file.errorString()));
+    errno = 0;
+    if (file.write(bytes) != bytes.size()) RaiseNotWritten(file, errno);
+    errno = 0;
+    if (!file.commit()) RaiseNotReplaced(file, errno);
 }
 
 QByteArray XmlBytes(const QString &aText, qint32 aCodePage) {

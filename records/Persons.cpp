@@ -1,5 +1,7 @@
 #include "Persons.h"
 
+#include <algorithm>
+
 #include "OneRecord.h"
 
 namespace Vk_Records {
@@ -60,14 +62,14 @@ QString PersonRecord::GetIconKeyAsAccPerson() const {
 }
 
 void PersonRecord::Read(const QSqlQuery &aRow, int aFirst) {
-    theID = aRow.value(aFirst).toDouble();
+    theID = aRow.value(aFirst).toLongLong();
     theKind = static_cast<PersonKind>(aRow.value(aFirst + 1).toInt());
     theInn = aRow.value(aFirst + 2).toString();
     theKpp = aRow.value(aFirst + 3).toString();
     theName = aRow.value(aFirst + 4).toString();
     theOwnerName = aRow.value(aFirst + 5).toString();
     theIsMain = aRow.value(aFirst + 6).toInt() != 0;
-    theParentID = aRow.value(aFirst + 7).toDouble();
+    theParentID = aRow.value(aFirst + 7).toLongLong();
 }
 
 void PersonLoad::Read(const char *aSql, Vk_DocQuery::RecordCollection *rPersons) {
@@ -77,24 +79,38 @@ void PersonLoad::Read(const char *aSql, Vk_DocQuery::RecordCollection *rPersons)
         auto person = std::make_shared<PersonRecord>();
         person->Read(row);
         if (person->IsBranch()) theBranches.push_back(person);
-        theByID.insert(static_cast<qint64>(person->theID), person);
-        if (rPersons) rPersons->Add(person, Vk_DocQuery::ObjectKey(person->theID));
+        if (rPersons)
+            rPersons->Add(person, Vk_DocQuery::ObjectKey(static_cast<double>(person->theID)));
+        const qint64 id = person->theID;
+        theByID.emplace_back(id, std::move(person));
     });
 }
 
+void PersonLoad::Sort() {
+    std::sort(theByID.begin(), theByID.end(),
+              [](const Entry &left, const Entry &right) { return left.first < right.first; });
+}
+
+std::shared_ptr<PersonRecord> PersonLoad::Find(qint64 aID) const {
+    const auto found =
+        std::lower_bound(theByID.begin(), theByID.end(), aID,
+                         [](const Entry &entry, qint64 id) { return entry.first < id; });
+    return found != theByID.end() && found->first == aID ? found->second : nullptr;
+}
+
 void PersonLoad::LinkParents() {
-    bool isReadAnew = false;
+    Sort();
+    PersonLoad others(theConnection);
+    bool areOthersRead = false;
     for (const auto &branch : theBranches) {
-        const auto parentID = static_cast<qint64>(branch->theParentID);
-        auto parent = Find(parentID);
-        if (!parent && !isReadAnew) {
-            PersonLoad parents(theConnection);
-            parents.Read(theParentsSql, nullptr);
-            for (auto found = parents.theByID.cbegin(); found != parents.theByID.cend(); ++found) {
-                if (!theByID.contains(found.key())) theByID.insert(found.key(), found.value());
+        auto parent = Find(branch->theParentID);
+        if (!parent) {
+            if (!areOthersRead) {
+                others.Read(theParentsSql, nullptr);
+                others.Sort();
             }
-            isReadAnew = true;
-            parent = Find(parentID);
+            areOthersRead = true;
+            parent = others.Find(branch->theParentID);
         }
         // Only an organisation is taken for a parent, so that no ring of records can come about.
         if (parent && parent->theKind == PersonKind::Organization) branch->theParent = parent;

@@ -2,8 +2,6 @@
 
 #include <vector>
 
-#include <QHash>
-
 #include <Vk_DocQuery/Providers.h>
 
 #include "Connection.h"
@@ -15,7 +13,7 @@ enum class PersonKind { None = 0, Organization = 1, Branch = 2, PrivatePerson = 
 /// A taxpayer as it was read.
 class PersonRecord final : public Vk_DocQuery::VkPerson {
 public:
-    double ID() const override { return theID; }
+    double ID() const override { return static_cast<double>(theID); }
     void SetID(double aID) override;
     QString Inn() const override { return theInn; }
     QString Kpp() const override { return theKpp; }
@@ -35,8 +33,8 @@ public:
 private:
     friend class PersonLoad;
 
-    double theID = 0;
-    double theParentID = 0;
+    qint64 theID = 0;
+    qint64 theParentID = 0;
     QString theInn;
     QString theKpp;
     QString theName;
@@ -55,12 +53,16 @@ public:
     void Read(const char *aSql, Vk_DocQuery::RecordCollection *rPersons);
     /// Gives the branches their organisations, reading those that are not there yet.
     void LinkParents();
-    /// One of the persons read, or a null pointer.
-    std::shared_ptr<PersonRecord> Find(qint64 aID) const { return theByID.value(aID); }
+    /// One of the persons read, or a null pointer. After LinkParents only.
+    std::shared_ptr<PersonRecord> Find(qint64 aID) const;
 
 private:
+    using Entry = std::pair<qint64, std::shared_ptr<PersonRecord>>;
+
+    void Sort();
+
     Connection &theConnection;
-    QHash<qint64, std::shared_ptr<PersonRecord>> theByID;
+    std::vector<Entry> theByID;  // in order once sorted
     std::vector<std::shared_ptr<PersonRecord>> theBranches;
 };
 

@@ -41,7 +41,7 @@ start_display() {
     HOME=$work openbox >"$work/openbox.log" 2>&1 &
     pids+=($!)
     # A window that comes up before its manager is there may stay unseen.
-    local deadline=$((SECONDS + 20))
+    local deadline=$((SECONDS + 30))
     until xdotool get_num_desktops >/dev/null 2>&1; do
         [ $SECONDS -lt $deadline ] || fail "the window manager did not start"
         sleep 0.05
@@ -50,7 +50,7 @@ start_display() {
 
 # await NAME: the window whose whole title matches comes up; it becomes the one that keys and clicks go to.
 await() {
-    local deadline=$((SECONDS + 20))
+    local deadline=$((SECONDS + 30))
     until window=$(xdotool search --onlyvisible --name "^$1\$" 2>/dev/null | tail -n 1) && [ -n "$window" ]; do
         [ $SECONDS -lt $deadline ] || fail "the window \"$1\" did not come up"
         sleep 0.05
@@ -61,19 +61,35 @@ await() {
 
 # gone NAME: no window has that title any more.
 gone() {
-    local deadline=$((SECONDS + 20))
+    local deadline=$((SECONDS + 30))
     while xdotool search --onlyvisible --name "^$1\$" >/dev/null 2>&1; do
         [ $SECONDS -lt $deadline ] || fail "the window \"$1\" did not close"
         sleep 0.05
     done
 }
 
-# Waits until the window looks the same twice.
+# Nobody of the display, the window manager and the host has anything left to do: a process that has
+# unread events would be running or about to.
+all_sleep() {
+    local pid stat
+    for pid in "${pids[@]}"; do
+        for stat in /proc/"$pid"/task/*/stat; do
+            [[ $(<"$stat") =~ \)\ S ]] || return 1
+        done
+    done 2>/dev/null
+}
+
+# Waits until what was sent is worked off and the window looks the same twice, or is gone.
 settle() {
-    local deadline=$((SECONDS + 10)) before= now
+    local deadline=$((SECONDS + 30)) before= now
     while :; do
+        until all_sleep && all_sleep; do
+            [ $SECONDS -lt $deadline ] || fail "the programs do not come to rest"
+            sleep 0.02
+        done
         now=$(maim -u -i "$window" 2>/dev/null | cksum) || now=
         [ -n "$now" ] && [ "$now" = "$before" ] && return
+        [ -n "$now" ] || xdotool getwindowname "$window" >/dev/null 2>&1 || return 0
         [ $SECONDS -lt $deadline ] || fail "the window does not come to rest"
         before=$now
         sleep 0.1
@@ -126,12 +142,16 @@ at_bottom() {
 load=180 save=1800 save_as=3420 ok=-3450 cancel=-1875 # negative: from the right edge
 tabs="taxpayer accstream time template doc"
 
-# Each tab in turn; at the end the first one is open again.
+declare -A tab_lefts=([taxpayer]=1125 [accstream]=3300 [time]=5550 [template]=7575 [doc]=9750)
+
+# open_tab KEY: a click on the tab.
+open_tab() { click "${tab_lefts[$1]}" 180; }
+
 pictures_of_tabs() {
     local tab
     for tab in $tabs; do
+        open_tab "$tab"
         picture "$1-$tab"
-        press ctrl+Tab
     done
 }
 
@@ -144,7 +164,8 @@ write_colleagues_query() {
     <TemplateCriteria IsTemplate="1" TemplatesMode="1">
         <Templates><i id="1001"/><i id="1002"/><i id="1003"/></Templates>
     </TemplateCriteria>
-    <PeriodCriteria IsPeriods="1" PeriodCriterion="1" OnePeriodYear="2025" OnePeriodMonthID="16"/>
+    <PeriodCriteria IsPeriods="1" PeriodCriterion="1" OnePeriodYear="2025" OnePeriodMonthID="16"
+        RangePeriodYear1="2025" RangePeriodMonth1="1" RangePeriodYear2="2025" RangePeriodMonth2="12"/>
     <AccStreamCriteria IsAccStreamsList="1">
         <AccStreamsList><i id="9001"/><i id="9003"/></AccStreamsList>
     </AccStreamCriteria>
@@ -160,23 +181,27 @@ dialog="Поиск документов"
 question="Норвик: Критерии поиска документов"
 
 look_at_empty_dialog() {
+    local tab
     press F7
     await "$dialog"
-    pictures_of_tabs empty
+    for tab in $tabs; do
+        picture "empty-$tab"
+        press ctrl+Tab
+    done
 }
 
 load_query() {
-    write_colleagues_query "$work/Colleague.qvk"
+    write_colleagues_query "$out/Colleague.qvk"
     at_bottom $load
     await "Открыть файл критериев поиска"
-    write "$work/Colleague.qvk"
+    write "$out/Colleague.qvk"
     picture open-file
     press Return
-    await "$dialog - \[$work/Colleague.qvk\]"
+    await "$dialog - \[$out/Colleague.qvk\]"
 }
 
 state_search() {
-    press ctrl+Tab      # accstream
+    open_tab accstream
     on_page 420 180     # theIsAccStreamType
     on_page 900 660     # theAccStreamTypes(0)
     on_page 900 960     # theAccStreamTypes(1)
@@ -185,13 +210,13 @@ state_search() {
     on_page 9180 1500   # theContoraPrefix1
     write "7701, 7702"
 
-    press ctrl+Tab      # time
+    open_tab time
     on_page 720 1520    # theRangePeriods
     on_page 8280 660    # theIsPeriodTypes
     on_page 8700 1440   # thePeriodTypes(1)
     on_page 8700 1740   # thePeriodTypes(2)
 
-    press ctrl+Tab ctrl+Tab # doc
+    open_tab doc
     on_page 420 180     # theIsDocStatus
     on_page 1110 870    # theDocStatuses(1)
     on_page 1110 1170   # theDocStatuses(2)
@@ -204,7 +229,6 @@ state_search() {
     on_page 2000 3405   # theNotes
     write "срочно"
     on_page 5280 2340   # theIsDocNum
-    press ctrl+Tab      # taxpayer
 }
 
 be_warned_and_correct() {
@@ -214,10 +238,9 @@ be_warned_and_correct() {
     press Return
     gone "Параметры критериев поиска"
     await "$dialog - .*"
-    press ctrl+shift+Tab
+    open_tab doc
     on_page 5900 1620   # theSignerSurname
     write "Петров"
-    press ctrl+Tab
     pictures_of_tabs filled
 }
 
@@ -272,6 +295,8 @@ WANTED
 
 rm -f "$out"/[0-9][0-9]-*.png "$out/failed.png"
 start_display
+host=$(realpath "$host")
+cd "$out"
 HOME=$work XDG_RUNTIME_DIR=$work "$host" "sqlite:$work/office.db" &
 pids+=($!)
 await "Норвик"
@@ -283,5 +308,6 @@ be_warned_and_correct
 save_query
 confirm
 check_query
-press ctrl+q
+xdotool key ctrl+q
+gone "Норвик"
 printf 'The tour is over: %d pictures of the windows and the saved query are in %s\n' "$pictures" "$out"

@@ -36,11 +36,16 @@ public:
     }
 
 private:
+    struct Slot {
+        quint32 Hash = 0;
+        quint32 Position = 0;  // counted from 1; 0 is free
+    };
+    std::size_t SlotOf(const QString &aKey, quint32 aHash) const;
     void Grow(std::size_t aSlots) const;
     void FillSlots() const;
 
     std::vector<QString> theKeys;
-    mutable std::vector<quint32> theSlots;  // open addressing, position + 1, 0 is free
+    mutable std::vector<Slot> theSlots;  // open addressing
     mutable std::size_t theUsed = 0;
     mutable bool theSlotsValid = true;
 };

@@ -3,6 +3,8 @@
 #include <QStyleOptionButton>
 #include <QStylePainter>
 
+#include "controls/Colours.h"
+
 namespace Vk_DocQuery {
 
 namespace {
@@ -19,6 +21,21 @@ QRect MarkRect(const QRect &aByStyle, const QRect &aCaption, int aLineHeight, in
     return {aByStyle.left(), top, qMin(aByStyle.width(), side), side};
 }
 
+/// Styles draw the edge of a mark darker than the ground; on a dark ground it could not be seen.
+void PaintEdgeOnDark(QPainter &aPainter, const QPalette &aPalette, const QRect &aMark,
+                     bool aRound) {
+    const QColor ground = aPalette.color(QPalette::Window);
+    if (ground.lightness() >= aPalette.color(QPalette::WindowText).lightness()) return;
+    const QRectF edge = QRectF(aMark).adjusted(0.5, 0.5, -0.5, -0.5);
+    aPainter.setRenderHint(QPainter::Antialiasing);
+    aPainter.setBrush(Qt::NoBrush);
+    aPainter.setPen(EdgeColour(aPalette));
+    if (aRound)
+        aPainter.drawEllipse(edge);
+    else
+        aPainter.drawRect(edge);
+}
+
 }  // namespace
 
 void PaintCaptionedMark(QWidget &aElement, const QStyleOptionButton &aOption,
@@ -27,7 +44,7 @@ void PaintCaptionedMark(QWidget &aElement, const QStyleOptionButton &aOption,
     const QStyle &style = *aElement.style();
     const QRect room = style.subElementRect(aStyle.CaptionPlace, &aOption, &aElement);
     const int line = aElement.fontMetrics().height();
-    const bool wraps = aElement.height() >= 2 * line;
+    const bool wraps = aElement.height() >= 2 * line - line / 4;
     const int flags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextHideMnemonic |
                       (wraps ? Qt::TextWordWrap : Qt::TextSingleLine);
     const QRect caption = CaptionRect(aElement, room, aOption.text, flags);
@@ -36,6 +53,8 @@ void PaintCaptionedMark(QWidget &aElement, const QStyleOptionButton &aOption,
     mark.rect = MarkRect(style.subElementRect(aStyle.MarkPlace, &aOption, &aElement), caption, line,
                          aElement.height());
     painter.drawPrimitive(aStyle.Mark, mark);
+    PaintEdgeOnDark(painter, aOption.palette, mark.rect,
+                    aStyle.Mark == QStyle::PE_IndicatorRadioButton);
     painter.drawItemText(room, flags, aOption.palette, aElement.isEnabled(), aOption.text,
                          QPalette::WindowText);
 

@@ -19,7 +19,10 @@ ComboBox::ComboBox(Kind aKind, QWidget *aParent) : QComboBox(aParent) {
 }
 
 void ComboBox::AddItem(const QString &aText, qint32 aItemData) {
+    // The first entry would select itself.
+    const int selected = currentIndex();
     addItem(aText, aItemData);
+    setCurrentIndex(selected);
 }
 
 void ComboBox::SetText(const QString &aText) {

@@ -13,7 +13,7 @@ public:
     enum Kind { Fixed, Editable };
 
     explicit ComboBox(Kind aKind, QWidget *aParent = nullptr);
-    /// The item number is kept under Qt::UserRole.
+    /// The item number is kept under Qt::UserRole. The selection stays as it is, none included.
     void AddItem(const QString &aText, qint32 aItemData);
     QString Text() const { return currentText(); }
     /// A listed text selects its entry as well. A fixed combo without such an entry stays as it is.

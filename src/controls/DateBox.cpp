@@ -28,14 +28,18 @@ constexpr char theModule[] = "DateBox";
 constexpr int theButtonWidth = 17;
 const QString theFormat = QStringLiteral("dd.MM.yyyy");
 
-/// The names of the week days, which the locale writes small, begin with a capital.
+/// The locale writes the names of months and week days small.
+QString Capitalised(const QString &aName) {
+    return aName.left(1).toUpper() + aName.mid(1);
+}
+
+/// The names of the week days begin with a capital.
 class WeekDayNames : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
     QString displayText(const QVariant &aValue, const QLocale & /*aLocale*/) const override {
-        const QString name = aValue.toString();
-        return name.left(1).toUpper() + name.mid(1);
+        return Capitalised(aValue.toString());
     }
     void initStyleOption(QStyleOptionViewItem *rOption, const QModelIndex &aIndex) const override {
         QStyledItemDelegate::initStyleOption(rOption, aIndex);
@@ -77,10 +81,15 @@ public:
         connect(Calendar, &QCalendarWidget::activated, this,
                 [this](QDate aDate) { theBox.Take(aDate); });
         connect(clear, &QPushButton::clicked, this, [this] { theBox.Take(QDate()); });
+        connect(Calendar, &QCalendarWidget::currentPageChanged, this, [this] { NameMonth(); });
         setFocusProxy(days);
     }
 
-    QCalendarWidget *Calendar;
+    void ShowDate(QDate aDate) {
+        Calendar->setSelectedDate(aDate);
+        Calendar->setCurrentPage(aDate.year(), aDate.month());
+        NameMonth();
+    }
 
 protected:
     bool eventFilter(QObject *aObject, QEvent *aEvent) override {
@@ -98,7 +107,14 @@ protected:
     }
 
 private:
+    /// The heading begins with a capital, too.
+    void NameMonth() {
+        auto *month = Calendar->findChild<QToolButton *>(QStringLiteral("qt_calendar_monthbutton"));
+        if (month) month->setText(Capitalised(month->text()));
+    }
+
     DateBox &theBox;
+    QCalendarWidget *Calendar;
 };
 
 DateBox::DateBox(QWidget *aParent)
@@ -119,6 +135,7 @@ void DateBox::SetBounds(QDate aEarliest, QDate aLatest) {
     theEarliest = aEarliest;
     theLatest = aLatest;
     delete thePopup;
+    thePopup = nullptr;
 }
 
 LooseValue DateBox::Value() const {
@@ -155,6 +172,7 @@ bool DateBox::CheckText() try {
     emit WrongText();
     ShowWarningBox(Complaint(), QStringLiteral("Дата"));
     theWarning = false;
+    window()->activateWindow();
     theEdit->setFocus(Qt::OtherFocusReason);
     SelectWrongPart();
     return false;
@@ -258,9 +276,7 @@ void DateBox::OpenCalendar() try {
     if (!thePopup) thePopup = new Popup(*this);
     const LooseValue value = Value();
     const auto *date = std::get_if<QDate>(&value);
-    const QDate shown = date ? *date : QDate::currentDate();
-    thePopup->Calendar->setSelectedDate(shown);
-    thePopup->Calendar->setCurrentPage(shown.year(), shown.month());
+    thePopup->ShowDate(date ? *date : QDate::currentDate());
     thePopup->adjustSize();
     const QRect room = screen()->availableGeometry();
     QPoint place = mapToGlobal(QPoint(0, height()));

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QPointer>
 #include <QWidget>
 
 #include <Vk_DocQuery/LooseValue.h>
@@ -60,7 +59,7 @@ private:
 
     QLineEdit *theEdit;
     QToolButton *theButton;
-    QPointer<Popup> thePopup;
+    Popup *thePopup = nullptr;
     QDate theEarliest{100, 1, 1};
     QDate theLatest{9999, 12, 31};
     bool theWarning = false;

@@ -67,7 +67,7 @@ private:
     ListViewRows &theRows;
     std::shared_ptr<Object> theTag;
     QString theText;
-    std::unique_ptr<QString[]> theCells;
+    QString *theCells = nullptr;              // lie in a block of the list
     std::unique_ptr<quint16[]> theCellIcons;  // made for the first picture in a cell
     int theNumber;
     quint16 theIcon = 0;

@@ -69,7 +69,7 @@ const QString &ListRow::Icon() const {
 
 void ListRow::SetCell(int aCell, const QString &aText, const QString &aIcon) {
     SetCellText(aCell, aText);
-    SetCellIcon(aCell, aIcon);
+    if (theCellIcons || !aIcon.isEmpty()) SetCellIcon(aCell, aIcon);
 }
 
 void ListRow::SetCellText(int aCell, const QString &aText) {
@@ -126,9 +126,9 @@ void ListRow::MakeRoom(int aCell) {
     if (aCell <= theCellCount) return;
     if (aCell > theCellRoom) {
         const auto room = static_cast<quint16>(std::max(aCell, theRows.ExpectedCells()));
-        auto cells = std::make_unique<QString[]>(room);
-        std::move(theCells.get(), theCells.get() + theCellCount, cells.get());
-        theCells = std::move(cells);
+        QString *cells = theRows.TakeCells(room);
+        std::move(theCells, theCells + theCellCount, cells);
+        theCells = cells;
         if (theCellIcons) {
             auto icons = std::make_unique<quint16[]>(room);
             std::copy_n(theCellIcons.get(), theCellCount, icons.get());
@@ -142,7 +142,8 @@ void ListRow::MakeRoom(int aCell) {
 void ListRow::Forget() {
     theTag.reset();
     theText.clear();
-    theCells.reset();
+    std::fill_n(theCells, theCellCount, QString());
+    theCells = nullptr;
     theCellIcons.reset();
     theIcon = theCellCount = theCellRoom = 0;
 }
@@ -191,12 +192,27 @@ void ListViewRows::Clear() {
     theMarks.clear();
     theKeys.Clear();
     theRows.clear();
+    theBlocks.clear();
+    theRoomInBlock = 0;
     theRanks.clear();
     theCount = theSelectedCount = 0;
     theCurrent = theAnchor = -1;
     theSomeRemoved = false;
     theChange.Refilled = true;
     OrderChanged();
+}
+
+QString *ListViewRows::TakeCells(int aCount) {
+    constexpr int theBlockSize = 2048;
+    if (aCount > theRoomInBlock) {
+        theRoomInBlock = std::max(aCount, theBlockSize);
+        theBlocks.push_back(std::make_unique<QString[]>(Index(theRoomInBlock)));
+        theBlockUsed = 0;
+    }
+    QString *cells = theBlocks.back().get() + theBlockUsed;
+    theBlockUsed += aCount;
+    theRoomInBlock -= aCount;
+    return cells;
 }
 
 void ListViewRows::Reserve(int aCount) {

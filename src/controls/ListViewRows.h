@@ -65,6 +65,8 @@ public:
     const QIcon *Picture(const QString &aKey) const;
     void SetPictures(const ImageList *aPictures);
 
+    /// Room for the texts of a row, good until Clear: one block serves many rows.
+    QString *TakeCells(int aCount);
     int ExpectedCells() const { return theExpectedCells; }
     void SetExpectedCells(int aCount) { theExpectedCells = aCount; }
 
@@ -91,6 +93,9 @@ private:
     const std::vector<int> &RanksOf(int aColumn);
 
     std::function<void()> theChanged;
+    std::vector<std::unique_ptr<QString[]>> theBlocks;
+    int theRoomInBlock = 0;
+    int theBlockUsed = 0;
     std::deque<ListRow> theRows;   // by number; removed rows stay as empty shells until Clear
     std::vector<quint8> theMarks;  // by number
     KeyIndex theKeys;              // by number

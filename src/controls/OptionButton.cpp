@@ -1,5 +1,8 @@
 #include "controls/OptionButton.h"
 
+#include <algorithm>
+#include <functional>
+
 #include <QStyleOptionButton>
 
 #include "controls/CaptionedMark.h"
@@ -8,6 +11,7 @@ namespace Vk_DocQuery {
 
 OptionButton::OptionButton(const QString &aCaption, QWidget *aParent)
     : QRadioButton(aCaption, aParent) {
+    connect(this, &QRadioButton::toggled, this, &OptionButton::ShareTabStop);
     connect(this, &QRadioButton::toggled, this, &OptionButton::Click);
 }
 
@@ -16,6 +20,14 @@ void OptionButton::SetValue(bool aChosen) {
     if (!aChosen) setAutoExclusive(false);
     setChecked(aChosen);
     setAutoExclusive(true);
+}
+
+void OptionButton::ShareTabStop() {
+    if (!parentWidget()) return;
+    const auto group = parentWidget()->findChildren<OptionButton *>(Qt::FindDirectChildrenOnly);
+    const bool any = std::any_of(group.begin(), group.end(), std::mem_fn(&OptionButton::Value));
+    for (OptionButton *option : group)
+        option->setFocusPolicy(!any || option->Value() ? Qt::StrongFocus : Qt::ClickFocus);
 }
 
 bool OptionButton::hitButton(const QPoint &aPoint) const {

@@ -5,7 +5,8 @@
 namespace Vk_DocQuery {
 
 /// An option of a group; the options of one parent exclude each other. A group may stand without a
-/// choice. A change of the value raises Click at once, by the user and by program alike.
+/// choice. The Tab key stops at the chosen one, or at each while there is none. A change of the
+/// value raises Click at once, by the user and by program alike.
 class OptionButton : public QRadioButton {
     Q_OBJECT
 
@@ -21,6 +22,9 @@ signals:
 protected:
     bool hitButton(const QPoint &aPoint) const override;
     void paintEvent(QPaintEvent *aEvent) override;
+
+private:
+    void ShareTabStop();
 };
 
 }  // namespace Vk_DocQuery

@@ -1,8 +1,7 @@
 #include "controls/Pictures.h"
 
-#include <array>
-
 #include <QHash>
+#include <QIconEngine>
 #include <QImage>
 #include <QPixmap>
 
@@ -48,7 +47,7 @@ QImage ImageOfIcon(CompiledPicture::Bytes aIcon) {
     return image;
 }
 
-QIcon MakeIcon(const CompiledPicture &aPicture) {
+QIcon AllForms(const CompiledPicture &aPicture) {
     QIcon icon(QPixmap::fromImage(ImageOfIcon(aPicture.Icon)));
     for (const CompiledPicture::Bytes bytes : aPicture.Sharp) {
         QPixmap pixmap;
@@ -57,6 +56,42 @@ QIcon MakeIcon(const CompiledPicture &aPicture) {
     }
     return icon;
 }
+
+/// Unpacks a picture when it is first shown: a window shows a handful out of two hundred, and
+/// unpacking all of them takes longer than opening it.
+class PictureEngine : public QIconEngine {
+public:
+    explicit PictureEngine(const CompiledPicture &aPicture) : thePicture(&aPicture) {}
+
+    void paint(QPainter *aPainter, const QRect &aPlace, QIcon::Mode aMode,
+               QIcon::State aState) override {
+        Forms().paint(aPainter, aPlace, Qt::AlignCenter, aMode, aState);
+    }
+    QPixmap pixmap(const QSize &aSize, QIcon::Mode aMode, QIcon::State aState) override {
+        return Forms().pixmap(aSize, 1.0, aMode, aState);
+    }
+    QPixmap scaledPixmap(const QSize &aSize, QIcon::Mode aMode, QIcon::State aState,
+                         qreal /*aScale*/) override {
+        return pixmap(aSize, aMode, aState);
+    }
+    QSize actualSize(const QSize &aSize, QIcon::Mode aMode, QIcon::State aState) override {
+        return Forms().actualSize(aSize, aMode, aState);
+    }
+    QList<QSize> availableSizes(QIcon::Mode aMode, QIcon::State aState) override {
+        return Forms().availableSizes(aMode, aState);
+    }
+    QIconEngine *clone() const override { return new PictureEngine(*this); }
+    bool isNull() override { return false; }
+
+private:
+    const QIcon &Forms() {
+        if (theForms.isNull()) theForms = AllForms(*thePicture);
+        return theForms;
+    }
+
+    const CompiledPicture *thePicture;
+    QIcon theForms;
+};
 
 /// All pictures of the build. It is never released: pictures must not outlive the application
 /// object, and static ones would.
@@ -82,7 +117,7 @@ Store *MakeStore() {
     const auto shared = std::make_shared<ImageList>();
     for (const CompiledPicture &picture : CompiledPictures()) {
         const QString key = QString::fromLatin1(picture.Key);
-        const QIcon icon = MakeIcon(picture);
+        const QIcon icon(new PictureEngine(picture));
         store->Icons.insert(key, icon);
         if (picture.Group == PictureGroup::Window) continue;
         shared->Add(key, icon);

@@ -9,15 +9,15 @@ namespace {
 
 constexpr std::size_t theFirstSlots = 16;
 
-std::size_t HashOf(const QString &aKey) {
-    std::size_t hash = 14695981039346656037U;
+quint32 HashOf(const QString &aKey) {
+    quint64 hash = 14695981039346656037U;
     for (const QChar character : aKey) {
         const char16_t unit = character.unicode();
         hash ^= unit < 0x80 ? static_cast<char16_t>(unit >= u'A' && unit <= u'Z' ? unit + 32 : unit)
                             : character.toCaseFolded().unicode();
         hash *= 1099511628211U;
     }
-    return hash ^ (hash >> 32U);
+    return static_cast<quint32>(hash ^ (hash >> 32U));
 }
 
 bool SameKey(const QString &aLeft, const QString &aRight) {
@@ -47,12 +47,17 @@ qsizetype KeyIndex::Find(const QString &aKey) const {
     if (aKey.isEmpty()) return -1;
     if (!theSlotsValid) FillSlots();
     if (theSlots.empty()) return -1;
+    return static_cast<qsizetype>(theSlots[SlotOf(aKey, HashOf(aKey))].Position) - 1;
+}
+
+/// The slot that holds the key, or the free one where it belongs.
+std::size_t KeyIndex::SlotOf(const QString &aKey, quint32 aHash) const {
     const std::size_t mask = theSlots.size() - 1;
-    for (std::size_t slot = HashOf(aKey) & mask; theSlots[slot] != 0; slot = (slot + 1) & mask) {
-        const std::size_t position = theSlots[slot] - 1;
-        if (SameKey(theKeys[position], aKey)) return static_cast<qsizetype>(position);
-    }
-    return -1;
+    std::size_t slot = aHash & mask;
+    while (theSlots[slot].Position != 0 &&
+           (theSlots[slot].Hash != aHash || !SameKey(theKeys[theSlots[slot].Position - 1], aKey)))
+        slot = (slot + 1) & mask;
+    return slot;
 }
 
 void KeyIndex::Append(const QString &aKey) {
@@ -62,16 +67,14 @@ void KeyIndex::Append(const QString &aKey) {
     }
     if (!theSlotsValid) FillSlots();
     if ((theUsed + 1) * 2 > theSlots.size()) Grow((theUsed + 1) * 4);
-    const std::size_t mask = theSlots.size() - 1;
-    std::size_t slot = HashOf(aKey) & mask;
-    for (; theSlots[slot] != 0; slot = (slot + 1) & mask) {
-        if (SameKey(theKeys[theSlots[slot] - 1], aKey)) {
-            throw Failure(KeyAlreadyPresent, QStringLiteral("KeyedCollection"),
-                          QStringLiteral("Ключ \"%1\" уже есть в коллекции.").arg(aKey));
-        }
+    const quint32 hash = HashOf(aKey);
+    const std::size_t slot = SlotOf(aKey, hash);
+    if (theSlots[slot].Position != 0) {
+        throw Failure(KeyAlreadyPresent, QStringLiteral("KeyedCollection"),
+                      QStringLiteral("Ключ \"%1\" уже есть в коллекции.").arg(aKey));
     }
     theKeys.push_back(aKey);
-    theSlots[slot] = static_cast<quint32>(theKeys.size());
+    theSlots[slot] = {hash, static_cast<quint32>(theKeys.size())};
     ++theUsed;
 }
 
@@ -86,15 +89,17 @@ void KeyIndex::Forget(qsizetype aPosition) {
     if (theSlotsValid) {
         const std::size_t mask = theSlots.size() - 1;
         std::size_t hole = HashOf(key) & mask;
-        while (theSlots[hole] != static_cast<quint32>(aPosition + 1)) hole = (hole + 1) & mask;
+        while (theSlots[hole].Position != static_cast<quint32>(aPosition + 1))
+            hole = (hole + 1) & mask;
         // Later keys of the same run move up, so that a look-up never meets a gap before its key.
-        for (std::size_t slot = (hole + 1) & mask; theSlots[slot] != 0; slot = (slot + 1) & mask) {
-            const std::size_t home = HashOf(theKeys[theSlots[slot] - 1]) & mask;
+        for (std::size_t slot = (hole + 1) & mask; theSlots[slot].Position != 0;
+             slot = (slot + 1) & mask) {
+            const std::size_t home = theSlots[slot].Hash & mask;
             if (((slot - home) & mask) < ((slot - hole) & mask)) continue;
             theSlots[hole] = theSlots[slot];
             hole = slot;
         }
-        theSlots[hole] = 0;
+        theSlots[hole] = Slot();
         --theUsed;
     }
     key.clear();
@@ -109,6 +114,7 @@ void KeyIndex::Clear() {
 
 void KeyIndex::Reserve(qsizetype aCount) {
     theKeys.reserve(static_cast<std::size_t>(aCount));
+    if (!theSlotsValid) FillSlots();
     if (static_cast<std::size_t>(aCount) * 2 > theSlots.size())
         Grow(static_cast<std::size_t>(aCount) * 2);
 }
@@ -116,19 +122,27 @@ void KeyIndex::Reserve(qsizetype aCount) {
 void KeyIndex::Grow(std::size_t aSlots) const {
     std::size_t count = theFirstSlots;
     while (count < aSlots) count *= 2;
-    theSlots.assign(count, 0);
-    FillSlots();
+    std::vector<Slot> grown(count);
+    const std::size_t mask = count - 1;
+    for (const Slot &slot : theSlots) {
+        if (slot.Position == 0) continue;
+        std::size_t place = slot.Hash & mask;
+        while (grown[place].Position != 0) place = (place + 1) & mask;
+        grown[place] = slot;
+    }
+    theSlots = std::move(grown);
 }
 
 void KeyIndex::FillSlots() const {
-    std::fill(theSlots.begin(), theSlots.end(), 0U);
+    std::fill(theSlots.begin(), theSlots.end(), Slot());
     theUsed = 0;
     const std::size_t mask = theSlots.size() - 1;
     for (std::size_t position = 0; position < theKeys.size(); ++position) {
         if (theKeys[position].isEmpty()) continue;
-        std::size_t slot = HashOf(theKeys[position]) & mask;
-        while (theSlots[slot] != 0) slot = (slot + 1) & mask;
-        theSlots[slot] = static_cast<quint32>(position + 1);
+        const quint32 hash = HashOf(theKeys[position]);
+        std::size_t slot = hash & mask;
+        while (theSlots[slot].Position != 0) slot = (slot + 1) & mask;
+        theSlots[slot] = {hash, static_cast<quint32>(position + 1)};
         ++theUsed;
     }
     theSlotsValid = true;

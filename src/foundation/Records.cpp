@@ -1,3 +1,6 @@
+#include <cmath>
+#include <iterator>
+
 #include <Vk_DocQuery/Failure.h>
 #include <Vk_DocQuery/Providers.h>
 #include <Vk_DocQuery/Records.h>
@@ -70,7 +73,19 @@ LooseValue Record::EndDate() const {
 }
 
 QString ObjectKey(double aID) {
-    return u'_' + GeneralNumberText(aID);
+    // Lists ask for the keys of all their records: a whole number is written in one go.
+    constexpr double bound = 1e15;
+    if (!(aID >= 0 && aID < bound) || aID != std::trunc(aID)) return u'_' + GeneralNumberText(aID);
+    char16_t text[17];
+    char16_t *const end = std::end(text);
+    char16_t *begin = end;
+    auto number = static_cast<quint64>(aID);
+    do {
+        *--begin = static_cast<char16_t>(u'0' + number % 10);
+        number /= 10;
+    } while (number != 0);
+    *--begin = u'_';
+    return QStringView(begin, end - begin).toString();
 }
 
 }  // namespace Vk_DocQuery

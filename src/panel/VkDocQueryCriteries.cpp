@@ -30,6 +30,12 @@ namespace {
 
 constexpr char theModule[] = "VkDocQueryCriteries";
 
+// The panel as it is designed, and the place of its pages; twips.
+constexpr int thePanelWidth = 12315;
+constexpr int thePanelHeight = 8835;
+constexpr int thePageLeft = 30;
+constexpr int thePageTop = 360;
+
 constexpr double theLowestNumber = -999999999999999;
 constexpr double theHighestNumber = 99999999999999;
 const QDate theEarliestDate(100, 1, 1);
@@ -175,6 +181,8 @@ void VkDocQueryCriteries::SetTabOrder() {
         if (row.TabOrder != theNoTabOrder) rows.push_back(&row);
     }
     std::ranges::sort(rows, {}, [](const ElementRow *row) { return row->TabOrder; });
+    // By the proxy the panel counts as one widget for who orders what stands behind it.
+    setFocusProxy(theTabs->Bar());
     QWidget *last = theTabs->Bar();
     for (const ElementRow *row : rows) {
         QWidget *next = &Element(row->Name, row->Index);
@@ -286,6 +294,18 @@ void VkDocQueryCriteries::resizeEvent(QResizeEvent *aEvent) {
 void RaiseWrongElement(const QString &aName) {
     throw Failure(InvalidArgument, QStringLiteral("VkDocQueryCriteries"),
                   QStringLiteral("На панели нет нужного элемента \"%1\".").arg(aName));
+}
+
+bool VkDocQueryCriteries::FinishInput() try {
+    for (const char *name : {"theSignDate1", "theSignDate2"}) {
+        auto &box = The<DateBox>(name);
+        if (box.IsAcceptable() || box.parentWidget()->isHidden()) continue;
+        SetCurrentTab(QStringLiteral("doc"));
+        return box.CheckText();
+    }
+    return true;
+} catch (...) {
+    RaiseErrorUp(theModule, "FinishInput");
 }
 
 }  // namespace Vk_DocQuery

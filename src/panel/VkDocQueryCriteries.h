@@ -29,6 +29,10 @@ public:
     /// Writes every criterion, whether its switch is on or off; the lists get new collections.
     void AssembleValuesTo(VkDocQueryData &aRecord);
 
+    /// Warns of a date that was typed and is none and puts the focus on it; true if there is
+    /// nothing to warn of.
+    bool FinishInput();
+
     QSize sizeHint() const override;
 
 signals:

@@ -1,10 +1,11 @@
+#include "foundation/Clock.h"
 #include "foundation/mErrorHandling.h"
 #include "query/Fields.h"
 
 namespace Vk_DocQuery {
 
 VkDocQueryData::VkDocQueryData() try {
-    const qint32 year = QDate::currentDate().year();
+    const qint32 year = Today().year();
     for (const Field &field : theFields) {
         if (field.Creation != 0) field.Reset(*this, year);
     }

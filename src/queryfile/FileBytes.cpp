@@ -116,7 +116,7 @@ QByteArray DecodedXmlBytes(const QByteArray &aBytes, bool &rDecoded) {
     if (aBytes.startsWith("\xFF\xFE") || aBytes.startsWith("\xFE\xFF")) {
         QStringDecoder decoder(QStringDecoder::Utf16);
         const QString text = decoder.decode(aBytes);
-        if (!decoder.hasError()) return text.toUtf8();
+        if (!decoder.hasError() && text.isValidUtf16()) return text.toUtf8();
     }
     const QByteArray encoding = DeclaredEncoding(aBytes);
     if ((encoding == "windows-1251" || encoding == "cp1251") && Windows1251().IsUsable)

@@ -41,7 +41,11 @@ QString LineAt(const xmlParserInput &aInput) {
     for (qsizetype n = 0; n < theLongestSource && end < aInput.end && !IsLineEnd(*end); ++n) ++end;
     while (start < end && (*start & 0xC0U) == 0x80U) ++start;  // not in the middle of a character
     while (end > start && end < aInput.end && (*end & 0xC0U) == 0x80U) --end;
-    return QString::fromUtf8(reinterpret_cast<const char *>(start), end - start).trimmed();
+    QString line = QString::fromUtf8(reinterpret_cast<const char *>(start), end - start).trimmed();
+    for (QChar &character : line) {
+        if (character < u' ') character = u' ';  // a message box takes a zero for the end
+    }
+    return line;
 }
 
 /// One run of the parser. Keeps the first error that tells its line; later ones are its
@@ -72,7 +76,7 @@ public:
 private:
     void Keep(const QString &aReason, qint32 aLine) {
         if (theError.Line > 0) return;
-        theError.Reason = aReason.trimmed();
+        theError.Reason = aReason.simplified();
         theError.Line = aLine;
         theError.SourceText = theContext->input ? LineAt(*theContext->input) : QString();
     }

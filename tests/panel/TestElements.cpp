@@ -1,9 +1,14 @@
+#include <algorithm>
+
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QStyleOptionButton>
 #include <QTabBar>
 #include <QTest>
+
+#include <Vk_DocQuery/Failure.h>
 
 #include "controls/DateBox.h"
 #include "controls/Fonts.h"
@@ -11,6 +16,7 @@
 #include "controls/NumberBox.h"
 #include "controls/ScrollBox.h"
 #include "foundation/Clock.h"
+#include "foundation/mVkGraphLight.h"
 #include "panel/OpenPanel.h"
 #include "support/TestMain.h"
 
@@ -111,6 +117,29 @@ QString ShownCaption(const QWidget &aWidget) {
     return QString();
 }
 
+bool AnyChosenBeside(const OptionButton &aOption) {
+    for (const auto *other : aOption.parentWidget()->findChildren<OptionButton *>()) {
+        if (other->Value()) return true;
+    }
+    return false;
+}
+
+/// Where the caption of the element stands; empty if it has none.
+QRect CaptionRoom(const QWidget &aElement) {
+    QStyleOptionButton option;
+    option.initFrom(&aElement);
+    const QStyle &style = *aElement.style();
+    if (Is<CheckBox>(aElement))
+        return style.subElementRect(QStyle::SE_CheckBoxContents, &option, &aElement);
+    if (Is<OptionButton>(aElement))
+        return style.subElementRect(QStyle::SE_RadioButtonContents, &option, &aElement);
+    if (Is<QPushButton>(aElement))
+        return style.subElementRect(QStyle::SE_PushButtonContents, &option, &aElement);
+    const auto *label = qobject_cast<const QLabel *>(&aElement);
+    if (label && !label->text().isEmpty()) return label->contentsRect();
+    return {};
+}
+
 }  // namespace
 
 class TestElements : public QObject {
@@ -205,47 +234,322 @@ private slots:
         QCOMPARE(panel.Get("theTaxpayersFrame").geometry(), QRect(12, 12, 797, 505));
     }
 
-    void Pictures() {
-        const QByteArray folder = qgetenv("VK_PANEL_PICTURES");
-        if (folder.isEmpty()) QSKIP("no folder for pictures is named");
-        SetTodayForTests(QDate(2026, 5, 1));
-        OpenPanel panel;
-        VkDocQueryData record;
-        record.OnePeriodYear = record.RangePeriodYear1 = record.RangePeriodYear2 = 2026;
-        record.TaxpayersList = Records({MakePerson(1), MakePerson(2), MakePerson(3)});
-        record.AccStreamsList = Records({MakeStream(11), MakeStream(12), MakeStream(13)});
-        record.Templates = Records({MakeVersion(31), MakeVersion(32), MakeVersion(34)});
-        record.TemplatesMode = TemplateVersion;
-        for (const bool dark : {false, true}) {
-            if (dark) {
-                QPalette p(QColor(45, 45, 48), QColor(45, 45, 48));
-                p.setColor(QPalette::Base, QColor(30, 30, 30));
-                QApplication::setPalette(p);
+    // Init.
+
+    void YearCombos_data() {
+        QTest::addColumn<QDate>("today");
+        QTest::newRow("in the year") << QDate(2026, 5, 1);
+        QTest::newRow("its first day") << QDate(2026, 1, 1);
+        QTest::newRow("its last day") << QDate(2026, 12, 31);
+    }
+    void YearCombos() {
+        QFETCH(QDate, today);
+        SetTodayForTests(today);
+        const OpenPanel panel;
+        SetTodayForTests(QDate());
+        for (const char *name : {"theOnePerYear", "thePerYear1", "thePerYear2"}) {
+            const ComboBox &combo = panel.Combo(name);
+            QCOMPARE(combo.count(), 10);
+            for (int i = 0; i < 10; ++i) {
+                QCOMPARE(combo.itemText(i), QString::number(2020 + i));
+                QCOMPARE(combo.itemData(i).toInt(), 2020 + i);
             }
-            for (const bool on : {false, true}) {
-                record.IsTaxpayers = record.IsAccStreamType = record.IsAccStreamOpeness = on;
-                record.IsContoraPrefix1 = record.IsContoraPrefix2 = record.IsAccStreamsList = on;
-                record.IsPeriods = record.IsPeriodTypes = record.IsTemplate = on;
-                record.IsDocStatus = record.IsSignDate = record.IsSignerFio = record.IsNotes = on;
-                record.IsDocNum = record.WholePfrCluster = on;
-                record.PeriodCriterion = on ? RangePeriods : OnePeriod;
-                record.NotesMode = on ? NotesLike : NotesEmpty;
-                record.TaxpayersType = on && dark ? MainOrgs : Taxpayers;
-                record.DocNumMode = on && dark ? DocNumRange : DocLastNums;
-                panel.DistributeValues(record);
-                panel.show();
-                for (int i = 0; i < panel.Tabs().TabCount(); ++i) {
-                    panel.Tabs().SetSelectedTab(panel.Tabs().TabKey(i));
-                    QTest::qWait(20);
-                    panel.grab().save(
-                        QStringLiteral("%1/panel_%2_%3_%4.png")
-                            .arg(QString::fromLocal8Bit(folder),
-                                 dark ? QStringLiteral("dark") : QStringLiteral("light"),
-                                 on ? QStringLiteral("on") : QStringLiteral("off"),
-                                 panel.Tabs().TabKey(i)));
-                }
+            QCOMPARE(combo.currentIndex(), 6);
+            QCOMPARE(combo.currentText(), QStringLiteral("2026"));
+        }
+    }
+
+    void PeriodCombos() {
+        const OpenPanel panel;
+        const QVector<int> codes = {1, 2,  3,  13, 4,  5,  6,  14, 19, 7, 8,
+                                    9, 15, 10, 11, 12, 16, 20, 17, 21, 24};
+        const ComboBox &periods = panel.Combo("thePeriodTime");
+        QCOMPARE(periods.count(), 21);
+        for (int i = 0; i < 21; ++i) {
+            QCOMPARE(periods.itemData(i).toInt(), codes[i]);
+            QCOMPARE(periods.itemText(i), QStringLiteral("период %1").arg(codes[i]));
+        }
+        for (const char *name : {"thePerMonth1", "thePerMonth2"}) {
+            const ComboBox &months = panel.Combo(name);
+            QCOMPARE(months.count(), 12);
+            for (int i = 0; i < 12; ++i) {
+                QCOMPARE(months.itemData(i).toInt(), i + 1);
+                QCOMPARE(months.itemText(i), QStringLiteral("период %1").arg(i + 1));
             }
         }
+        for (const char *name : {"thePeriodTime", "thePerMonth1", "thePerMonth2"}) {
+            QCOMPARE(panel.Combo(name).currentIndex(), -1);
+            QCOMPARE(GetComboData(panel.Combo(name), -77), -77);
+        }
+    }
+
+    void FailingInit() {
+        int calls = 0;
+        MemoryOffice::The().OnCall = [&](const QString &aMember) {
+            if (aMember == u"GetPeriodName" && ++calls == 3)
+                throw Failure(70, QStringLiteral("S"), QStringLiteral("D"));
+        };
+        VkDocQueryCriteries panel;
+        QString chain;
+        try {
+            panel.Init();
+        } catch (const Failure &failure) {
+            chain = failure.Description();
+        }
+        MemoryOffice::The().OnCall = nullptr;
+        QCOMPARE(chain, QStringLiteral("[Vk_DocQuery::VkDocQueryCriteries.Init]\r\n[S]\r\nD"));
+        QCOMPARE(panel.findChild<ComboBox *>(QStringLiteral("theOnePerYear"))->count(), 10);
+        QCOMPARE(panel.findChild<ComboBox *>(QStringLiteral("thePeriodTime"))->count(), 2);
+    }
+
+    void ListColumns_data() {
+        QTest::addColumn<int>("position");
+        QTest::addColumn<QString>("caption");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<int>("width");
+        const auto row = [](const char *list, int position, const char *caption, const char *key,
+                            int width) {
+            QTest::newRow(
+                qPrintable(QStringLiteral("%1 %2").arg(QLatin1String(list)).arg(position)))
+                << position << QString::fromUtf8(caption) << QString::fromLatin1(key) << width;
+        };
+        row("theTaxpayersList", 0, "*", "icon", 300);
+        row("theTaxpayersList", 1, "ИНН", "inn", 1500);
+        row("theTaxpayersList", 2, "КПП", "kpp", 1200);
+        row("theTaxpayersList", 3, "Наименование/ ФИО", "name", 6000);
+        row("theTaxpayersList", 4, "Головная организация", "mainorg", 6000);
+        row("theAccStreamsList", 0, "*", "", 300);
+        row("theAccStreamsList", 1, "Название", "", 4500);
+        row("theAccStreamsList", 2, "К.орг.", "", 1500);
+        row("theAccStreamsList", 3, "КПП", "", 1200);
+        row("theAccStreamsList", 4, "ИНН", "", 1500);
+        row("theAccStreamsList", 5, "Организация/ Налогоплательщик", "", 6000);
+        row("theTemplatesList", 0, "*", "", 300);
+        row("theTemplatesList", 1, "Срок действия", "term", 2100);
+        row("theTemplatesList", 2, "Наименование", "name", 9000);
+    }
+    void ListColumns() {
+        QFETCH(int, position);
+        QFETCH(QString, caption);
+        QFETCH(QString, key);
+        QFETCH(int, width);
+        const QByteArray list = QByteArray(QTest::currentDataTag()).split(' ').first();
+        const ListColumn column = thePanel->List(list.constData()).Column(position);
+        QCOMPARE(column.Caption, caption);
+        QCOMPARE(column.Key, key);
+        QCOMPARE(column.Width, width);
+    }
+
+    void ListsAtFirst() {
+        const auto check = [this](const char *name, int columns, int sortKey) {
+            const ListView &list = thePanel->List(name);
+            QCOMPARE(list.ColumnCount(), columns);
+            QVERIFY(list.IsSorted());
+            QCOMPARE(int(list.SortKey()), sortKey);
+            QCOMPARE(list.SortOrder(), 0);
+            QCOMPARE(list.RowCount(), 0);
+        };
+        check("theTaxpayersList", 5, 3);
+        check("theAccStreamsList", 6, 3);
+        check("theTemplatesList", 3, 2);
+    }
+
+    // Keys.
+
+    void TabKeyWalksInOrder_data() {
+        QTest::addColumn<QString>("page");
+        QTest::newRow("taxpayer") << QStringLiteral("theTaxpayerPanel");
+        QTest::newRow("accstream") << QStringLiteral("theAccStreamPanel");
+        QTest::newRow("time") << QStringLiteral("thePeriodPanel");
+        QTest::newRow("template") << QStringLiteral("theTemplatePanel");
+        QTest::newRow("doc") << QStringLiteral("theDocPanel");
+    }
+    void TabKeyWalksInOrder() {
+        QFETCH(QString, page);
+        OpenPanel panel;
+        for (auto *box : panel.findChildren<CheckBox *>()) box->SetValue(1);
+        panel.Option("theOptMainOrgs").SetValue(true);
+        panel.Option("theAccStreamClosed").SetValue(true);
+        panel.Option("theContoraJoinAnd").SetValue(true);
+        panel.Option("theOptTemplate").SetValue(true);
+        panel.Option("theNotesLike").SetValue(true);
+        panel.Option("theDocNumRange").SetValue(true);
+        panel.Option("theRangePeriods").SetValue(true);
+        panel.SetCurrentTab(QString::fromLatin1(QTest::currentDataTag()));
+        panel.show();
+        panel.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&panel));
+
+        // An option group is one stop, on the chosen option; the arrow keys go on from there.
+        QVector<Fact> stops;
+        for (const Fact &fact : Facts()) {
+            const QWidget &element = panel.Get(qPrintable(fact.ObjectName()));
+            const bool passive = fact.Kind.contains(u"frame") || fact.Kind == u"label" ||
+                                 fact.Kind == u"image" || fact.Kind == u"scrolling box";
+            const auto *option = qobject_cast<const OptionButton *>(&element);
+            const bool other = option && !option->Value() && AnyChosenBeside(*option);
+            if (fact.Page == page && !passive && !other && element.isVisible() &&
+                element.isEnabled())
+                stops << fact;
+        }
+        std::sort(stops.begin(), stops.end(), [](const Fact &left, const Fact &right) {
+            return left.TabOrder < right.TabOrder;
+        });
+
+        panel.Tabs().Bar()->setFocus();
+        QStringList walked;
+        QStringList wanted;
+        for (const Fact &stop : stops) {
+            wanted << stop.ObjectName();
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            QWidget *reached = QApplication::focusWidget();
+            while (reached && !reached->objectName().startsWith(u"the"))
+                reached = reached->parentWidget();
+            walked << (reached ? reached->objectName() : QString());
+        }
+        QCOMPARE(walked, wanted);
+        QVERIFY(walked.size() >= 5);
+    }
+
+    void WhatStandsBehindThePanelComesBehindIt() {
+        QWidget window;
+        auto *panel = new OpenPanel;
+        panel->setParent(&window);
+        auto *button = new QPushButton(QStringLiteral("OK"), &window);
+        QWidget::setTabOrder(panel, button);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        panel->setFocus();
+        QCOMPARE(QApplication::focusWidget(), panel->Tabs().Bar());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), &panel->Get("theIsTaxpayers"));
+        panel->List("theTaxpayersList").setFocus();
+        for (int i = 0; i < 3; ++i) QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), &panel->Get("theTaxpayerDelete"));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), button);
+    }
+
+    void ArrowsGoThroughAGroup() {
+        OpenPanel panel;
+        panel.Check("theIsDocNum").SetValue(1);
+        panel.Check("theIsNotes").SetValue(1);
+        panel.Option("theNotesEmpty").SetValue(true);
+        panel.SetCurrentTab(QStringLiteral("doc"));
+        panel.show();
+        QVERIFY(QTest::qWaitForWindowActive(&panel));
+        panel.Option("theNotesEmpty").setFocus();
+        QTest::keyClick(&panel.Option("theNotesEmpty"), Qt::Key_Down);
+        QVERIFY(panel.Option("theNotesNotEmpty").Value());
+        QTest::keyClick(&panel.Option("theNotesNotEmpty"), Qt::Key_Down);
+        QVERIFY(panel.Option("theNotesLike").Value());
+        QVERIFY(panel.Get("theNotes").isVisible());
+    }
+
+    void KeysSwitchTabs_data() {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<QString>("from");
+        QTest::addColumn<QString>("to");
+        const auto row = [](const char *name, Qt::Key key, Qt::KeyboardModifiers modifiers,
+                            const char *from, const char *to) {
+            QTest::newRow(name) << int(key) << int(modifiers.toInt()) << QString::fromLatin1(from)
+                                << QString::fromLatin1(to);
+        };
+        row("next", Qt::Key_Tab, Qt::ControlModifier, "taxpayer", "accstream");
+        row("next by page", Qt::Key_PageDown, Qt::ControlModifier, "time", "template");
+        row("behind the last", Qt::Key_Tab, Qt::ControlModifier, "doc", "taxpayer");
+        row("before", Qt::Key_Tab, Qt::ControlModifier | Qt::ShiftModifier, "doc", "template");
+        row("before as keyboards send it", Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier,
+            "doc", "template");
+        row("before by page", Qt::Key_PageUp, Qt::ControlModifier, "accstream", "taxpayer");
+        row("before the first", Qt::Key_PageUp, Qt::ControlModifier, "taxpayer", "doc");
+    }
+    void KeysSwitchTabs() {
+        QFETCH(int, key);
+        QFETCH(int, modifiers);
+        QFETCH(QString, from);
+        QFETCH(QString, to);
+        OpenPanel panel;
+        for (auto *box : panel.findChildren<CheckBox *>()) box->SetValue(1);
+        panel.SetCurrentTab(from);
+        panel.show();
+        QVERIFY(QTest::qWaitForWindowActive(&panel));
+        panel.Tabs().Bar()->setFocus();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);  // the first element of the page
+        const QWidget *before = QApplication::focusWidget();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key(key),
+                        Qt::KeyboardModifiers(modifiers));
+        QCOMPARE(panel.GetCurrentTab(), to);
+        const QWidget *now = QApplication::focusWidget();
+        QVERIFY(now && now != before && now->isVisible());
+    }
+
+    void KeysSwitchTabsFromInsideAList() {
+        OpenPanel panel;
+        panel.Check("theIsTaxpayers").SetValue(1);
+        panel.show();
+        QVERIFY(QTest::qWaitForWindowActive(&panel));
+        panel.List("theTaxpayersList").setFocus();
+        QTest::keyClick(&panel.List("theTaxpayersList"), Qt::Key_PageDown, Qt::ControlModifier);
+        QCOMPARE(panel.GetCurrentTab(), QStringLiteral("accstream"));
+    }
+
+    void TabIsChosenWithTheMouse() {
+        OpenPanel panel;
+        panel.show();
+        QTabBar *bar = panel.Tabs().Bar();
+        QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier, bar->tabRect(3).center());
+        QCOMPARE(panel.GetCurrentTab(), QStringLiteral("template"));
+        QVERIFY(panel.Get("theTemplatePanel").isVisible());
+        QVERIFY(!panel.Get("theTaxpayerPanel").isVisible());
+    }
+
+    void TabKeysCompareWithCase() {
+        OpenPanel panel;
+        panel.SetCurrentTab(QStringLiteral("Doc"));
+        QCOMPARE(panel.GetCurrentTab(), QStringLiteral("taxpayer"));
+        panel.SetCurrentTab(QStringLiteral("doc"));
+        QCOMPARE(panel.GetCurrentTab(), QStringLiteral("doc"));
+    }
+
+    void NoSelectedTabIsAnEmptyKey() {
+        OpenPanel panel;
+        QTabBar *bar = panel.Tabs().Bar();
+        while (bar->count() > 0) bar->removeTab(0);
+        QCOMPARE(panel.GetCurrentTab(), QString());
+    }
+
+    // Looks.
+
+    void EveryCaptionFits_data() {
+        QTest::addColumn<QStringList>("faces");
+        QTest::newRow("window font") << QStringList();
+        QTest::newRow("system font, narrowed")
+            << QStringList(QStringLiteral("a face that nobody has"));
+    }
+    void EveryCaptionFits() {
+        QFETCH(QStringList, faces);
+        OpenPanel panel;
+        if (!faces.isEmpty()) panel.setFont(WindowFontOutOf(faces));
+        for (const Fact &fact : Facts()) {
+            QWidget &element = panel.Get(qPrintable(fact.ObjectName()));
+            const QRect room = CaptionRoom(element);
+            if (room.isEmpty()) continue;
+            const bool wraps = element.height() > 22;
+            const int flags = wraps ? Qt::TextWordWrap : Qt::TextSingleLine;
+            const QSize needed =
+                element.fontMetrics().boundingRect(room, flags, fact.Caption.trimmed()).size();
+            QVERIFY2(needed.width() <= room.width() && needed.height() <= element.height() + 1,
+                     qPrintable(QStringLiteral("%1: %2 x %3 in %4 x %5")
+                                    .arg(fact.ObjectName())
+                                    .arg(needed.width())
+                                    .arg(needed.height())
+                                    .arg(room.width())
+                                    .arg(element.height())));
+        }
+        const QTabBar *bar = panel.Tabs().Bar();
+        QVERIFY(bar->tabRect(4).right() < bar->width());
     }
 
 private:

@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QFile>
 #include <QImage>
 #include <QImageReader>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <Vk_DocQuery/Failure.h>
@@ -290,6 +292,40 @@ private slots:
                                 "otherdocs", "perreg", "period_letter", "year", "galka_green"})
             QVERIFY2(!SharedImages()->Picture(QString::fromLatin1(key)).isNull(), key);
         QVERIFY(PanelImages()->Contains(QStringLiteral("doc_blank")));
+    }
+
+    /// What the record libraries hand out, read from their own sources: the panel shows all of it.
+    void KeysOfTheRecordLibrariesResolve_data() {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("pattern");
+        QTest::newRow("forms") << QStringLiteral("sample/forms.tsv")
+                               << QStringLiteral("\t([a-z]\\w*)$");
+        QTest::newRow("versions of forms")
+            << QStringLiteral("sample/form_versions.tsv") << QStringLiteral("\t([a-z]\\w*)$");
+        QTest::newRow("kinds of stream")
+            << QStringLiteral("sql/stream_types.sql") << QStringLiteral(", '(\\w+)'\\);$");
+        QTest::newRow("streams") << QStringLiteral("AccStreams.cpp")
+                                 << QStringLiteral("THEN '(acc_\\w+)'");
+        QTest::newRow("persons") << QStringLiteral("Persons.cpp")
+                                 << QStringLiteral("\\bQStringLiteral\\(\"([a-z_]+)\"\\)[ ;]");
+    }
+    void KeysOfTheRecordLibrariesResolve() {
+        QFETCH(QString, file);
+        QFETCH(QString, pattern);
+        QFile source(QStringLiteral(VK_RECORDS_SOURCE "/") + file);
+        QVERIFY2(source.open(QIODevice::ReadOnly | QIODevice::Text), qPrintable(source.fileName()));
+        const QRegularExpression expression(pattern, QRegularExpression::MultilineOption);
+        auto matches = expression.globalMatch(QString::fromUtf8(source.readAll()));
+        QStringList missing;
+        int count = 0;
+        while (matches.hasNext()) {
+            const QString key = matches.next().captured(1);
+            if (key == QStringLiteral("icon")) continue;  // the caption of the column
+            ++count;
+            if (!PanelImages()->Contains(key)) missing << key;
+        }
+        QVERIFY(count > 0);
+        QVERIFY2(missing.isEmpty(), qPrintable(missing.join(u' ')));
     }
 
     void StatusesHaveFourPictures() {

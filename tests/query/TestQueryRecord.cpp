@@ -1,5 +1,6 @@
 #include <QTest>
 
+#include "foundation/Clock.h"
 #include "query/Fields.h"
 #include "support/MemoryRecords.h"
 #include "support/TestMain.h"
@@ -177,6 +178,20 @@ private slots:
         QCOMPARE(record.LastDocNumsCount, 1053);
         QVERIFY(record.SignDate1 == LooseValue(4));
         QVERIFY(record.SignDate2 == LooseValue(5));
+    }
+
+    void RecordsMadeAcrossNewYearDiffer() {
+        SetTodayForTests(QDate(2024, 12, 31));
+        const VkDocQueryData before;
+        SetTodayForTests(QDate(2025, 1, 1));
+        const VkDocQueryData after;
+        SetTodayForTests(QDate());
+        QCOMPARE(before.OnePeriodYear, 2024);
+        QCOMPARE(before.RangePeriodYear1, 2024);
+        QCOMPARE(before.RangePeriodYear2, 2024);
+        QCOMPARE(after.OnePeriodYear, 2025);
+        QCOMPARE(after.RangePeriodYear1, 2025);
+        QCOMPARE(after.RangePeriodYear2, 2025);
     }
 
     void AnyValueIsTaken() {

@@ -1,0 +1,276 @@
+#include "dialog/DocQueryOptionsFrm.h"
+
+#include <QPushButton>
+#include <QResizeEvent>
+#include <QScreen>
+
+#include "controls/DateBox.h"
+#include "controls/Fonts.h"
+#include "controls/HelpButton.h"
+#include "controls/PictureButton.h"
+#include "controls/Pictures.h"
+#include "controls/Stitch.h"
+#include "dialog/AskFileAndLoadDocQuery.h"
+#include "foundation/mErrorHandling.h"
+#include "foundation/mFileOpenSaveDialog.h"
+#include "foundation/mVkGraphLight.h"
+#include "foundation/mVkLib.h"
+#include "panel/VkDocQueryCriteries.h"
+
+namespace Vk_DocQuery {
+
+namespace {
+
+constexpr char theModule[] = "DocQueryOptionsFrm";
+constexpr qsizetype theLongestNameInCaption = 100;
+
+// Twips.
+constexpr int theFrameTop = 8880;
+constexpr int theFrameHeight = 855;
+constexpr int theGapBehindCancel = 240;
+constexpr int theGapBehindOK = 180;
+
+const QString theTitle = QStringLiteral("Поиск документов");
+const QString theHelpPage = QStringLiteral("../service/Program_setting.htm");
+const QString theDefaultFileName = QStringLiteral("Query.qvk");
+
+void Place(QWidget &aControl, const QString &aName, int aLeft, int aTop, int aWidth, int aHeight) {
+    aControl.setObjectName(aName);
+    aControl.setGeometry(PixelsFromTwips(aLeft), PixelsFromTwips(aTop), PixelsFromTwips(aWidth),
+                         PixelsFromTwips(aHeight));
+}
+
+}  // namespace
+
+DocQueryOptionsFrm::DocQueryOptionsFrm() {
+    setObjectName(QStringLiteral("DocQueryOptionsFrm"));
+    setWindowTitle(theTitle);
+    setWindowIcon(WindowIcon(QStringLiteral("dialog")));
+    setFont(WindowFont());
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    setWindowFlag(Qt::WindowMaximizeButtonHint);
+}
+
+DocQueryOptionsFrm::~DocQueryOptionsFrm() = default;
+
+bool DocQueryOptionsFrm::Execute() {
+    bool confirmed = false;
+    try {
+        confirmed = Run();
+    } catch (...) {
+        ReportErrorToUser(theModule, "Execute");
+    }
+    DialogFinished = true;
+    UnloadControls();
+    return confirmed;
+}
+
+bool DocQueryOptionsFrm::Run() {
+    EnsureInitialized();
+    DialogFinished = false;
+    if (!RecordAssigned) SetRecord(nullptr);
+    OptionsOk = false;
+    exec();
+    if (OptionsOk) theData->AssembleValuesTo(*theRecord);
+    return OptionsOk;
+}
+
+std::shared_ptr<VkDocQueryData> DocQueryOptionsFrm::Record() try {
+    if (DialogFinished) return theRecord;
+    EnsureInitialized();
+    if (!theRecord) theRecord = std::make_shared<VkDocQueryData>();
+    theData->AssembleValuesTo(*theRecord);
+    return theRecord;
+} catch (...) {
+    RaiseErrorUp(theModule, "Get-Record");
+}
+
+void DocQueryOptionsFrm::SetRecord(std::shared_ptr<VkDocQueryData> aRecord) try {
+    EnsureInitialized();
+    RecordAssigned = true;
+    theRecord = aRecord ? std::move(aRecord) : std::make_shared<VkDocQueryData>();
+    theData->DistributeValues(*theRecord);
+    RefreshCaption();
+} catch (...) {
+    RaiseErrorUp(theModule, "Set-Record");
+}
+
+void DocQueryOptionsFrm::EnsureInitialized() try {
+    LoadControls();
+    if (PanelInitialized) return;
+    theData->Init();
+    PanelInitialized = true;
+} catch (...) {
+    RaiseErrorUp(theModule, "EnsureInitialized");
+}
+
+void DocQueryOptionsFrm::RefreshCaption() try {
+    if (!theRecord) theRecord = std::make_shared<VkDocQueryData>();
+    QString name = theRecord->FileName;
+    if (name.size() > theLongestNameInCaption) {
+        QString head;
+        QString tail;
+        QString file;
+        name = FilesLib().ShortenFilePath(name, head, tail, file);
+    }
+    setWindowTitle(name.isEmpty() ? theTitle : theTitle + QStringLiteral(" - [") + name + u']');
+} catch (...) {
+    RaiseErrorUp(theModule, "RefreshCaption");
+}
+
+bool DocQueryOptionsFrm::Validate() try {
+    VkDocQueryData record;  // a rejected search leaves the caller's record alone
+    theData->AssembleValuesTo(record);
+    return record.Validate();
+} catch (...) {
+    RaiseErrorUp(theModule, "Validate");
+}
+
+void DocQueryOptionsFrm::SaveRecord(VkDocQueryData &aRecord, const QString &aFileName,
+                                    bool &rOk) try {
+    rOk = aRecord.WriteToXmlFile(aFileName);
+    if (rOk) return;
+    ShowWarningBox(QStringLiteral("Ошибка сохранения файла критериев поиска \"") + aFileName +
+                       QStringLiteral("\":\r\n") + aRecord.LastError,
+                   QStringLiteral("Ошибка"));
+} catch (...) {
+    RaiseErrorUp(theModule, "SaveRecord");
+}
+
+void DocQueryOptionsFrm::SaveRecordAs() {
+    const auto record = Record();
+    const QString offered = record->FileName.isEmpty() ? theDefaultFileName : record->FileName;
+    const QString path =
+        AskFileNameForSaving(QStringLiteral("Сохранить файл критериев поиска"), theQueryFilesFilter,
+                             offered, winId(), theSavingFlags, QString());
+    if (path.isEmpty()) return;
+    bool saved = false;
+    SaveRecord(*record, path, saved);
+    if (!saved) return;
+    record->FileName = path;
+    RefreshCaption();
+}
+
+void DocQueryOptionsFrm::theOK_Click() try {
+    if (!theData->FinishInput() || !Validate()) return;
+    if (!AskYesNo(
+            QStringLiteral("Вы уверены, что ввели все критерии поиска и хотите выполнить поиск "
+                           "документов?"),
+            QStringLiteral("Норвик: Критерии поиска документов")))
+        return;
+    OptionsOk = true;
+    hide();
+} catch (...) {
+    ReportErrorToUser(theModule, "theOK_Click");
+}
+
+void DocQueryOptionsFrm::theCancel_Click() try { hide(); } catch (...) {
+    ReportErrorToUser(theModule, "theCancel_Click");
+}
+
+void DocQueryOptionsFrm::theLoad_Click() try {
+    auto record = AskFileAndLoadDocQuery(winId());
+    if (record) SetRecord(std::move(record));
+} catch (...) {
+    ReportErrorToUser(theModule, "theLoad_Click");
+}
+
+void DocQueryOptionsFrm::theSave_Click() try {
+    if (!theData->FinishInput()) return;
+    const auto record = Record();
+    if (record->FileName.isEmpty()) {
+        SaveRecordAs();
+        return;
+    }
+    bool saved = false;
+    SaveRecord(*record, record->FileName, saved);
+} catch (...) {
+    ReportErrorToUser(theModule, "theSave_Click");
+}
+
+void DocQueryOptionsFrm::theSaveAs_Click() try {
+    if (!theData->FinishInput()) return;
+    SaveRecordAs();
+} catch (...) {
+    ReportErrorToUser(theModule, "theSaveAs_Click");
+}
+
+void DocQueryOptionsFrm::reject() {
+    theCancel_Click();
+}
+
+void DocQueryOptionsFrm::resizeEvent(QResizeEvent *aEvent) {
+    QDialog::resizeEvent(aEvent);
+    Form_Resize();
+}
+
+void DocQueryOptionsFrm::Form_Resize() {
+    if (!theData) return;
+    const int gapBehindCancel = PixelsFromTwips(theGapBehindCancel);
+    const int gapBehindOK = PixelsFromTwips(theGapBehindOK);
+    theBottomFrame->setGeometry(0, height() - theBottomFrame->height(), width(),
+                                theBottomFrame->height());
+    theBottomStitch->resize(theBottomFrame->width(), theBottomStitch->height());
+    theCancel->move(theBottomFrame->width() - theCancel->width() - gapBehindCancel, theCancel->y());
+    theOK->move(theCancel->x() - theOK->width() - gapBehindOK, theOK->y());
+    theData->setGeometry(0, 0, width(), height() - theBottomFrame->height());
+}
+
+void DocQueryOptionsFrm::LoadControls() {
+    if (theData) return;
+    theData = new VkDocQueryCriteries(this);
+    Place(*theData, QStringLiteral("theData"), 0, 0, thePanelWidth, thePanelHeight);
+    theBottomFrame = new QWidget(this);
+    Place(*theBottomFrame, QStringLiteral("theBottomFrame"), 0, theFrameTop, thePanelWidth,
+          theFrameHeight);
+    theBottomStitch = new DStitch(theBottomFrame);
+    theBottomStitch->setObjectName(QStringLiteral("theBottomStitch"));
+    theBottomStitch->move(0, 0);
+
+    struct ButtonRow {
+        QPushButton *&Element;
+        QString Name;
+        QString Caption;
+        int Picture;  // 0: none
+        int Left;
+        int Width;
+        void (DocQueryOptionsFrm::*Handler)();
+    };
+    const ButtonRow rows[] = {
+        {theLoad, QStringLiteral("theLoad"), QStringLiteral("Загрузить ..."), 0, 180, 1575,
+         &DocQueryOptionsFrm::theLoad_Click},
+        {theSave, QStringLiteral("theSave"), QStringLiteral("Сохранить"), 0, 1800, 1575,
+         &DocQueryOptionsFrm::theSave_Click},
+        {theSaveAs, QStringLiteral("theSaveAs"), QStringLiteral("Сохранить как ..."), 0, 3420, 1695,
+         &DocQueryOptionsFrm::theSaveAs_Click},
+        {theOK, QStringLiteral("theOK"), QStringLiteral("OK"), 5, 8940, 1395,
+         &DocQueryOptionsFrm::theOK_Click},
+        {theCancel, QStringLiteral("theCancel"), QStringLiteral("Отмена"), 2, 10440, 1635,
+         &DocQueryOptionsFrm::theCancel_Click},
+    };
+    for (const ButtonRow &row : rows) {
+        row.Element = row.Picture != 0 ? new DButton(row.Caption, row.Picture, theBottomFrame)
+                                       : new QPushButton(row.Caption, theBottomFrame);
+        Place(*row.Element, row.Name, row.Left, 180, row.Width, 495);
+        row.Element->setAutoDefault(false);
+        connect(row.Element, &QPushButton::clicked, this, row.Handler);
+    }
+    theHelp = new DHelpButton(theHelpPage, theBottomFrame);
+    Place(*theHelp, QStringLiteral("theHelp"), 6300, 180, 1395, 495);
+    theHelp->setAutoDefault(false);
+    theOK->setDefault(true);
+    theCancel->setProperty(DateBox::theChecksProperty, false);  // leaves a half typed date alone
+
+    setTabOrder(theSaveAs, theHelp);
+    resize(PixelsFromTwips(thePanelWidth), PixelsFromTwips(theFrameTop + theFrameHeight));
+    Form_Resize();
+}
+
+void DocQueryOptionsFrm::UnloadControls() {
+    delete theData;
+    theData = nullptr;
+    delete theBottomFrame;  // with all the buttons
+    theBottomFrame = nullptr;
+}
+
+}  // namespace Vk_DocQuery

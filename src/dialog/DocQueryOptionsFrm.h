@@ -1,0 +1,72 @@
+#pragma once
+
+#include <memory>
+
+#include <QDialog>
+
+#include <Vk_DocQuery/VkDocQueryData.h>
+
+class QPushButton;
+
+namespace Vk_DocQuery {
+
+class DHelpButton;
+class DStitch;
+class VkDocQueryCriteries;
+
+/// The modal window in which the user states a search: the criteria panel, the buttons below it,
+/// and the rules by which values travel between the panel and the record being edited.
+///
+/// The record is held by reference and edited in place: reading Record while the window is up
+/// writes the panel into it. One object serves one run; after it the panel is gone.
+class DocQueryOptionsFrm : public QDialog {
+    Q_OBJECT
+
+public:
+    DocQueryOptionsFrm();
+    ~DocQueryOptionsFrm() override;
+
+    /// True if the search was confirmed. Failures are shown to the user and give false.
+    bool Execute();
+    std::shared_ptr<VkDocQueryData> Record();
+    void SetRecord(std::shared_ptr<VkDocQueryData> aRecord);
+
+protected:
+    void resizeEvent(QResizeEvent *aEvent) override;
+    void reject() override;
+
+private:
+    void LoadControls();
+    void UnloadControls();
+    void EnsureInitialized();
+    void RefreshCaption();
+    bool Validate();
+    void SaveRecord(VkDocQueryData &aRecord, const QString &aFileName, bool &rOk);
+    void SaveRecordAs();
+    bool Run();
+    void Form_Resize();
+
+    void theOK_Click();
+    void theCancel_Click();
+    void theLoad_Click();
+    void theSave_Click();
+    void theSaveAs_Click();
+
+    bool OptionsOk = false;
+    bool RecordAssigned = false;
+    bool PanelInitialized = false;
+    bool DialogFinished = false;
+    std::shared_ptr<VkDocQueryData> theRecord;
+
+    VkDocQueryCriteries *theData = nullptr;
+    QWidget *theBottomFrame = nullptr;
+    QPushButton *theLoad = nullptr;
+    QPushButton *theSave = nullptr;
+    QPushButton *theSaveAs = nullptr;
+    DHelpButton *theHelp = nullptr;
+    QPushButton *theOK = nullptr;
+    QPushButton *theCancel = nullptr;
+    DStitch *theBottomStitch = nullptr;
+};
+
+}  // namespace Vk_DocQuery

@@ -1,0 +1,46 @@
+#include <Vk_DocQuery/DocQueryEditor.h>
+
+#include "dialog/AskFileAndLoadDocQuery.h"
+#include "dialog/DocQueryOptionsFrm.h"
+#include "foundation/Application.h"
+#include "foundation/mErrorHandling.h"
+
+namespace Vk_DocQuery {
+
+namespace {
+constexpr char theModule[] = "DocQueryTest";  // hosts know the class by its older name in the chain
+}
+
+DocQueryEditor::DocQueryEditor() try {
+    EnsureApplication();
+    theDialog = std::make_unique<DocQueryOptionsFrm>();
+} catch (...) {
+    RaiseErrorUp(theModule, "Class_Initialize");
+}
+
+DocQueryEditor::~DocQueryEditor() = default;
+
+std::shared_ptr<VkDocQueryData> DocQueryEditor::Record() try {
+    return theDialog->Record();
+} catch (...) {
+    RaiseErrorUp(theModule, "Get-Record");
+}
+
+void DocQueryEditor::SetRecord(std::shared_ptr<VkDocQueryData> aRecord) try {
+    theDialog->SetRecord(std::move(aRecord));
+} catch (...) {
+    RaiseErrorUp(theModule, "Set-Record");
+}
+
+bool DocQueryEditor::Execute() try { return theDialog->Execute(); } catch (...) {
+    RaiseErrorUp(theModule, "RunOptionsDialog");
+}
+
+std::shared_ptr<VkDocQueryData> DocQueryEditor::AskAndLoadQuery(WId aHwnd) try {
+    EnsureApplication();
+    return AskFileAndLoadDocQuery(aHwnd);
+} catch (...) {
+    RaiseErrorUp(theModule, "AskAndLoadQuery");
+}
+
+}  // namespace Vk_DocQuery

@@ -1,0 +1,84 @@
+#include <QDesktopServices>
+#include <QFile>
+#include <QTest>
+#include <QUrl>
+
+#include "controls/HelpButton.h"
+#include "controls/PictureButton.h"
+#include "controls/Stitch.h"
+#include "support/ModalDriver.h"
+#include "support/TestMain.h"
+
+using namespace Vk_DocQuery;
+using namespace VkTests;
+
+namespace {
+
+/// Stands for the desktop.
+class Desktop : public QObject {
+    Q_OBJECT
+
+public:
+    Desktop() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "Open"); }
+    ~Desktop() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
+    QList<QUrl> Opened;
+
+public slots:
+    void Open(const QUrl &aUrl) { Opened << aUrl; }
+};
+
+}  // namespace
+
+class TestButtons : public QObject {
+    Q_OBJECT
+
+private slots:
+    void StandardPictures() {
+        const DButton ok(QStringLiteral("OK"), 5);
+        const DButton cancel(QStringLiteral("Отмена"), 2);
+        QCOMPARE(ok.text(), QStringLiteral("OK"));
+        QVERIFY(!ok.icon().isNull());
+        QVERIFY(!cancel.icon().isNull());
+        QVERIFY(ok.icon().pixmap(16).toImage() != cancel.icon().pixmap(16).toImage());
+        QVERIFY(DButton(QStringLiteral("x"), 0).icon().isNull());
+    }
+
+    void StitchIsALine() {
+        const DStitch stitch;
+        QCOMPARE(stitch.frameShape(), QFrame::HLine);
+        QCOMPARE(stitch.maximumHeight(), 2);
+    }
+
+    void HelpOpensItsPageThroughTheDesktop() {
+        Desktop desktop;
+        const QString page = QStringLiteral("help_page_of_a_test.htm");
+        DHelpButton button(page);
+        QFile file(button.PagePath());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.close();
+        button.show();
+        QTest::mouseClick(&button, Qt::LeftButton);
+        file.remove();
+        QCOMPARE(desktop.Opened, QList<QUrl>{QUrl::fromLocalFile(button.PagePath())});
+        QCOMPARE(button.PagePath(), QCoreApplication::applicationDirPath() + u'/' + page);
+    }
+
+    void MissingPageGivesABoxWithItsPath() {
+        Desktop desktop;
+        DHelpButton button(QStringLiteral("../no_such_folder/Program_setting.htm"));
+        QVERIFY(!button.PagePath().contains(QStringLiteral("..")));
+        button.show();
+        ModalDriver driver;
+        driver.ExpectBox(
+            QStringLiteral("Справка"),
+            QStringLiteral("Не найдена страница справки \"%1\".").arg(button.PagePath()),
+            QStringLiteral("OK"));
+        QTest::mouseClick(&button, Qt::LeftButton);
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(desktop.Opened.isEmpty());
+    }
+};
+
+VK_TEST_CLASS(TestButtons);
+
+#include "TestButtons.moc"

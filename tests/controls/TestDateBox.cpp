@@ -1,0 +1,327 @@
+#include <QCalendarWidget>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStyledItemDelegate>
+#include <QTableView>
+#include <QTest>
+#include <QToolButton>
+
+#include <Vk_DocQuery/Failure.h>
+
+#include "controls/DateBox.h"
+#include "controls/PictureButton.h"
+#include "support/ModalDriver.h"
+#include "support/TestMain.h"
+
+using namespace Vk_DocQuery;
+using namespace VkTests;
+
+namespace {
+
+const QString theBlank = QStringLiteral("__.__.____");
+const QString theTitle = QStringLiteral("Дата");
+
+/// A window with a date box, another element and the two buttons of a dialog.
+class Window : public QWidget {
+public:
+    Window() {
+        Box->setGeometry(10, 10, 93, 21);
+        Other->setGeometry(10, 40, 90, 21);
+        Cancel->setGeometry(10, 70, 90, 25);
+        resize(300, 300);
+        show();
+        if (!QTest::qWaitForWindowActive(this)) qFatal("the window does not come up");
+        Box->setFocus();
+    }
+
+    QLineEdit *Edit() const { return Box->Edit(); }
+    QCalendarWidget *Calendar() const { return Box->findChild<QCalendarWidget *>(); }
+    bool IsCalendarUp() const { return Calendar() && Calendar()->isVisible(); }
+
+    DateBox *Box = new DateBox(this);
+    QLineEdit *Other = new QLineEdit(this);
+    DButton *Cancel = new DButton(QStringLiteral("Отмена"), 2, this);
+};
+
+QString Shown(const LooseValue &aValue) {
+    return IsEmpty(aValue) ? QStringLiteral("empty") : ToText(aValue);
+}
+
+}  // namespace
+
+class TestDateBox : public QObject {
+    Q_OBJECT
+
+private slots:
+    void EmptyShowsTheMask() {
+        DateBox box;
+        QCOMPARE(box.Edit()->displayText(), theBlank);
+        QVERIFY(IsEmpty(box.Value()));
+        QVERIFY(box.IsAcceptable());
+        box.SetValue(QDate(2024, 2, 29));
+        QCOMPARE(box.Edit()->displayText(), QStringLiteral("29.02.2024"));
+        QCOMPARE(std::get<QDate>(box.Value()), QDate(2024, 2, 29));
+        box.SetValue(Null());
+        QCOMPARE(box.Edit()->displayText(), theBlank);
+        box.SetValue(QDate(2024, 2, 29));
+        box.SetValue(Empty());
+        QVERIFY(IsEmpty(box.Value()));
+    }
+
+    void Typing_data() {
+        QTest::addColumn<QString>("keys");
+        QTest::addColumn<QString>("display");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<bool>("acceptable");
+        QTest::newRow("digits") << "01022024"
+                                << "01.02.2024"
+                                << "01.02.2024" << true;
+        QTest::newRow("with dots") << "01.02.2024"
+                                   << "01.02.2024"
+                                   << "01.02.2024" << true;
+        QTest::newRow("short day and month") << "1.2.2024"
+                                             << "1_.2_.2024"
+                                             << "01.02.2024" << true;
+        QTest::newRow("letters") << "x01y022024"
+                                 << "01.02.2024"
+                                 << "01.02.2024" << true;
+        QTest::newRow("no such day") << "31022024"
+                                     << "31.02.2024"
+                                     << "empty" << false;
+        QTest::newRow("no leap year") << "29022023"
+                                      << "29.02.2023"
+                                      << "empty" << false;
+        QTest::newRow("half typed") << "3112"
+                                    << "31.12.____"
+                                    << "empty" << false;
+        QTest::newRow("short year") << "31.12.24"
+                                    << "31.12.24__"
+                                    << "empty" << false;
+        QTest::newRow("earliest") << "01010100"
+                                  << "01.01.0100"
+                                  << "01.01.0100" << true;
+        QTest::newRow("too early") << "31120099"
+                                   << "31.12.0099"
+                                   << "empty" << false;
+        QTest::newRow("latest") << "31129999"
+                                << "31.12.9999"
+                                << "31.12.9999" << true;
+        QTest::newRow("nothing") << ""
+                                 << "__.__.____"
+                                 << "empty" << true;
+    }
+
+    void Typing() {
+        QFETCH(QString, keys);
+        QFETCH(QString, display);
+        QFETCH(QString, value);
+        QFETCH(bool, acceptable);
+        Window window;
+        QTest::keyClicks(window.Edit(), keys);
+        QCOMPARE(window.Edit()->displayText(), display);
+        QCOMPARE(Shown(window.Box->Value()), value);
+        QCOMPARE(window.Box->IsAcceptable(), acceptable);
+    }
+
+    void DatesCanBePasted() {
+        Window window;
+        QGuiApplication::clipboard()->setText(QStringLiteral("15.08.2025"));
+        QTest::keyClick(window.Edit(), Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(Shown(window.Box->Value()), QStringLiteral("15.08.2025"));
+    }
+
+    void DeleteEmptiesTheSelectedDate_data() {
+        QTest::addColumn<int>("key");
+        QTest::newRow("Delete") << int(Qt::Key_Delete);
+        QTest::newRow("Backspace") << int(Qt::Key_Backspace);
+    }
+
+    void DeleteEmptiesTheSelectedDate() {
+        QFETCH(int, key);
+        Window window;
+        window.Box->SetValue(QDate(2024, 5, 6));
+        QTest::keyClick(window.Edit(), Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(window.Edit(), static_cast<Qt::Key>(key));
+        QCOMPARE(window.Edit()->displayText(), theBlank);
+        QVERIFY(window.Box->IsAcceptable());
+    }
+
+    void LeavingAWrongTextWarnsAndComesBack() {
+        Window window;
+        QTest::keyClicks(window.Edit(), QStringLiteral("31022024"));
+        ModalDriver driver;
+        driver.ExpectBox(theTitle, QStringLiteral("\"31.02.2024\" не является датой."),
+                         QStringLiteral("OK"));
+        QTest::keyClick(window.Edit(), Qt::Key_Tab);
+        QTRY_VERIFY2(driver.Done(), driver.Complaint());
+        QTRY_VERIFY(window.Edit()->hasFocus());
+        QCOMPARE(window.Edit()->displayText(), QStringLiteral("31.02.2024"));
+        QCOMPARE(window.Edit()->selectionStart(), 0);
+        QCOMPARE(window.Edit()->selectedText(), QStringLiteral("31"));
+        QTest::keyClicks(window.Edit(), QStringLiteral("28"));
+        QTest::keyClick(window.Edit(), Qt::Key_Tab);
+        QTRY_VERIFY(!window.Edit()->hasFocus());
+        QCOMPARE(Shown(window.Box->Value()), QStringLiteral("28.02.2024"));
+    }
+
+    void WrongPartIsSelected_data() {
+        QTest::addColumn<QString>("keys");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<int>("start");
+        QTest::newRow("day") << "32012024"
+                             << "\"32.01.2024\" не является датой." << 0;
+        QTest::newRow("month") << "01132024"
+                               << "\"01.13.2024\" не является датой." << 3;
+        QTest::newRow("year") << "0112"
+                              << "\"01.12.____\" не является датой." << 6;
+        QTest::newRow("bounds")
+            << "01010099"
+            << "Дата \"01.01.0099\" должна быть в пределах от 01.01.0100 до 31.12.9999." << 6;
+    }
+
+    void WrongPartIsSelected() {
+        QFETCH(QString, keys);
+        QFETCH(QString, message);
+        QFETCH(int, start);
+        Window window;
+        QTest::keyClicks(window.Edit(), keys);
+        ModalDriver driver;
+        driver.ExpectBox(theTitle, message, QStringLiteral("OK"));
+        QVERIFY(!window.Box->CheckText());
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(window.Edit()->selectionStart(), start);
+    }
+
+    void EnterWarnsToo() {
+        Window window;
+        QTest::keyClicks(window.Edit(), QStringLiteral("3102"));
+        int told = 0;
+        connect(window.Box, &DateBox::WrongText, &window, [&] { ++told; });
+        ModalDriver driver;
+        driver.ExpectBox(theTitle, QStringLiteral("\"31.02.____\" не является датой."),
+                         QStringLiteral("OK"));
+        QTest::keyClick(window.Edit(), Qt::Key_Return);
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(told, 1);
+    }
+
+    void LeavingARightTextTidiesIt() {
+        Window window;
+        QTest::keyClicks(window.Edit(), QStringLiteral("1.2.2024"));
+        QTest::keyClick(window.Edit(), Qt::Key_Tab);
+        QTRY_COMPARE(window.Edit()->displayText(), QStringLiteral("01.02.2024"));
+    }
+
+    void CancelButtonTakesTheFocusWithoutAWarning() {
+        Window window;
+        QTest::keyClicks(window.Edit(), QStringLiteral("3102"));
+        ModalDriver driver;
+        QTest::mouseClick(window.Cancel, Qt::LeftButton);
+        QTRY_VERIFY(window.Cancel->hasFocus());
+        QCoreApplication::processEvents();
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void CalendarOpensByKeyAndButton() {
+        Window window;
+        QTest::keyClick(window.Edit(), Qt::Key_F4);
+        QVERIFY(window.IsCalendarUp());
+        QTest::keyClick(window.Calendar()->findChild<QTableView *>(), Qt::Key_Escape);
+        QVERIFY(!window.IsCalendarUp());
+        QVERIFY(window.isVisible());
+        QTest::keyClick(window.Edit(), Qt::Key_Down, Qt::AltModifier);
+        QVERIFY(window.IsCalendarUp());
+        QTest::keyClick(window.Calendar()->findChild<QTableView *>(), Qt::Key_F4);
+        QVERIFY(!window.IsCalendarUp());
+        QTest::mouseClick(window.Box->findChild<QToolButton *>(), Qt::LeftButton);
+        QVERIFY(window.IsCalendarUp());
+    }
+
+    void CalendarOpensOnThePresentMonthOrOnTheDate() {
+        Window window;
+        const QDate before = QDate::currentDate();
+        QTest::keyClick(window.Edit(), Qt::Key_F4);
+        const QDate after = QDate::currentDate();
+        const QDate page(window.Calendar()->yearShown(), window.Calendar()->monthShown(), 1);
+        QVERIFY(page == QDate(before.year(), before.month(), 1) ||
+                page == QDate(after.year(), after.month(), 1));
+        QTest::keyClick(window.Calendar()->findChild<QTableView *>(), Qt::Key_Escape);
+        QVERIFY(IsEmpty(window.Box->Value()));
+
+        window.Box->SetValue(QDate(2019, 3, 8));
+        QTest::keyClick(window.Edit(), Qt::Key_F4);
+        QCOMPARE(window.Calendar()->yearShown(), 2019);
+        QCOMPARE(window.Calendar()->monthShown(), 3);
+        QCOMPARE(window.Calendar()->selectedDate(), QDate(2019, 3, 8));
+    }
+
+    void CalendarHeadings() {
+        Window window;
+        window.Box->SetValue(QDate(2019, 3, 8));
+        QTest::keyClick(window.Edit(), Qt::Key_F4);
+        auto *days = window.Calendar()->findChild<QTableView *>();
+        QStringList names;
+        for (int column = 0; column < days->model()->columnCount(); ++column) {
+            const QModelIndex index = days->model()->index(0, column);
+            if (days->isColumnHidden(column)) continue;
+            auto *delegate = qobject_cast<QStyledItemDelegate *>(days->itemDelegateForIndex(index));
+            QVERIFY(delegate);
+            names << delegate->displayText(index.data(), QLocale());
+        }
+        QCOMPARE(names.join(u','), QStringLiteral("Вс,Пн,Вт,Ср,Чт,Пт,Сб"));
+        QStringList heading;
+        for (const QToolButton *button : window.Calendar()->findChildren<QToolButton *>())
+            if (!button->text().isEmpty()) heading << button->text();
+        QVERIFY2(heading.contains(QStringLiteral("Март")), qUtf8Printable(heading.join(u'|')));
+        QVERIFY(heading.contains(QStringLiteral("2019")));
+    }
+
+    void CalendarGivesTheDate() {
+        Window window;
+        window.Box->SetValue(QDate(2019, 3, 8));
+        QTest::keyClick(window.Edit(), Qt::Key_F4);
+        auto *days = window.Calendar()->findChild<QTableView *>();
+        QTest::keyClick(days, Qt::Key_Right);
+        QTest::keyClick(days, Qt::Key_Return);
+        QVERIFY(!window.IsCalendarUp());
+        QCOMPARE(Shown(window.Box->Value()), QStringLiteral("09.03.2019"));
+    }
+
+    void CalendarEmptiesTheBox() {
+        Window window;
+        window.Box->SetValue(QDate(2019, 3, 8));
+        QTest::keyClick(window.Edit(), Qt::Key_F4);
+        QPushButton *clear = window.Box->findChild<QPushButton *>();
+        QCOMPARE(clear->text(), QStringLiteral("Очистить"));
+        QTest::mouseClick(clear, Qt::LeftButton);
+        QVERIFY(!window.IsCalendarUp());
+        QCOMPARE(window.Edit()->displayText(), theBlank);
+
+        window.Box->SetValue(QDate(2019, 3, 8));
+        QTest::keyClick(window.Edit(), Qt::Key_F4);
+        QTest::keyClick(window.Calendar()->findChild<QTableView *>(), Qt::Key_Delete);
+        QVERIFY(!window.IsCalendarUp());
+        QVERIFY(IsEmpty(window.Box->Value()));
+    }
+
+    void DatesOutOfBoundsAreRefused() {
+        DateBox box;
+        try {
+            box.SetValue(QDate(99, 12, 31));
+            QFAIL("nothing was raised");
+        } catch (const Failure &failure) {
+            QCOMPARE(failure.Number(), qint32(InvalidArgument));
+            QCOMPARE(failure.Description(),
+                     QStringLiteral("Недопустимое значение поля даты: \"31.12.0099\"."));
+        }
+        box.SetBounds(QDate(2000, 1, 1), QDate(2001, 1, 1));
+        box.SetValue(QDate(2000, 1, 1));
+        QVERIFY_THROWS_EXCEPTION(Failure, box.SetValue(QDate(2001, 1, 2)));
+    }
+};
+
+VK_TEST_CLASS(TestDateBox);
+
+#include "TestDateBox.moc"

@@ -1,0 +1,141 @@
+#include <QFile>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <Vk_DocQuery/DocQueryEditor.h>
+#include <Vk_DocQuery/Failure.h>
+
+#include "support/MemoryRecords.h"
+#include "support/ModalDriver.h"
+#include "support/TestMain.h"
+
+using namespace Vk_DocQuery;
+using namespace VkTests;
+
+namespace {
+const QString theLoadTitle = QStringLiteral("Открыть файл критериев поиска");
+}
+
+class TestDocQueryEditor : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() { MemoryOffice::Install(); }
+
+    void WithoutARecordItWorksOnANewOne() {
+        DocQueryEditor editor;
+        ModalDriver driver;
+        driver.Expect([](QWidget &window) { window.close(); });
+        QVERIFY(!editor.Execute());
+        QVERIFY2(driver.Done(), driver.Complaint());
+        const auto record = editor.Record();
+        QVERIFY(record);
+        QCOMPARE(record->OnePeriodMonthID, 16);
+        QCOMPARE(editor.Record(), record);
+    }
+
+    void CancelGivesBackTheGivenRecordUnchanged() {
+        DocQueryEditor editor;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->Notes = QStringLiteral("прежнее");
+        editor.SetRecord(record);
+        ModalDriver driver;
+        driver.Expect([&](QWidget &window) {
+            driver.Click(window.findChild<QPushButton *>(QStringLiteral("theCancel")));
+        });
+        QVERIFY(!editor.Execute());
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(editor.Record(), record);
+        QCOMPARE(record->Notes, QStringLiteral("прежнее"));
+    }
+
+    void ConfirmedSearchIsTrue() {
+        DocQueryEditor editor;
+        ModalDriver driver;
+        driver.Expect([&](QWidget &window) {
+            driver.ExpectBox(QStringLiteral("Норвик: Критерии поиска документов"),
+                             QStringLiteral("Вы уверены, что ввели все критерии поиска и хотите "
+                                            "выполнить поиск документов?"),
+                             QStringLiteral("Да"));
+            driver.Click(window.findChild<QPushButton *>(QStringLiteral("theOK")));
+        });
+        QVERIFY(editor.Execute());
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void CancelledFileDialogGivesNothing() {
+        DocQueryEditor editor;
+        ModalDriver driver;
+        driver.ExpectFileDialog(theLoadTitle, QString(), QString());
+        QVERIFY(!editor.AskAndLoadQuery(0));
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void FileWithAnotherRootGivesTheBox() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("other.qvk"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("<Other/>");
+        file.close();
+        DocQueryEditor editor;
+        ModalDriver driver;
+        driver.ExpectFileDialog(theLoadTitle, QString(), path);
+        driver.ExpectBox(
+            QStringLiteral("Ошибка"),
+            QStringLiteral("Ошибка открытия файла критериев поиска \"") + path +
+                QStringLiteral(
+                    "\":\r\nНеверный формат файла критериев поиска. Отсутствует корневой узел "
+                    "VkDocQuery."),
+            QStringLiteral("OK"));
+        QVERIFY(!editor.AskAndLoadQuery(0));
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void GoodFileGivesItsRecordAndLeavesTheDialogAlone() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("good.qvk"));
+        VkDocQueryData saved;
+        saved.IsNotes = true;
+        saved.NotesMode = NotesLike;
+        saved.Notes = QStringLiteral("акт");
+        saved.WriteToFile(path);
+        DocQueryEditor editor;
+        const auto given = std::make_shared<VkDocQueryData>();
+        editor.SetRecord(given);
+        ModalDriver driver;
+        driver.ExpectFileDialog(theLoadTitle, QString(), path);
+        const auto loaded = editor.AskAndLoadQuery(0);
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(loaded);
+        QCOMPARE(loaded->Notes, QStringLiteral("акт"));
+        QCOMPARE(loaded->FileName, path);
+        QCOMPARE(editor.Record(), given);
+    }
+
+    void FailureNamesTheOlderClassName() {
+        MemoryOffice::The().OnCall = [](const QString &member) {
+            if (member == QStringLiteral("GetPeriodName"))
+                throw Failure(70, QStringLiteral("S"), QStringLiteral("D"));
+        };
+        DocQueryEditor editor;
+        try {
+            editor.SetRecord(nullptr);
+            QFAIL("nothing was raised");
+        } catch (const Failure &failure) {
+            QCOMPARE(failure.Number(), 70);
+            QCOMPARE(failure.Description(),
+                     QStringLiteral("[Vk_DocQuery::DocQueryTest.Set-Record]\r\n"
+                                    "[Vk_DocQuery::DocQueryOptionsFrm.Set-Record]\r\n"
+                                    "[Vk_DocQuery::DocQueryOptionsFrm.EnsureInitialized]\r\n"
+                                    "[Vk_DocQuery::VkDocQueryCriteries.Init]\r\n"
+                                    "[S]\r\n"
+                                    "D"));
+        }
+    }
+};
+
+VK_TEST_CLASS(TestDocQueryEditor);
+
+#include "TestDocQueryEditor.moc"

@@ -1,0 +1,397 @@
+#include <functional>
+
+#include <QCheckBox>
+#include <QFile>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <Vk_DocQuery/Failure.h>
+
+#include "dialog/DocQueryOptionsFrm.h"
+#include "foundation/mVkGraphLight.h"
+#include "support/MemoryRecords.h"
+#include "support/ModalDriver.h"
+#include "support/TestMain.h"
+
+using namespace Vk_DocQuery;
+using namespace VkTests;
+
+namespace {
+
+const QString theQuestionTitle = QStringLiteral("Норвик: Критерии поиска документов");
+const QString theQuestion = QStringLiteral(
+    "Вы уверены, что ввели все критерии поиска и хотите выполнить поиск документов?");
+const QString theSaveTitle = QStringLiteral("Сохранить файл критериев поиска");
+const QString theLoadTitle = QStringLiteral("Открыть файл критериев поиска");
+
+/// The dialog in the hands of a user.
+struct User {
+    ModalDriver &theDriver;
+    QWidget &theWindow;
+
+    template <class Kind = QWidget>
+    Kind *Element(const char *aName) const {
+        auto *element = theWindow.findChild<Kind *>(QString::fromUtf8(aName));
+        if (!element) theDriver.Complain(QStringLiteral("no element ") + QString::fromUtf8(aName));
+        return element;
+    }
+    void Press(const char *aButton) const { theDriver.Click(Element<QPushButton>(aButton)); }
+    /// Turns the criterion by the signer's surname on and types the surname.
+    void StateSurname(const QString &aSurname) const {
+        QTest::keyClick(&theWindow, Qt::Key_Tab, Qt::ControlModifier);
+        auto *box = Element<QLineEdit>("theSignerSurname");
+        auto *tick = Element<QCheckBox>("theIsSignerFio");
+        if (!box || !tick) return;
+        tick->setChecked(true);
+        box->setText(aSurname);
+    }
+    void ExpectCaption(const QString &aCaption) const {
+        if (theWindow.windowTitle() != aCaption)
+            theDriver.Complain(QStringLiteral("caption is ") + theWindow.windowTitle());
+    }
+    void ExpectOpen() const {
+        if (!theWindow.isVisible()) theDriver.Complain(QStringLiteral("the dialog is closed"));
+    }
+};
+
+/// Runs the dialog with what the user does in it; what the user leaves open is cancelled.
+bool RunWith(DocQueryOptionsFrm &aDialog, ModalDriver &aDriver,
+             const std::function<void(const User &)> &aActions) {
+    aDriver.Expect([&](QWidget &window) {
+        const User user{aDriver, window};
+        aActions(user);
+        if (window.isVisible()) window.close();
+    });
+    return aDialog.Execute();
+}
+
+QString FileText(const QString &aPath) {
+    QFile file(aPath);
+    return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll()) : QString();
+}
+
+}  // namespace
+
+class TestOptionsDialog : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() { MemoryOffice::Install(); }
+
+    void WindowStandsAsDesigned() {
+        DocQueryOptionsFrm dialog;
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            user.ExpectCaption(QStringLiteral("Поиск документов"));
+            if (user.theWindow.width() != 821)
+                driver.Complain(QStringLiteral("width %1").arg(user.theWindow.width()));
+            struct Fact {
+                const char *Name;
+                QString Caption;
+                QRect Place;  // at 96 dots per inch
+            };
+            const Fact facts[] = {
+                {"theLoad", QStringLiteral("Загрузить ..."), QRect(12, 12, 105, 33)},
+                {"theSave", QStringLiteral("Сохранить"), QRect(120, 12, 105, 33)},
+                {"theSaveAs", QStringLiteral("Сохранить как ..."), QRect(228, 12, 113, 33)},
+                {"theOK", QStringLiteral("OK"), QRect(596, 12, 93, 33)},
+                {"theCancel", QStringLiteral("Отмена"), QRect(696, 12, 109, 33)},
+            };
+            for (const Fact &fact : facts) {
+                const auto *button = user.Element<QPushButton>(fact.Name);
+                if (!button) continue;
+                const QString name = QString::fromUtf8(fact.Name);
+                if (button->text() != fact.Caption) driver.Complain(name + button->text());
+                if (button->height() != 33 || button->y() != 12) driver.Complain(name);
+                if (name != QStringLiteral("theOK") && name != QStringLiteral("theCancel") &&
+                    button->geometry() != fact.Place)
+                    driver.Complain(name + QStringLiteral(" is misplaced"));
+                if (button->width() != fact.Place.width())
+                    driver.Complain(name + QStringLiteral(" width"));
+            }
+            if (!user.Element<QPushButton>("theOK")->isDefault())
+                driver.Complain(QStringLiteral("OK is not the default"));
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void ResizeMovesTheRightButtonsOnly() {
+        DocQueryOptionsFrm dialog;
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            user.theWindow.resize(1000, 800);
+            const auto placeOf = [&](const char *aName) { return user.Element(aName)->geometry(); };
+            const QRect frame = placeOf("theBottomFrame");
+            if (frame != QRect(0, 743, 1000, 57)) driver.Complain(QStringLiteral("frame"));
+            if (placeOf("theData") != QRect(0, 0, 1000, 743))
+                driver.Complain(QStringLiteral("panel"));
+            if (placeOf("theBottomStitch").width() != 1000)
+                driver.Complain(QStringLiteral("stitch"));
+            if (placeOf("theCancel").x() != 1000 - 109 - 16)
+                driver.Complain(QStringLiteral("cancel"));
+            if (placeOf("theOK").x() != 1000 - 109 - 16 - 93 - 12)
+                driver.Complain(QStringLiteral("ok"));
+            if (placeOf("theLoad").x() != 12) driver.Complain(QStringLiteral("load"));
+            if (placeOf("theSaveAs").x() != 228) driver.Complain(QStringLiteral("save as"));
+            if (placeOf("theHelp").x() != 420) driver.Complain(QStringLiteral("help"));
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void ConfirmedSearchFillsTheGivenRecord() {
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        dialog.SetRecord(record);
+        ModalDriver driver;
+        const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
+            user.StateSurname(QStringLiteral("Иванов"));
+            driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Да"));
+            user.Press("theOK");
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(confirmed);
+        QCOMPARE(record->SignerSurname, QStringLiteral("Иванов"));
+        QVERIFY(record->IsSignerFio);
+        QCOMPARE(dialog.Record(), record);
+    }
+
+    void EnterIsOKAndEscIsCancel() {
+        for (const bool confirm : {true, false}) {
+            DocQueryOptionsFrm dialog;
+            ModalDriver driver;
+            const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
+                if (confirm) driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Да"));
+                QTest::keyClick(&user.theWindow, confirm ? Qt::Key_Return : Qt::Key_Escape);
+                if (user.theWindow.isVisible()) driver.Complain(QStringLiteral("still open"));
+            });
+            QVERIFY2(driver.Done(), driver.Complaint());
+            QCOMPARE(confirmed, confirm);
+        }
+    }
+
+    void RejectedSearchLeavesTheDialogOpenAndTheRecordAlone() {
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->SignerSurname = QStringLiteral("Прежний");
+        dialog.SetRecord(record);
+        ModalDriver driver;
+        const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
+            user.StateSurname(QString());
+            driver.ExpectBox(
+                QStringLiteral("Параметры критериев поиска"),
+                QStringLiteral("Закладка \"Свойства документа\": выбрана опция поиска по "
+                               "\"Фамилии подписанта\", однако фамилия не задана. \r\n\r\n"
+                               "Такой запрос вернет пустой список документов."),
+                QStringLiteral("OK"));
+            user.Press("theOK");
+            user.ExpectOpen();
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(!confirmed);
+        QCOMPARE(record->SignerSurname, QStringLiteral("Прежний"));
+        QVERIFY(!record->IsSignerFio);
+    }
+
+    void RefusedQuestionLeavesTheDialogOpen() {
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        dialog.SetRecord(record);
+        ModalDriver driver;
+        const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
+            user.StateSurname(QStringLiteral("Иванов"));
+            driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Нет"));
+            user.Press("theOK");
+            user.ExpectOpen();
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(!confirmed);
+        QCOMPARE(record->SignerSurname, QString());
+    }
+
+    void SaveOffersTheDefaultNameAndThenWritesSilently() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("Мой запрос.qvk"));
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        dialog.SetRecord(record);
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            user.StateSurname(QStringLiteral("ABC"));
+            driver.ExpectFileDialog(theSaveTitle, QStringLiteral("Query.qvk"), path);
+            user.Press("theSave");
+            user.ExpectCaption(QStringLiteral("Поиск документов - [") + path + u']');
+            if (!FileText(path).contains(QStringLiteral("SignerSurname=\"ABC\"")))
+                driver.Complain(QStringLiteral("the file lacks the surname"));
+            user.StateSurname(QStringLiteral("DEF"));
+            user.Press("theSave");
+            if (!FileText(path).contains(QStringLiteral("SignerSurname=\"DEF\"")))
+                driver.Complain(QStringLiteral("the second save is not in the file"));
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(record->FileName, path);
+        QCOMPARE(record->SignerSurname, QStringLiteral("DEF"));
+    }
+
+    void CancelledSaveAsTakesThePanelButNoName() {
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->FileName = QStringLiteral("/nowhere/Прежний.qvk");
+        dialog.SetRecord(record);
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            user.StateSurname(QStringLiteral("Иванов"));
+            driver.ExpectFileDialog(theSaveTitle, QStringLiteral("Прежний.qvk"), QString());
+            user.Press("theSaveAs");
+            user.ExpectCaption(QStringLiteral("Поиск документов - [/nowhere/Прежний.qvk]"));
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(record->FileName, QStringLiteral("/nowhere/Прежний.qvk"));
+        QCOMPARE(record->SignerSurname, QStringLiteral("Иванов"));
+    }
+
+    void FailedSaveAsSaysWhyAndKeepsTheName() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("a.qvk"));
+        MemoryOffice::The().OnCall = [](const QString &member) {
+            if (member == QStringLiteral("SaveTextToFile"))
+                throw Failure(61, QString(), QStringLiteral("Диск переполнен."));
+        };
+        DocQueryOptionsFrm dialog;
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            driver.ExpectFileDialog(theSaveTitle, QStringLiteral("Query.qvk"), path);
+            driver.ExpectBox(QStringLiteral("Ошибка"),
+                             QStringLiteral("Ошибка сохранения файла критериев поиска \"") + path +
+                                 QStringLiteral("\":\r\nДиск переполнен."),
+                             QStringLiteral("OK"));
+            user.Press("theSaveAs");
+            user.ExpectCaption(QStringLiteral("Поиск документов"));
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(dialog.Record()->FileName, QString());
+    }
+
+    void LoadedRecordTakesThePlaceOfTheGivenOne() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("saved.qvk"));
+        VkDocQueryData saved;
+        saved.IsSignerFio = true;
+        saved.SignerSurname = QStringLiteral("Из файла");
+        saved.LastTab = QStringLiteral("doc");
+        QVERIFY(saved.WriteToXmlFile(path));
+
+        DocQueryOptionsFrm dialog;
+        const auto given = std::make_shared<VkDocQueryData>();
+        dialog.SetRecord(given);
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            driver.ExpectFileDialog(theLoadTitle, QString(), path);
+            user.Press("theLoad");
+            user.ExpectCaption(QStringLiteral("Поиск документов - [") + path + u']');
+            if (user.Element<QLineEdit>("theSignerSurname")->text() != QStringLiteral("Из файла"))
+                driver.Complain(QStringLiteral("the panel does not show the file"));
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(dialog.Record() != given);
+        QCOMPARE(dialog.Record()->SignerSurname, QStringLiteral("Из файла"));
+        QCOMPARE(dialog.Record()->FileName, path);
+        QCOMPARE(given->SignerSurname, QString());
+    }
+
+    void FailingLoadShowsTheChainAndLeavesTheDialogOpen() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("saved.qvk"));
+        VkDocQueryData saved;
+        saved.IsTaxpayers = true;
+        saved.TaxpayersList = std::make_shared<RecordCollection>();
+        saved.TaxpayersList->Add(MakePerson(4));
+        QVERIFY(saved.WriteToXmlFile(path));
+        MemoryOffice::The().Persons.pop_back();
+
+        DocQueryOptionsFrm dialog;
+        const auto given = std::make_shared<VkDocQueryData>();
+        dialog.SetRecord(given);
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            driver.ExpectFileDialog(theLoadTitle, QString(), path);
+            driver.ExpectBox(
+                QStringLiteral("Сбой программы"),
+                QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.theLoad_Click]\r\n"
+                               "[Vk_DocQuery::miDocQuery.AskFileAndLoadDocQuery]\r\n"
+                               "[Vk_DocQuery::VkDocQueryData.ReadFromXmlFile]\r\n"
+                               "[Vk_DocQuery::VkDocQueryData.ReadFromXml]\r\n"
+                               "[Vk_DocQuery::VkDocQueryData.ReadCollectedIDsFromXml]\r\n"
+                               "[MemoryRecords]\r\n"
+                               "no VkPerson with ID 4"),
+                QStringLiteral("OK"));
+            user.Press("theLoad");
+            user.ExpectOpen();
+            user.ExpectCaption(QStringLiteral("Поиск документов"));
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(dialog.Record(), given);
+    }
+
+    void CaptionShortensNamesOfMoreThanAHundredCharacters() {
+        for (const int length : {100, 101}) {
+            DocQueryOptionsFrm dialog;
+            const auto record = std::make_shared<VkDocQueryData>();
+            record->FileName = QStringLiteral("/") + QString(length - 1, u'x');
+            dialog.SetRecord(record);
+            const QString shown =
+                length == 100 ? record->FileName : QStringLiteral("...") + QString(20, u'x');
+            QCOMPARE(dialog.windowTitle(), QStringLiteral("Поиск документов - [") + shown + u']');
+        }
+    }
+
+    void RecordReadFirstIsThatOfTheUntouchedPanel() {
+        DocQueryOptionsFrm dialog;
+        const auto first = dialog.Record();
+        QVERIFY(first);
+        QCOMPARE(first->OnePeriodMonthID, 0);  // no period was selected yet; a new record has 16
+        QCOMPARE(qint32(first->NotesMode), qint32(NotesLike));
+        ModalDriver driver;
+        RunWith(dialog, driver, [](const User &) {});
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(dialog.Record() != first);
+        QCOMPARE(dialog.Record()->OnePeriodMonthID, 16);
+    }
+
+    void ClosedWindowCancels() {
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        dialog.SetRecord(record);
+        ModalDriver driver;
+        const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
+            user.StateSurname(QStringLiteral("Иванов"));
+            user.theWindow.close();
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(!confirmed);
+        QCOMPARE(dialog.Record()->SignerSurname, QString());
+    }
+
+    void FailingPanelIsReportedAndGivesFalse() {
+        MemoryOffice::The().OnCall = [](const QString &member) {
+            if (member == QStringLiteral("GetPeriodName"))
+                throw Failure(70, QStringLiteral("S"), QStringLiteral("нет связи"));
+        };
+        DocQueryOptionsFrm dialog;
+        ModalDriver driver;
+        driver.ExpectBox(QStringLiteral("Сбой программы"),
+                         QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.Execute]\r\n"
+                                        "[Vk_DocQuery::DocQueryOptionsFrm.EnsureInitialized]\r\n"
+                                        "[Vk_DocQuery::VkDocQueryCriteries.Init]\r\n"
+                                        "[S]\r\n"
+                                        "нет связи"),
+                         QStringLiteral("OK"));
+        QVERIFY(!dialog.Execute());
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+};
+
+VK_TEST_CLASS(TestOptionsDialog);
+
+#include "TestOptionsDialog.moc"

@@ -1,0 +1,365 @@
+#include <csignal>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <Vk_DocQuery/ClassRegistry.h>
+#include <Vk_DocQuery/Failure.h>
+#include <Vk_DocQuery/VkDocQueryData.h>
+
+#include "FilesLibrary.h"
+#include "support/TestMain.h"
+
+using namespace Vk_DocQuery;
+
+namespace {
+
+const QByteArray theOldBytes = "the file as it was before";
+
+QByteArray BytesOf(const QString &aName) {
+    QFile file(aName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
+}
+
+void WriteBytes(const QString &aName, const QByteArray &aBytes) {
+    QFile file(aName);
+    if (!file.open(QIODevice::WriteOnly) || file.write(aBytes) != aBytes.size())
+        qFatal("cannot write");
+}
+
+/// What saving raises; empty if it does not.
+QString Saved(const QString &aText, const QString &aName, qint32 aCodePage = 1251) {
+    try {
+        Vk_Records::FilesLibrary().SaveTextToFile(aText, aName, aCodePage);
+    } catch (const Failure &failure) {
+        return failure.Description();
+    }
+    return QString();
+}
+
+/// The rights of nobody while it lives; a test that needs them is run by root.
+class AsNobody {
+public:
+    explicit AsNobody(bool aDrop) : theDropped(aDrop) {
+        if (theDropped && (setegid(65534) != 0 || seteuid(65534) != 0))
+            qFatal("cannot drop rights");
+    }
+    ~AsNobody() {
+        if (theDropped && (seteuid(0) != 0 || setegid(0) != 0)) qFatal("cannot take rights back");
+    }
+    AsNobody(const AsNobody &) = delete;
+    AsNobody &operator=(const AsNobody &) = delete;
+
+private:
+    bool theDropped;
+};
+
+/// No file of this process grows beyond the size while it lives.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t aBytes) : theSignal(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &theBefore);
+        const rlimit limit{aBytes, theBefore.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &theBefore);
+        std::signal(SIGXFSZ, theSignal);
+    }
+    FileSizeLimit(const FileSizeLimit &) = delete;
+    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
+
+private:
+    void (*theSignal)(int);
+    rlimit theBefore{};
+};
+
+/// A file system of 64 KB on a folder while it lives, where that is allowed.
+class TinyDisk {
+public:
+    explicit TinyDisk(const QString &aFolder)
+        : theFolder(QFile::encodeName(aFolder)),
+          theIsThere(mount("tmpfs", theFolder.constData(), "tmpfs", 0, "size=64k") == 0) {}
+    ~TinyDisk() {
+        if (theIsThere) umount(theFolder.constData());
+    }
+    TinyDisk(const TinyDisk &) = delete;
+    TinyDisk &operator=(const TinyDisk &) = delete;
+    bool IsThere() const { return theIsThere; }
+
+private:
+    QByteArray theFolder;
+    bool theIsThere;
+};
+
+}  // namespace
+
+class TestFilesLibrary : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        theFolder = std::make_unique<QTemporaryDir>();
+        QVERIFY(theFolder->isValid());
+        QCOMPARE(chmod(QFile::encodeName(theFolder->path()).constData(), 0755), 0);
+    }
+
+    void Characters_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("page");
+        QTest::addColumn<QByteArray>("bytes");
+        const auto row = [](const char *aName, const QString &aText, int aPage,
+                            const QByteArray &aBytes) {
+            QTest::newRow(aName) << aText << aPage << aBytes;
+        };
+        row("plain", QStringLiteral("abc\t\r\n~"), 1251, "abc\t\r\n~");
+        row("Russian", QStringLiteral("Ёж № я"), 1251, "\xA8\xE6 \xB9 \xFF");
+        row("outside", QStringLiteral("a\u4E00b"), 1251, "a&#19968;b");
+        row("accent", QStringLiteral("caf\u00E9"), 1251, "caf&#233;");
+        row("pair", QStringLiteral("x\U0001F600y"), 1251, "x&#128512;y");
+        row("C1 control", QStringLiteral("\u0098\u0085"), 1251, "&#152;&#133;");
+        row("delete", QStringLiteral("\u007F"), 1251, "\x7F");
+        row("no-break space", QStringLiteral("\u00A0"), 1251, "\xA0");
+        row("question mark", QStringLiteral("?"), 1251, "?");
+        row("empty", QString(), 1251, "");
+        row("many outside", QString(1000, QChar(0x4E00)), 1251,
+            QByteArray("&#19968;").repeated(1000));
+        row("long, one outside", QString(99, u'a') + QChar(0x4E00) + QString(99, u'b'), 1251,
+            QByteArray(99, 'a') + "&#19968;" + QByteArray(99, 'b'));
+        row("866", QStringLiteral("Ж\u4E00"), 866, "\x86&#19968;");
+        row("UTF-8", QStringLiteral("Ж\U0001F600"), 65001, "\xD0\x96\xF0\x9F\x98\x80");
+    }
+    void Characters() {
+        QFETCH(QString, text);
+        QFETCH(int, page);
+        QFETCH(QByteArray, bytes);
+        const QString name = theFolder->filePath(QStringLiteral("a.txt"));
+        QCOMPARE(Saved(text, name, page), QString());
+        QCOMPARE(BytesOf(name), bytes);
+    }
+
+    void RefusedCharacters_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("code");
+        const auto row = [](char16_t aUnit, const char *aCode) {
+            QTest::newRow(aCode) << QString(40, u'a') + QChar(aUnit) + QStringLiteral("b")
+                                 << QString::fromLatin1(aCode);
+        };
+        row(0x0000, "U+0000");
+        row(0x0001, "U+0001");
+        row(0x000B, "U+000B");
+        row(0x001F, "U+001F");
+        row(0xFFFE, "U+FFFE");
+        row(0xFFFF, "U+FFFF");
+        row(0xD83D, "U+D83D");
+        row(0xDE00, "U+DE00");
+    }
+    void RefusedCharacters() {
+        QFETCH(QString, text);
+        QFETCH(QString, code);
+        const QString name = theFolder->filePath(QStringLiteral("a.txt"));
+        WriteBytes(name, theOldBytes);
+        for (const qint32 page : {1251, 65001}) {
+            QCOMPARE(Saved(text, name, page),
+                     QStringLiteral("Символ %1 нельзя сохранить в файле. Уберите его из текста.")
+                         .arg(code));
+            QCOMPARE(Saved(text.left(41), name, page),
+                     QStringLiteral("Символ %1 нельзя сохранить в файле. Уберите его из текста.")
+                         .arg(code));
+        }
+        OldFileIsThereAlone(name);
+    }
+
+    void UnknownCodePage() {
+        const QString name = theFolder->filePath(QStringLiteral("a.txt"));
+        QCOMPARE(Saved(QStringLiteral("x"), name, 77777),
+                 QStringLiteral("Кодовая страница 77777 не поддерживается."));
+        QVERIFY(!QFile::exists(name));
+    }
+
+    /// What a record holds comes back whole, whatever characters they are.
+    void TextsComeBack() {
+        ClassRegistry::Register(QStringLiteral("Vk_Lib.FilesLibrary"),
+                                [] { return std::make_shared<Vk_Records::FilesLibrary>(); });
+        const QString name = theFolder->filePath(QStringLiteral("Запрос \u4E00.qvk"));
+        VkDocQueryData record;
+        record.IsNotes = true;
+        record.Notes = QStringLiteral("caf\u00E9 \u4E00 \U0001F600 \u0098 Ёж & <\"'> ?");
+        Vk_Records::FilesLibrary().SaveTextToFile(record.WriteToXmlString(true, 0), name, 1251);
+        VkDocQueryData loaded;
+        QVERIFY2(loaded.ReadFromXmlFile(name), qPrintable(loaded.LastError));
+        QCOMPARE(loaded.Notes, record.Notes);
+    }
+
+    void FileIsReplacedAsAWhole() {
+        const QString name = theFolder->filePath(QStringLiteral("a.txt"));
+        WriteBytes(name, theOldBytes);
+        QVERIFY(QFile::setPermissions(name, QFileDevice::ReadOwner | QFileDevice::WriteOwner));
+        QCOMPARE(Saved(QStringLiteral("new"), name), QString());
+        QCOMPARE(BytesOf(name), QByteArray("new"));
+        QCOMPARE(QFile::permissions(name) & 0x0077, QFileDevice::Permissions());
+        QCOMPARE(Files(), QStringList{QStringLiteral("a.txt")});
+    }
+
+    void LinkStaysALink() {
+        const QString target = theFolder->filePath(QStringLiteral("target.txt"));
+        const QString link = theFolder->filePath(QStringLiteral("link.txt"));
+        WriteBytes(target, theOldBytes);
+        QVERIFY(QFile::link(target, link));
+        QCOMPARE(Saved(QStringLiteral("new"), link), QString());
+        QVERIFY(QFileInfo(link).isSymLink());
+        QCOMPARE(BytesOf(target), QByteArray("new"));
+    }
+
+    void PlacesThatCannotBeWritten() {
+        QCOMPARE(Saved(QStringLiteral("x"), QString()), QStringLiteral("Имя файла не задано."));
+        const QString missing = theFolder->filePath(QStringLiteral("нет"));
+        QCOMPARE(Saved(QStringLiteral("x"), missing + QStringLiteral("/a.qvk")),
+                 QStringLiteral("Папка \"%1\" не найдена.").arg(missing));
+        QVERIFY(QDir().mkdir(missing));
+        QCOMPARE(Saved(QStringLiteral("x"), missing),
+                 QStringLiteral("По этому пути находится папка, а не файл."));
+        QVERIFY(QFileInfo(missing).isDir());
+        QCOMPARE(
+            Saved(QStringLiteral("x"), QStringLiteral("/dev/full")),
+            QStringLiteral("По этому пути находится не обычный файл, а канал или устройство."));
+        const QString pipe = theFolder->filePath(QStringLiteral("pipe"));
+        QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0666), 0);
+        QCOMPARE(
+            Saved(QStringLiteral("x"), pipe),
+            QStringLiteral("По этому пути находится не обычный файл, а канал или устройство."));
+    }
+
+    void ReadOnlyFile() {
+        const QString name = theFolder->filePath(QStringLiteral("a.txt"));
+        WriteBytes(name, theOldBytes);
+        QCOMPARE(chmod(QFile::encodeName(name).constData(), 0444), 0);
+        QString reason;
+        {
+            const AsNobody nobody(geteuid() == 0);
+            reason = Saved(QStringLiteral("new"), name);
+        }
+        QCOMPARE(reason, QStringLiteral("Файл доступен только для чтения."));
+        OldFileIsThereAlone(name);
+    }
+
+    void ReadOnlyFolder() {
+        const QString name = theFolder->filePath(QStringLiteral("a.txt"));
+        WriteBytes(name, theOldBytes);
+        QCOMPARE(chmod(QFile::encodeName(name).constData(), 0666), 0);
+        QCOMPARE(chmod(QFile::encodeName(theFolder->path()).constData(), 0555), 0);
+        QString reason;
+        {
+            const AsNobody nobody(geteuid() == 0);
+            reason = Saved(QStringLiteral("new"), name);
+        }
+        QCOMPARE(chmod(QFile::encodeName(theFolder->path()).constData(), 0755), 0);
+        QCOMPARE(reason,
+                 QStringLiteral("Нет прав на запись в папку \"%1\".").arg(theFolder->path()));
+        OldFileIsThereAlone(name);
+    }
+
+    void FullDisk() {
+        const QString disk = theFolder->filePath(QStringLiteral("disk"));
+        QVERIFY(QDir().mkdir(disk));
+        const TinyDisk tiny(disk);
+        if (!tiny.IsThere()) QSKIP("mounting is not allowed here");
+        const QString name = disk + QStringLiteral("/a.txt");
+        WriteBytes(name, theOldBytes);
+        QCOMPARE(Saved(QString(200000, u'x'), name), QStringLiteral("На диске не хватает места."));
+        QCOMPARE(BytesOf(name), theOldBytes);
+        QCOMPARE(QDir(disk).entryList(QDir::Files | QDir::Hidden),
+                 QStringList{QStringLiteral("a.txt")});
+    }
+
+    void FileSizeLimitReached() {
+        const QString name = theFolder->filePath(QStringLiteral("a.txt"));
+        WriteBytes(name, theOldBytes);
+        QString reason;
+        {
+            const FileSizeLimit limit(1000);
+            reason = Saved(QString(200000, u'x'), name);
+        }
+        QCOMPARE(reason, QStringLiteral("На диске не хватает места."));
+        OldFileIsThereAlone(name);
+    }
+
+    /// In a folder with the sticky bit nobody may write into the file of another, but not replace
+    /// it.
+    void RenameThatFails() {
+        if (geteuid() != 0) QSKIP("needs a file of another user");
+        const QString name = theFolder->filePath(QStringLiteral("a.txt"));
+        WriteBytes(name, theOldBytes);
+        QCOMPARE(chmod(QFile::encodeName(name).constData(), 0666), 0);
+        QCOMPARE(chmod(QFile::encodeName(theFolder->path()).constData(), 01777), 0);
+        QString reason;
+        {
+            const AsNobody nobody(true);
+            reason = Saved(QStringLiteral("new"), name);
+        }
+        QCOMPARE(reason, QStringLiteral("Файл не удалось заменить: нет прав на его удаление."));
+        OldFileIsThereAlone(name);
+    }
+
+    void Paths_data() {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("shown");
+        const QString folder = QStringLiteral("/") + QString(30, u'b');
+        const QString deep = folder + folder + folder + folder;
+        const QString name(120, u'n');
+        QTest::newRow("short") << QStringLiteral("/home/user/a.qvk")
+                               << QStringLiteral("/home/user/a.qvk");
+        QTest::newRow("empty") << QString() << QString();
+        QTest::newRow("just short") << u'/' + QString(99, u'x') << u'/' + QString(99, u'x');
+        QTest::newRow("long") << QStringLiteral("/home") + deep + QStringLiteral("/a.qvk")
+                              << QStringLiteral("/home/...") + folder + folder +
+                                     QStringLiteral("/a.qvk");
+        QTest::newRow("drive") << QStringLiteral("C:\\Дом") + QString(deep).replace(u'/', u'\\') +
+                                      QStringLiteral("\\a.qvk")
+                               << QStringLiteral("C:\\Дом\\...") +
+                                      QString(folder + folder).replace(u'/', u'\\') +
+                                      QStringLiteral("\\a.qvk");
+        QTest::newRow("long name")
+            << QStringLiteral("/home/") + name << QStringLiteral(".../") + name;
+        QTest::newRow("long first folder")
+            << u'/' + QString(100, u'f') + QStringLiteral("/a.qvk") << QStringLiteral(".../a.qvk");
+        QTest::newRow("name alone") << name << QStringLiteral("...") + name;
+    }
+    void Paths() {
+        QFETCH(QString, path);
+        QFETCH(QString, shown);
+        QString head;
+        QString tail;
+        QString name;
+        QCOMPARE(Vk_Records::FilesLibrary().ShortenFilePath(path, head, tail, name), shown);
+        QVERIFY(shown.endsWith(name));
+        QVERIFY(path.startsWith(head));
+        QVERIFY(path.endsWith(tail));
+        QVERIFY(!name.contains(u'/') && !name.contains(u'\\'));
+        QCOMPARE(shown, path == shown ? tail : head + QStringLiteral("...") + tail);
+    }
+
+private:
+    QStringList Files() const {
+        return QDir(theFolder->path()).entryList(QDir::Files | QDir::Hidden | QDir::System);
+    }
+
+    /// The file is as it was, and nothing else was left in its folder.
+    void OldFileIsThereAlone(const QString &aName) const {
+        QCOMPARE(BytesOf(aName), theOldBytes);
+        QCOMPARE(Files(), QStringList{QFileInfo(aName).fileName()});
+    }
+
+    std::unique_ptr<QTemporaryDir> theFolder;
+};
+
+VK_TEST_CLASS(TestFilesLibrary);
+
+#include "TestFilesLibrary.moc"
