@@ -1,6 +1,7 @@
 #include "controls/ListView.h"
 
 #include <algorithm>
+#include <array>
 
 #include <QHeaderView>
 #include <QScrollBar>
@@ -297,11 +298,26 @@ void ListView::FlushRows() {
         const int down = change.Refilled ? 0 : verticalScrollBar()->value();
         static_cast<void>(theRows->Order());
         ShowSortState();
-        theModel->Refresh(RowCount());
-        executeDelayedItemsLayout();
+        RefreshModel();
         verticalScrollBar()->setValue(down);
     }
     if (change.Rows || change.Selection) MirrorSelection();
+}
+
+/// On its way the view loses its columns and gets them back. The lower scroll bar is kept as it
+/// was, and is not painted again for nothing: it costs more than the rows.
+void ListView::RefreshModel() {
+    QScrollBar &bar = *horizontalScrollBar();
+    const auto state = [&bar] {
+        return std::array{bar.minimum(), bar.maximum(), bar.pageStep(), bar.value()};
+    };
+    const auto before = state();
+    bar.setAttribute(Qt::WA_UpdatesDisabled);
+    theModel->Refresh(RowCount());
+    executeDelayedItemsLayout();
+    bar.setValue(before.back());
+    bar.setAttribute(Qt::WA_UpdatesDisabled, false);
+    if (state() != before) bar.update();
 }
 
 /// The marks and the current row for assistive programs, which ask the selection model.
