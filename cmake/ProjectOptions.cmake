@@ -3,7 +3,7 @@ add_library(vk_project_options INTERFACE)
 target_compile_features(vk_project_options INTERFACE cxx_std_20)
 target_compile_options(vk_project_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
-  -Wold-style-cast -Woverloaded-virtual -Wcast-align -Wnull-dereference -Wformat=2
+  -Wold-style-cast -Woverloaded-virtual -Wcast-align -Wformat=2
   -Wimplicit-fallthrough -Wunused -Werror
   -fstack-protector-strong
   $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond;-Wduplicated-branches;-Wlogical-op;-fstack-clash-protection>)

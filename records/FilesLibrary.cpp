@@ -163,8 +163,8 @@ void CheckPlace(const QString &aFileName) {
         Raise(PermissionDenied, QStringLiteral("Файл доступен только для чтения."));
 }
 
-[[noreturn]] void RaiseNotOpened(const QSaveFile &aFile) {
-    if (aFile.error() == QFileDevice::PermissionsError) {
+[[noreturn]] void RaiseNotOpened(const QSaveFile &aFile, int aCode) {
+    if (aCode == EACCES || aCode == EPERM || aFile.error() == QFileDevice::PermissionsError) {
         Raise(PermissionDenied,
               QStringLiteral("Нет прав на запись в папку \"%1\".")
                   .arg(QDir::toNativeSeparators(QFileInfo(aFile.fileName()).absolutePath())));
@@ -214,7 +214,8 @@ void FilesLibrary::SaveTextToFile(const QString &aText, const QString &aFileName
     const QByteArray bytes = XmlBytes(aText, aCodePage);
     CheckPlace(aFileName);
     QSaveFile file(aFileName);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) RaiseNotOpened(file);
+    errno = 0;
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) RaiseNotOpened(file, errno);
     errno = 0;
     if (file.write(bytes) != bytes.size()) RaiseNotWritten(file, errno);
     errno = 0;

@@ -45,8 +45,8 @@ void PaintCaptionedMark(QWidget &aElement, const QStyleOptionButton &aOption,
     const QRect room = style.subElementRect(aStyle.CaptionPlace, &aOption, &aElement);
     const int line = aElement.fontMetrics().height();
     const bool wraps = aElement.height() >= 2 * line - line / 4;
-    const int flags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextHideMnemonic |
-                      (wraps ? Qt::TextWordWrap : Qt::TextSingleLine);
+    const int lines = wraps ? Qt::TextWordWrap : Qt::TextSingleLine;
+    const int flags = int(Qt::AlignLeft) | int(Qt::AlignVCenter) | lines;
     const QRect caption = CaptionRect(aElement, room, aOption.text, flags);
 
     QStyleOptionButton mark = aOption;

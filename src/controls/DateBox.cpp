@@ -17,6 +17,7 @@
 
 #include <Vk_DocQuery/Failure.h>
 
+#include "foundation/Clock.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkGraphLight.h"
 
@@ -276,7 +277,7 @@ void DateBox::OpenCalendar() try {
     if (!thePopup) thePopup = new Popup(*this);
     const LooseValue value = Value();
     const auto *date = std::get_if<QDate>(&value);
-    thePopup->ShowDate(date ? *date : QDate::currentDate());
+    thePopup->ShowDate(date ? *date : Today());
     thePopup->adjustSize();
     const QRect room = screen()->availableGeometry();
     QPoint place = mapToGlobal(QPoint(0, height()));

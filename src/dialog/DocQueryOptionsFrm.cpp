@@ -25,6 +25,8 @@ constexpr char theModule[] = "DocQueryOptionsFrm";
 constexpr qsizetype theLongestNameInCaption = 100;
 
 // Twips.
+constexpr int theDesignWidth = 12315;
+constexpr int theDataHeight = 8835;
 constexpr int theFrameTop = 8880;
 constexpr int theFrameHeight = 855;
 constexpr int theGapBehindCancel = 240;
@@ -219,9 +221,9 @@ void DocQueryOptionsFrm::Form_Resize() {
 void DocQueryOptionsFrm::LoadControls() {
     if (theData) return;
     theData = new VkDocQueryCriteries(this);
-    Place(*theData, QStringLiteral("theData"), 0, 0, thePanelWidth, thePanelHeight);
+    Place(*theData, QStringLiteral("theData"), 0, 0, theDesignWidth, theDataHeight);
     theBottomFrame = new QWidget(this);
-    Place(*theBottomFrame, QStringLiteral("theBottomFrame"), 0, theFrameTop, thePanelWidth,
+    Place(*theBottomFrame, QStringLiteral("theBottomFrame"), 0, theFrameTop, theDesignWidth,
           theFrameHeight);
     theBottomStitch = new DStitch(theBottomFrame);
     theBottomStitch->setObjectName(QStringLiteral("theBottomStitch"));
@@ -262,7 +264,7 @@ void DocQueryOptionsFrm::LoadControls() {
     theCancel->setProperty(DateBox::theChecksProperty, false);  // leaves a half typed date alone
 
     setTabOrder(theSaveAs, theHelp);
-    resize(PixelsFromTwips(thePanelWidth), PixelsFromTwips(theFrameTop + theFrameHeight));
+    resize(PixelsFromTwips(theDesignWidth), PixelsFromTwips(theFrameTop + theFrameHeight));
     Form_Resize();
 }
 

@@ -71,4 +71,10 @@ struct FirstSortRow {
 
 std::span<const FirstSortRow> FirstSortRows();
 
+// The panel as it is designed, and the place of its pages; twips.
+constexpr int thePanelWidth = 12315;
+constexpr int thePanelHeight = 8835;
+constexpr int thePageLeft = 30;
+constexpr int thePageTop = 360;
+
 }  // namespace Vk_DocQuery

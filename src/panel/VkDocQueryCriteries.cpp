@@ -30,12 +30,6 @@ namespace {
 
 constexpr char theModule[] = "VkDocQueryCriteries";
 
-// The panel as it is designed, and the place of its pages; twips.
-constexpr int thePanelWidth = 12315;
-constexpr int thePanelHeight = 8835;
-constexpr int thePageLeft = 30;
-constexpr int thePageTop = 360;
-
 constexpr double theLowestNumber = -999999999999999;
 constexpr double theHighestNumber = 99999999999999;
 const QDate theEarliestDate(100, 1, 1);
@@ -49,6 +43,10 @@ constexpr qint32 thePeriodCodes[] = {1, 2,  3,  13, 4,  5,  6,  14, 19, 7, 8,
                                      9, 15, 10, 11, 12, 16, 20, 17, 21, 24};
 constexpr const char *theYearCombos[] = {"theOnePerYear", "thePerYear1", "thePerYear2"};
 constexpr const char *theLists[] = {"theTemplatesList", "theAccStreamsList", "theTaxpayersList"};
+
+QSize DesignSize() {
+    return {PixelsFromTwips(thePanelWidth), PixelsFromTwips(thePanelHeight)};
+}
 
 QRect PixelRect(const ElementRow &aRow) {
     return {PixelsFromTwips(aRow.Left), PixelsFromTwips(aRow.Top), PixelsFromTwips(aRow.Width),
@@ -107,7 +105,7 @@ VkDocQueryCriteries::VkDocQueryCriteries(QWidget *aParent) try : QWidget(aParent
     NameForReaders();
     SetUpLists();
     ConnectClicks();
-    resize(sizeHint());
+    resize(DesignSize());
 } catch (...) {
     RaiseErrorUp(theModule, "Class_Initialize");
 }
@@ -115,7 +113,7 @@ VkDocQueryCriteries::VkDocQueryCriteries(QWidget *aParent) try : QWidget(aParent
 void VkDocQueryCriteries::MakeTabs() {
     theTabs = new TabControl(this);
     theTabs->setObjectName(QStringLiteral("theTabs"));
-    theTabs->resize(sizeHint());
+    theTabs->resize(DesignSize());
     theTabs->SetPagePlace(PixelsFromTwips(thePageLeft), PixelsFromTwips(thePageTop));
     theTabs->SetImages(TabImages());
     for (const TabRow &row : TabRows()) {
@@ -129,7 +127,7 @@ void VkDocQueryCriteries::MakeTabs() {
 }
 
 void VkDocQueryCriteries::MakeElements() {
-    theElements.reserve(static_cast<qsizetype>(ElementRows().size() + TabRows().size()));
+    theElements.reserve(qsizetype(ElementRows().size()) + qsizetype(TabRows().size()));
     for (const ElementRow &row : ElementRows()) {
         QWidget *parent = &Element(row.Inside);
         if (auto *box = qobject_cast<ScrollBox *>(parent)) parent = box->Content();
@@ -283,7 +281,7 @@ QString VkDocQueryCriteries::GetCurrentTab() const {
 }
 
 QSize VkDocQueryCriteries::sizeHint() const {
-    return {PixelsFromTwips(thePanelWidth), PixelsFromTwips(thePanelHeight)};
+    return DesignSize();
 }
 
 void VkDocQueryCriteries::resizeEvent(QResizeEvent *aEvent) {

@@ -1,6 +1,7 @@
 #include "queryfile/FileBytes.h"
 
 #include <array>
+#include <cerrno>
 #include <cstring>
 
 #include <QFile>
@@ -62,24 +63,24 @@ QByteArray Utf8OfWindows1251(const QByteArray &aBytes) {
     return result;
 }
 
-/// The character set that the declaration names, in small letters; empty without a declaration.
-QByteArray DeclaredEncoding(const QByteArray &aBytes) {
+/// The character set that the declaration names; empty without a declaration.
+QByteArrayView DeclaredEncoding(QByteArrayView aBytes) {
     constexpr qsizetype longestDeclaration = 200;
-    if (!aBytes.startsWith("<?xml")) return QByteArray();
-    const QByteArray start = aBytes.left(longestDeclaration);
-    const QByteArray declaration = start.left(start.indexOf("?>"));
+    if (!aBytes.startsWith("<?xml")) return {};
+    const QByteArrayView start = aBytes.first(std::min(aBytes.size(), longestDeclaration));
+    const QByteArrayView declaration = start.first(std::max<qsizetype>(start.indexOf("?>"), 0));
     const qsizetype word = declaration.indexOf("encoding");
-    if (word < 0) return QByteArray();
-    QByteArray value = declaration.mid(word + 8).trimmed();
-    if (!value.startsWith('=')) return QByteArray();
-    value = value.mid(1).trimmed();
-    if (value.isEmpty() || (value[0] != '"' && value[0] != '\'')) return QByteArray();
+    if (word < 0) return {};
+    QByteArrayView value = declaration.sliced(word + 8).trimmed();
+    if (!value.startsWith('=')) return {};
+    value = value.sliced(1).trimmed();
+    if (value.isEmpty() || (value[0] != '"' && value[0] != '\'')) return {};
     const qsizetype end = value.indexOf(value[0], 1);
-    return end < 0 ? QByteArray() : value.mid(1, end - 1).toLower();
+    return end < 0 ? QByteArrayView() : value.sliced(1, end - 1);
 }
 
-QString ReasonNotOpened(const QFile &aFile) {
-    if (aFile.error() == QFileDevice::PermissionsError)
+QString ReasonNotOpened(const QFile &aFile, int aCode) {
+    if (aCode == EACCES || aCode == EPERM || aFile.error() == QFileDevice::PermissionsError)
         return QStringLiteral("Нет прав на чтение файла.");
     return QStringLiteral("Файл не удалось открыть: %1.").arg(aFile.errorString());
 }
@@ -94,7 +95,9 @@ QString ReadFileBytes(const QString &aFileName, qint64 aLargest, QByteArray &rBy
     if (!info.isFile())
         return QStringLiteral("По этому пути находится не обычный файл, а канал или устройство.");
     QFile file(aFileName);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) return ReasonNotOpened(file);
+    errno = 0;
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return ReasonNotOpened(file, errno);
     const auto tooLarge = [=] {
         return QStringLiteral("Файл слишком велик: допускается не более %1 МБ.")
             .arg(aLargest / (1024 * 1024));
@@ -106,7 +109,6 @@ QString ReadFileBytes(const QString &aFileName, qint64 aLargest, QByteArray &rBy
     if (rBytes.size() > aLargest) return tooLarge();
     if (file.error() != QFileDevice::NoError || rBytes.size() < size)
         return QStringLiteral("Файл не удалось прочитать: %1.").arg(file.errorString());
-    if (rBytes.isEmpty()) return QStringLiteral("Файл пуст.");
     return QString();
 }
 
@@ -118,8 +120,10 @@ QByteArray DecodedXmlBytes(const QByteArray &aBytes, bool &rDecoded) {
         const QString text = decoder.decode(aBytes);
         if (!decoder.hasError() && text.isValidUtf16()) return text.toUtf8();
     }
-    const QByteArray encoding = DeclaredEncoding(aBytes);
-    if ((encoding == "windows-1251" || encoding == "cp1251") && Windows1251().IsUsable)
+    const QByteArrayView encoding = DeclaredEncoding(aBytes);
+    if ((encoding.compare("windows-1251", Qt::CaseInsensitive) == 0 ||
+         encoding.compare("cp1251", Qt::CaseInsensitive) == 0) &&
+        Windows1251().IsUsable)
         return Utf8OfWindows1251(aBytes);
     rDecoded = false;
     return aBytes;

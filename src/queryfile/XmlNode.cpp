@@ -27,6 +27,10 @@ XmlNode FirstElement(xmlNode *aFirst, const char *aName) {
     return XmlNode();
 }
 
+bool IsBlank(char aByte) {
+    return aByte == ' ' || aByte == '\t' || aByte == '\r' || aByte == '\n';
+}
+
 bool IsLineEnd(xmlChar aByte) {
     return aByte == '\n' || aByte == '\r';
 }
@@ -63,9 +67,14 @@ public:
     ParserRun &operator=(const ParserRun &) = delete;
 
     xmlDoc *Parse(const QByteArray &aBytes, const char *aEncoding, int aOptions) {
+        // Errors of character sets come without a parser; without this they go to standard error.
+        const xmlStructuredErrorFunc handler = xmlStructuredError;
+        void *const handlerContext = xmlStructuredErrorContext;
+        xmlSetStructuredErrorFunc(nullptr, [](void *, xmlErrorPtr) {});
         xmlDoc *tree =
             xmlCtxtReadMemory(theContext, aBytes.constData(), static_cast<int>(aBytes.size()),
                               nullptr, aEncoding, aOptions);
+        xmlSetStructuredErrorFunc(handlerContext, handler);
         if (tree && theIsRefused) {
             xmlFreeDoc(tree);
             tree = nullptr;
@@ -142,6 +151,10 @@ bool XmlDocument::Load(const QString &aFileName) {
 bool XmlDocument::LoadBytes(const QByteArray &aBytes) {
     theTree.reset();
     theError = XmlParseError();
+    if (std::all_of(aBytes.cbegin(), aBytes.cend(), IsBlank)) {
+        theError.Reason = QStringLiteral("Файл пуст.");
+        return false;
+    }
     bool decoded = false;
     const QByteArray bytes = DecodedXmlBytes(aBytes, decoded);
     ParserRun run(theError);

@@ -1,10 +1,12 @@
 #include <functional>
 #include <limits>
+#include <thread>
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <Vk_DocQuery/ClassRegistry.h>
 #include <Vk_DocQuery/Failure.h>
 #include <Vk_DocQuery/VkDocQueryData.h>
 
@@ -367,6 +369,26 @@ private slots:
             bytes.startsWith("<?xml version=\"1.0\" encoding=\"windows-1251\"?>\r\n<VkDocQuery"));
         QVERIFY(bytes.contains("Notes=\"\xA8\xE6\" \r\n"));
         QVERIFY(bytes.endsWith("</VkDocQuery>\r\n"));
+    }
+
+    /// On a thread of its own, which has no files library yet.
+    void LibraryThatIsNotThereIsRaised() {
+        ClassRegistry::Unregister(QStringLiteral("Vk_Lib.FilesLibrary"));
+        Failure failure(0, QString(), QString());
+        QString lastError;
+        std::thread([&] {
+            VkDocQueryData record;
+            record.LastError = QStringLiteral("old");
+            failure = RaisedBy([&] { record.WriteToXmlFile(QStringLiteral("x.qvk")); });
+            lastError = record.LastError;
+        }).join();
+        QCOMPARE(failure.Number(), 429);
+        QCOMPARE(failure.Description(),
+                 theChain + QStringLiteral("WriteToXmlFile]\r\n[Vk_DocQuery::mVkLib.FilesLib]\r\n"
+                                           "[Vk_DocQuery::mErrorHandling.CreateObjectErr] {Object: "
+                                           "Vk_Lib.FilesLibrary}\r\n[ClassRegistry]\r\n"
+                                           "Класс \"Vk_Lib.FilesLibrary\" не зарегистрирован."));
+        QCOMPARE(lastError, QString());
     }
 
     void FailedWriteIsToldInThreeWays() {

@@ -10,7 +10,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <Vk_DocQuery/ClassRegistry.h>
 #include <Vk_DocQuery/Failure.h>
 #include <Vk_DocQuery/VkDocQueryData.h>
 
@@ -48,11 +47,12 @@ QString Saved(const QString &aText, const QString &aName, qint32 aCodePage = 125
 class AsNobody {
 public:
     explicit AsNobody(bool aDrop) : theDropped(aDrop) {
-        if (theDropped && (setegid(65534) != 0 || seteuid(65534) != 0))
+        if (theDropped && (setegid(65534) != 0 || setresuid(65534, 65534, 0) != 0))
             qFatal("cannot drop rights");
     }
     ~AsNobody() {
-        if (theDropped && (seteuid(0) != 0 || setegid(0) != 0)) qFatal("cannot take rights back");
+        if (theDropped && (setresuid(0, 0, 0) != 0 || setegid(0) != 0))
+            qFatal("cannot take rights back");
     }
     AsNobody(const AsNobody &) = delete;
     AsNobody &operator=(const AsNobody &) = delete;
@@ -186,8 +186,6 @@ private slots:
 
     /// What a record holds comes back whole, whatever characters they are.
     void TextsComeBack() {
-        ClassRegistry::Register(QStringLiteral("Vk_Lib.FilesLibrary"),
-                                [] { return std::make_shared<Vk_Records::FilesLibrary>(); });
         const QString name = theFolder->filePath(QStringLiteral("Запрос \u4E00.qvk"));
         VkDocQueryData record;
         record.IsNotes = true;

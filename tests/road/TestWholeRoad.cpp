@@ -13,6 +13,7 @@
 #include <Vk_DocQuery/Providers.h>
 #include <Vk_Records/Database.h>
 
+#include "support/Keys.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"
 
@@ -49,7 +50,7 @@ public:
         line->setFocus();
         QTest::keySequence(line, QKeySequence::SelectAll);
         QTest::keyClick(line, Qt::Key_Delete);
-        QTest::keyClicks(line, aText);
+        TypeText(line, aText);
     }
     /// Presses OK, reads the warning whole and closes it.
     void ExpectFault(const QString &aMessage) const {
@@ -199,7 +200,7 @@ void WalkThroughTheFaults(const Accountant &user) {
                                     "задан искомый период дат.") +
                      theEnding);
     user.Type(QStringLiteral("theSignDate2"), QStringLiteral("05032024"));
-    user.Click(QStringLiteral("theIsSignerFio"));
+    user.Type(QStringLiteral("theSignerSurname"), QString());  // the loaded query switched it on
     user.ExpectFault(docTabOther +
                      QStringLiteral("выбрана опция поиска по \"Фамилии подписанта\", однако "
                                     "фамилия не задана.") +
@@ -267,30 +268,33 @@ private slots:
 
         DocQueryEditor editor;
         editor.SetRecord(record);
-        ModalDriver driver;
-        driver.Expect([&](QWidget &window) {
-            const Accountant user(driver, window);
-            ChangeSomethingOnEachTab(user);
-            driver.ExpectFileDialog(QStringLiteral("Сохранить файл критериев поиска"),
-                                    QStringLiteral("Query.qvk"), saved);
-            user.Click(QStringLiteral("theSaveAs"));
-            driver.ExpectFileDialog(QStringLiteral("Открыть файл критериев поиска"), QString(),
-                                    other);
-            user.Click(QStringLiteral("theLoad"));
-            if (user.TextOf(QStringLiteral("theSignerSurname")) != QStringLiteral("Петров"))
-                driver.Complain(QStringLiteral("the other query is not shown"));
-            WalkThroughTheFaults(user);
-            user.Answer(QStringLiteral("Нет"));
-            if (!window.isVisible())
-                driver.Complain(QStringLiteral("closed in spite of the refusal"));
-            user.Answer(QStringLiteral("Да"));
-            if (window.isVisible()) {
-                driver.Complain(QStringLiteral("still open"));
-                window.close();
-            }
-        });
-        const bool confirmed = editor.Execute();
-        QVERIFY2(driver.Done(), driver.Complaint());
+        bool confirmed = false;
+        {
+            ModalDriver driver;
+            driver.Expect([&](QWidget &window) {
+                const Accountant user(driver, window);
+                ChangeSomethingOnEachTab(user);
+                driver.ExpectFileDialog(QStringLiteral("Сохранить файл критериев поиска"),
+                                        QStringLiteral("Query.qvk"), saved);
+                user.Click(QStringLiteral("theSaveAs"));
+                driver.ExpectFileDialog(QStringLiteral("Открыть файл критериев поиска"), QString(),
+                                        other);
+                user.Click(QStringLiteral("theLoad"));
+                if (user.TextOf(QStringLiteral("theSignerSurname")) != QStringLiteral("Петров"))
+                    driver.Complain(QStringLiteral("the other query is not shown"));
+                WalkThroughTheFaults(user);
+                user.Answer(QStringLiteral("Нет"));
+                if (!window.isVisible())
+                    driver.Complain(QStringLiteral("closed in spite of the refusal"));
+                user.Answer(QStringLiteral("Да"));
+                if (window.isVisible()) {
+                    driver.Complain(QStringLiteral("still open"));
+                    window.close();
+                }
+            });
+            confirmed = editor.Execute();
+            QVERIFY2(driver.Done(), driver.Complaint());
+        }
         QVERIFY(confirmed);
         CheckTheSavedFile(saved);
         CheckTheRecord(*editor.Record(), other);

@@ -1,0 +1,298 @@
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <Vk_DocQuery/VkDocQueryData.h>
+
+#include "queryfile/XmlNode.h"
+#include "support/MemoryRecords.h"
+#include "support/TestMain.h"
+
+using namespace Vk_DocQuery;
+
+namespace {
+
+/// A file of the folder of broken and foreign files, and what reading it gives.
+struct Foreign {
+    const char *File;
+    const char16_t *Reason;  ///< null: it is read
+    const char16_t *Source = u"";
+    int Line = 0;
+};
+
+const char16_t *const theDocumentType =
+    u"Объявление типа документа (DOCTYPE) в файле не допускается.";
+const char16_t *const theRootMissing =
+    u"Неверный формат файла критериев поиска. Отсутствует корневой узел VkDocQuery.";
+
+const Foreign theFiles[] = {
+    {"bad-utf-16.qvk", u"AttValue: ' expected", u"<VkDocQuery Notes=\"", 1},
+    {"bad-utf-8.qvk", u"Input is not proper UTF-8, indicate encoding ! Bytes: 0xC6 0xF3 0x22 0x20",
+     u"<VkDocQuery><DocCriteria IsNotes=\"1\" Notes=\"��\" /></VkDocQuery>", 2},
+    {"bare-ampersand.qvk", u"xmlParseEntityRef: no name",
+     u"<DocCriteria IsNotes=\"1\" Notes=\"Рога & копыта\" />", 3},
+    {"control-character.qvk", u"invalid character in attribute value",
+     u"<DocCriteria IsNotes=\"1\" Notes=\"a b\" />", 3},
+    {"control-reference.qvk", u"xmlParseCharRef: invalid xmlChar value 1",
+     u"<DocCriteria IsNotes=\"1\" Notes=\"a&#1;b\" />", 3},
+    {"duplicate-attribute.qvk", u"Attribute IsNotes redefined",
+     u"<DocCriteria IsNotes=\"1\" IsNotes=\"0\" />", 3},
+    {"entity-bomb.qvk", theDocumentType, u"<!DOCTYPE VkDocQuery [", 2},
+    {"external-dtd.qvk", theDocumentType,
+     u"<!DOCTYPE VkDocQuery SYSTEM \"http://127.0.0.1:9/query.dtd\">", 2},
+    {"external-entity.qvk", theDocumentType,
+     u"<!DOCTYPE VkDocQuery [<!ENTITY x SYSTEM \"file:///etc/passwd\">]>", 2},
+    {"good-byte-98.qvk", nullptr, u"Жук\u0098"},
+    {"good-koi8-r.qvk", nullptr, u"Жук"},
+    {"good-no-declaration.qvk", nullptr, u"Жук"},
+    {"good-one-line.qvk", nullptr, u"Жук"},
+    {"good-unix-lines.qvk", nullptr, u"Жук"},
+    {"good-utf-16-be-mark.qvk", nullptr, u"Жук"},
+    {"good-utf-16-be.qvk", nullptr, u"Жук"},
+    {"good-utf-16-le-mark.qvk", nullptr, u"Жук"},
+    {"good-utf-16-le.qvk", nullptr, u"Жук"},
+    {"good-utf-16-mark-other-declaration.qvk", nullptr, u"Жук"},
+    {"good-utf-8-mark-other-declaration.qvk", nullptr, u"Жук"},
+    {"good-utf-8-mark.qvk", nullptr, u"Жук"},
+    {"good-utf-8.qvk", nullptr, u"Жук"},
+    {"not-xml.qvk", u"Start tag expected, '<' not found", u"��� �� ���� ���������, � ������.", 1},
+    {"page.html", theDocumentType, u"<!DOCTYPE html>", 1},
+    {"two-roots.qvk", u"Extra content at the end of the document", u"<VkDocQuery ver=\"1\" />", 3},
+    {"undeclared-entity.qvk", u"Entity 'nbsp' not defined",
+     u"<DocCriteria IsNotes=\"1\" Notes=\"&nbsp;\" />", 3},
+    {"unknown-encoding.qvk", u"Unsupported encoding cuneiform-7",
+     u"<?xml version=\"1.0\" encoding=\"cuneiform-7\"?>", 1},
+    {"wrong-closing-tag.qvk",
+     u"Opening and ending tag mismatch: DocCriteria line 3 and TemplateCriteria",
+     u"</TemplateCriteria>", 4},
+    {"wrong-root.qvk", theRootMissing},
+    {"zero-byte.qvk", u"Char 0x0 out of allowed range",
+     u"<DocCriteria IsNotes=\"1\" Notes=\"a b\" />", 3},
+};
+
+QString Explained(const QString &aReason, const QString &aSource, int aLine) {
+    return QStringLiteral("   Reason: %1\r\n   Source: %2\r\n   Line: %3")
+        .arg(aReason, aSource)
+        .arg(aLine);
+}
+
+QString Folder() {
+    return QStringLiteral(VK_TEST_DATA "/broken");
+}
+
+void WriteBytes(const QString &aName, const QByteArray &aBytes) {
+    QFile file(aName);
+    if (!file.open(QIODevice::WriteOnly) || file.write(aBytes) != aBytes.size())
+        qFatal("cannot write");
+}
+
+/// Highest use of memory of this process so far, in MB.
+qint64 PeakMemory() {
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly)) return 0;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith("VmHWM:"))
+            return line.mid(6).trimmed().split(' ').first().toLongLong() / 1024;
+    }
+    return 0;
+}
+
+/// Takes the rights of root away while it lives.
+class AsNobody {
+public:
+    AsNobody() : theWasRoot(geteuid() == 0) {
+        if (theWasRoot && (setegid(65534) != 0 || setresuid(65534, 65534, 0) != 0))
+            qFatal("cannot drop rights");
+    }
+    ~AsNobody() {
+        if (theWasRoot && (setresuid(0, 0, 0) != 0 || setegid(0) != 0))
+            qFatal("cannot take rights back");
+    }
+    AsNobody(const AsNobody &) = delete;
+    AsNobody &operator=(const AsNobody &) = delete;
+
+private:
+    bool theWasRoot;
+};
+
+}  // namespace
+
+class TestForeignFiles : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { VkTests::MemoryOffice::Install(); }
+
+    void FilesOfTheFolder_data() {
+        QTest::addColumn<int>("index");
+        for (int i = 0; i < int(std::size(theFiles)); ++i) QTest::newRow(theFiles[i].File) << i;
+    }
+    void FilesOfTheFolder() {
+        QFETCH(int, index);
+        const Foreign &foreign = theFiles[index];
+        const QString name = Folder() + u'/' + QLatin1String(foreign.File);
+        QVERIFY(QFile::exists(name));
+        VkDocQueryData record;
+        record.FileName = QStringLiteral("old");
+        const bool read = record.ReadFromXmlFile(name);
+        if (foreign.Reason) {
+            const QString reason = QString::fromUtf16(foreign.Reason);
+            QCOMPARE(record.LastError,
+                     foreign.Reason == theRootMissing
+                         ? reason
+                         : Explained(reason, QString::fromUtf16(foreign.Source), foreign.Line));
+            QVERIFY(!read);
+            QCOMPARE(record.FileName, QString());
+        } else {
+            QCOMPARE(record.LastError, QString());
+            QVERIFY(read);
+            QCOMPARE(record.FileName, name);
+            QCOMPARE(record.Notes, QString::fromUtf16(foreign.Source));
+        }
+    }
+
+    void EveryFileOfTheFolderIsTested() {
+        QStringList files = QDir(Folder()).entryList(QDir::Files);
+        for (const Foreign &foreign : theFiles)
+            QVERIFY2(files.removeOne(QString::fromLatin1(foreign.File)), foreign.File);
+        QCOMPARE(files, QStringList());
+    }
+
+    /// A real file, cut short at every 97th byte.
+    void CutFiles() {
+        QTemporaryDir folder;
+        const QString name = folder.filePath(QStringLiteral("cut.qvk"));
+        VkDocQueryData saved;
+        saved.IsTaxpayers = saved.IsNotes = true;
+        saved.Notes = QStringLiteral("Акт \"сверки\" & прочее <5>");
+        saved.TaxpayersList = std::make_shared<RecordCollection>();
+        for (const double id : {1.0, 2.0, 3.0}) saved.TaxpayersList->Add(VkTests::MakePerson(id));
+        QVERIFY(saved.WriteToXmlFile(name));
+        QFile file(name);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray bytes = file.readAll();
+        file.close();
+        QVERIFY(bytes.size() > 1500);
+
+        const QRegularExpression explained(
+            QStringLiteral("^   Reason: [^\r\n]+\r\n   Source: [^\r\n]*\r\n   Line: [0-9]+$"));
+        for (qsizetype length = 0; length < bytes.size(); length += 97) {
+            WriteBytes(name, bytes.left(length));
+            VkDocQueryData record;
+            QVERIFY2(!record.ReadFromXmlFile(name), QByteArray::number(length).constData());
+            QVERIFY2(explained.match(record.LastError).hasMatch(), qPrintable(record.LastError));
+            if (length == 0)
+                QCOMPARE(record.LastError, Explained(QStringLiteral("Файл пуст."), {}, 0));
+        }
+        WriteBytes(name, bytes);
+        VkDocQueryData whole;
+        QVERIFY(whole.ReadFromXmlFile(name));
+        QCOMPARE(whole.Notes, saved.Notes);
+        QCOMPARE(whole.TaxpayersList->Count(), 3);
+    }
+
+    void PathsThatAreNoFile_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("missing") << QStringLiteral("missing") << QStringLiteral("Файл не найден.");
+        QTest::newRow("no name") << QString() << QStringLiteral("Имя файла не задано.");
+        QTest::newRow("folder") << QStringLiteral("folder")
+                                << QStringLiteral("По этому пути находится папка, а не файл.");
+        const QString special =
+            QStringLiteral("По этому пути находится не обычный файл, а канал или устройство.");
+        QTest::newRow("pipe") << QStringLiteral("pipe") << special;
+        QTest::newRow("device") << QStringLiteral("/dev/zero") << special;
+        QTest::newRow("link to itself")
+            << QStringLiteral("loop") << QStringLiteral("Файл не найден.");
+        QTest::newRow("no permission")
+            << QStringLiteral("secret") << QStringLiteral("Нет прав на чтение файла.");
+    }
+    void PathsThatAreNoFile() {
+        QFETCH(QString, kind);
+        QFETCH(QString, reason);
+        QTemporaryDir folder;
+        QFile::setPermissions(folder.path(), QFileDevice::Permissions(0x7755));
+        const QString name = kind.isEmpty() || kind.startsWith(u'/') ? kind : folder.filePath(kind);
+        const QByteArray bytes = QFile::encodeName(name);
+        if (kind == QStringLiteral("folder")) QVERIFY(QDir().mkdir(name));
+        if (kind == QStringLiteral("pipe")) QCOMPARE(mkfifo(bytes.constData(), 0666), 0);
+        if (kind == QStringLiteral("loop"))
+            QCOMPARE(symlink(bytes.constData(), bytes.constData()), 0);
+        if (kind == QStringLiteral("secret")) {
+            WriteBytes(name, "<VkDocQuery/>");
+            QCOMPARE(chmod(bytes.constData(), 0), 0);
+        }
+        VkDocQueryData record;
+        bool read = true;
+        {
+            const AsNobody nobody;
+            read = record.ReadFromXmlFile(name);
+        }
+        QVERIFY(!read);
+        QCOMPARE(record.LastError, Explained(reason, QString(), 0));
+    }
+
+    void FilesOfExtremeSizeAndDepth_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<bool>("read");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("blanks") << QStringLiteral("blanks") << false
+                                << QStringLiteral("Файл пуст.");
+        QTest::newRow("blanks in the root") << QStringLiteral("inner") << true << QString();
+        QTest::newRow("too large")
+            << QStringLiteral("large") << false
+            << QStringLiteral("Файл слишком велик: допускается не более 64 МБ.");
+        QTest::newRow("deep") << QStringLiteral("deep") << false
+                              << QStringLiteral(
+                                     "Excessive depth in document: 256 use XML_PARSE_HUGE option");
+        QTest::newRow("long attribute")
+            << QStringLiteral("attribute") << false << QStringLiteral("AttValue length too long");
+        QTest::newRow("many bad ids") << QStringLiteral("ids") << true << QString();
+    }
+    void FilesOfExtremeSizeAndDepth() {
+        QFETCH(QString, kind);
+        QFETCH(bool, read);
+        QFETCH(QString, reason);
+        constexpr qsizetype fiftyMegabytes = 50 * 1024 * 1024;
+        QByteArray bytes;
+        if (kind == QStringLiteral("blanks")) bytes = QByteArray(fiftyMegabytes, ' ');
+        if (kind == QStringLiteral("inner"))
+            bytes = "<VkDocQuery>" + QByteArray(9 * 1024 * 1024, ' ') + "</VkDocQuery>";
+        if (kind == QStringLiteral("large"))
+            bytes = QByteArray(XmlDocument::theLargestSize + 1, 'x');
+        if (kind == QStringLiteral("deep"))
+            bytes = QByteArray("<VkDocQuery>").repeated(100000) +
+                    QByteArray("</VkDocQuery>").repeated(100000);
+        if (kind == QStringLiteral("attribute"))
+            bytes = "<VkDocQuery a=\"" + QByteArray(20 * 1024 * 1024, 'x') + "\"/>";
+        if (kind == QStringLiteral("ids"))
+            bytes = "<VkDocQuery><TaxpayersCriteria IsTaxpayers='1'><TaxpayersList>" +
+                    QByteArray("<i id='abc'/>").repeated(200000) +
+                    "</TaxpayersList></TaxpayersCriteria></VkDocQuery>";
+        QTemporaryDir folder;
+        const QString name = folder.filePath(QStringLiteral("a.qvk"));
+        WriteBytes(name, bytes);
+        VkDocQueryData record;
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(record.ReadFromXmlFile(name), read);
+        QVERIFY(timer.elapsed() < 60000);
+        if (!read)
+            QVERIFY2(record.LastError.startsWith(QStringLiteral("   Reason: ") + reason),
+                     qPrintable(record.LastError.left(300)));
+        QVERIFY(record.LastError.size() < 600);
+#ifndef __SANITIZE_ADDRESS__
+        QVERIFY(PeakMemory() < 600);
+#endif
+    }
+};
+
+VK_TEST_CLASS(TestForeignFiles);
+
+#include "TestForeignFiles.moc"
