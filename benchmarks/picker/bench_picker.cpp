@@ -23,7 +23,7 @@
 #include "LargeOffice.h"
 #include "panel/VkDocQueryCriteries.h"
 #include "PeerTree.h"
-#include "picker/SearchTexts.h"
+#include "controls/SearchTexts.h"
 #include "picker/SelectObjectsForm.h"
 
 using namespace Vk_DocQuery;

@@ -1,8 +1,8 @@
 #include "controls/ListView.h"
 
 #include <algorithm>
-#include <array>
 
+#include <QAccessible>
 #include <QHeaderView>
 #include <QScrollBar>
 
@@ -107,7 +107,7 @@ void ListView::SetColumnWidth(int aPosition, int aWidthTwips) {
 
 void ListView::ApplyColumns() {
     theRows->SetExpectedCells(ColumnCount() - 1);
-    theModel->Refresh(theModel->rowCount());
+    theModel->ResetColumns();
     for (const ListColumn &column : theColumns) SetColumnWidth(column.Index - 1, column.Width);
     MirrorSelection();
     Changed();
@@ -298,26 +298,18 @@ void ListView::FlushRows() {
         const int down = change.Refilled ? 0 : verticalScrollBar()->value();
         static_cast<void>(theRows->Order());
         ShowSortState();
-        RefreshModel();
+        theModel->Refresh(RowCount());
+        TellAssistivePrograms();
+        executeDelayedItemsLayout();
         verticalScrollBar()->setValue(down);
     }
     if (change.Rows || change.Selection) MirrorSelection();
 }
 
-/// On its way the view loses its columns and gets them back. The lower scroll bar is kept as it
-/// was, and is not painted again for nothing: it costs more than the rows.
-void ListView::RefreshModel() {
-    QScrollBar &bar = *horizontalScrollBar();
-    const auto state = [&bar] {
-        return std::array{bar.minimum(), bar.maximum(), bar.pageStep(), bar.value()};
-    };
-    const auto before = state();
-    bar.setAttribute(Qt::WA_UpdatesDisabled);
-    theModel->Refresh(RowCount());
-    executeDelayedItemsLayout();
-    bar.setValue(before.back());
-    bar.setAttribute(Qt::WA_UpdatesDisabled, false);
-    if (state() != before) bar.update();
+void ListView::TellAssistivePrograms() {
+    if (!QAccessible::isActive()) return;
+    QAccessibleTableModelChangeEvent event(this, QAccessibleTableModelChangeEvent::ModelReset);
+    QAccessible::updateAccessibility(&event);
 }
 
 /// The marks and the current row for assistive programs, which ask the selection model.

@@ -7,7 +7,7 @@
 
 #include <Vk_DocQuery/KeyedCollection.h>
 
-#include "picker/SearchTexts.h"
+#include "controls/SearchTexts.h"
 
 class QKeyEvent;
 class QPushButton;

@@ -1,4 +1,4 @@
-#include "picker/SearchTexts.h"
+#include "controls/SearchTexts.h"
 
 #include <algorithm>
 #include <array>

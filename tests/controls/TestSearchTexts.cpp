@@ -3,7 +3,7 @@
 
 #include <QTest>
 
-#include "picker/SearchTexts.h"
+#include "controls/SearchTexts.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
@@ -47,6 +47,25 @@ private slots:
     void upperCaseIsThatOfTexts() {
         QFETCH(QString, field);
         QCOMPARE(Made({{field}}).Text(0), field.toUpper());
+    }
+
+    void repeatedLettersAcrossTexts() {
+        const SearchTexts texts = Made({{QStringLiteral("аа")},
+                                        {QStringLiteral("ааа")},
+                                        {},
+                                        {QStringLiteral("аБ")},
+                                        {QStringLiteral("баааа")}});
+        const auto matching = [&](const char16_t *aFilter) {
+            return texts.Matching(QString::fromUtf16(aFilter));
+        };
+        QCOMPARE(matching(u""), (std::vector<int>{0, 1, 2, 3, 4}));
+        QCOMPARE(matching(u"А"), (std::vector<int>{0, 1, 3, 4}));
+        QCOMPARE(matching(u"ААА"), (std::vector<int>{1, 4}));
+        QCOMPARE(matching(u"АБ"), (std::vector<int>{3}));
+        QCOMPARE(matching(u"БА"), (std::vector<int>{4}));
+        QCOMPARE(matching(u"ББ"), (std::vector<int>{}));
+        QCOMPARE(matching(u"ААААА"), (std::vector<int>{}));
+        QVERIFY(SearchTexts().Matching(QStringLiteral("А")).empty());
     }
 
     void findsInOneTextOnly() {
