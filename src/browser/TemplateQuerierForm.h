@@ -8,7 +8,7 @@
 
 #include "browser/IntCategoryCluster.h"
 #include "browser/IntTemplateClass.h"
-#include "browser/SearchTexts.h"
+#include "controls/SearchTexts.h"
 #include "browser/TimeTable.h"
 
 class QLineEdit;

@@ -8,6 +8,7 @@
 #include <QScrollBar>
 #include <QToolTip>
 
+#include "controls/Colours.h"
 #include "controls/ListViewRows.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkGraphLight.h"
@@ -147,6 +148,12 @@ void ListView::DrawCell(QPainter &aPainter, const QStyleOptionViewItem &aOption,
         box.state.setFlag(QStyle::State_Selected, false);
         box.state |= aRow.IsChecked() ? QStyle::State_On : QStyle::State_Off;
         style()->drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &box, &aPainter, this);
+        // The style's own edge cannot be seen on a dark ground.
+        aPainter.save();
+        aPainter.setPen(EdgeColour(palette()));
+        aPainter.setBrush(Qt::NoBrush);
+        aPainter.drawRect(box.rect.adjusted(0, 0, -1, -1));
+        aPainter.restore();
     }
     if (const QIcon *icon = key.isEmpty() ? nullptr : theRows->Picture(key)) {
         const int side = PictureSize();
