@@ -142,6 +142,38 @@ QUERY = """<?xml version="1.0" encoding="windows-1251"?>
 </VkDocQuery>
 """
 
+TAXPAYERS = [
+    '7713297727; 771301001; ООО "Лесная поляна"',
+    '7702524456; 770201001; ООО "Северный ветер"',
+]
+FORMS = ["Декларация по налогу на прибыль", "Декларация по НДС"]
+
+PICKER_TITLE = "Добавление налогоплательщиков, сдающих отчетность"
+PICKER = [
+    ("text", "Фильтр:"),
+    ("tree", "Объекты, которые можно добавить"),
+    ("push button", "Пометить всё"),
+    ("push button", "Снять все отметки"),
+    ("push button", "Пометить выделенные"),
+    ("push button", "Снять отметки с выделенного"),
+    ("push button", "OK"),
+    ("push button", "Отмена"),
+]
+
+BROWSER_TITLE = "Поиск бланков отчетных форм"
+BROWSER_LIST = "2. Уточните отчетную форму, указав ее в списке:"
+BROWSER_TIMES = "Отчетные периоды, в которых доступна указанная отчетная форма:"
+BROWSER = [
+    ("label", "1. Наберите буквы названия отчетной формы или цифры КНД:"),
+    ("text", "Фильтр:"),
+    ("tree", BROWSER_LIST),
+    ("table column header", "КНД"),
+    ("text", "Комплекты отчетности, в которых доступна указанная отчетная форма:"),
+    ("tree", BROWSER_TIMES),
+    ("table column header", "Янв"),
+    ("push button", "Закрыть"),
+]
+
 faults = []
 log_files = []
 
@@ -382,11 +414,19 @@ def operate(dialog):
     until("the box to go with its criterion", lambda: not shows(codes))
 
 
-def row_names(dialog, list_name):
-    tree = one(dialog, "tree", list_name)
-    cells = until(f'rows in "{list_name}"', lambda: [c for c in tree if c.getRoleName() == "table cell"])
-    print([c.name for c in cells])
-    return [cell.name for cell in cells if "; " in cell.name]
+def rows_of(tree):
+    """The first cell of each row, which says the whole row."""
+    parts = list(tree)
+    columns = sum(1 for part in parts if part.getRoleName() == "table column header")
+    return [part for part in parts if part.getRoleName() == "table cell"][::columns]
+
+
+def check_rows(window, list_name, wanted):
+    tree = one(window, "tree", list_name)
+    until(f'rows in "{list_name}"', lambda: rows_of(tree))
+    said = [row.name for row in rows_of(tree)]
+    if said != wanted:
+        fault(f'the rows of "{list_name}" are said as {said}')
 
 
 def check_lists(dialog):
@@ -403,18 +443,63 @@ def check_lists(dialog):
     gone("Открыть файл критериев поиска")
     loaded = window(f"Поиск документов - [{path}]")
     open_tab(loaded, "Налогоплательщик")
-    rows = row_names(loaded, "Список налогоплательщиков")
-    if len(rows) != 2 or not all(any(ch.isdigit() for ch in row) and "ООО" in row or "ИП" in row or "АО" in row for row in rows):
-        fault(f"the taxpayers are said as {rows}")
+    check_rows(loaded, "Список налогоплательщиков", TAXPAYERS)
+    check_picker(loaded)
     open_tab(loaded, "Отчетная форма")
-    rows = row_names(loaded, "Список отчетных форм (бланков)")
-    if len(rows) != 2:
-        fault(f"the forms are said as {rows}")
+    check_rows(loaded, "Список отчетных форм (бланков)", FORMS)
     return loaded
 
 
+def check_picker(dialog):
+    press(dialog, "push button", "Добавить ...")
+    picker = window(PICKER_TITLE)
+    check_there(picker, PICKER)
+    check_all_are_named(picker)
+    tree = one(picker, "tree", "Объекты, которые можно добавить")
+    rows = until("rows to choose from", lambda: rows_of(tree))
+    if any(row.name in TAXPAYERS or row.name.count("; ") < 1 for row in rows):
+        fault(f"the offer is said as {[row.name for row in rows]}")
+    press(picker, "push button", "Пометить всё")
+    until("the marks", lambda: all(is_checked(row) for row in rows_of(tree)))
+    chosen = rows[-1].name
+    write(one(picker, "text", "Фильтр:"), chosen.split("; ")[0])
+    until("the filtered rows", lambda: [row.name for row in rows_of(tree)] == [chosen])
+    press(picker, "push button", "OK")
+    gone(PICKER_TITLE)
+    listed = one(dialog, "tree", "Список налогоплательщиков")
+    # Of the head organisation the two lists show different names.
+    begin = "; ".join(chosen.split("; ")[:3])
+    until("the chosen taxpayer in the list", lambda: [row for row in rows_of(listed) if row.name.startswith(begin)])
+
+
 def check_browser(host):
-    press(host, "menu item", "Поиск бланков отчетных форм ...")
+    # A menu that is not open does not show.
+    item = until("the menu item", lambda: [e for e in everything(host) if e.name == BROWSER_TITLE + " ..."])[0]
+    try:
+        act(item, "Press")
+    except Exception:  # noqa: BLE001: a menu item answers only when the window it brings up is closed
+        pass
+    browser = window(BROWSER_TITLE)
+    check_there(browser, BROWSER)
+    check_all_are_named(browser)
+    tree = one(browser, "tree", BROWSER_LIST)
+    all_forms = len(rows_of(tree))
+    write(one(browser, "text", "Фильтр:"), "прибыль")
+    until("the filtered forms", lambda: 0 < len(rows_of(tree)) < all_forms)
+    for row in rows_of(tree):
+        if "прибыль" not in row.name.lower():
+            fault(f'the filter leaves the form "{row.name}"')
+    years = one(browser, "tree", BROWSER_TIMES)
+    until("the periods by name", lambda: any("; 1 кв" in row.name or "; Янв" in row.name for row in rows_of(years)))
+    press(browser, "push button", "Закрыть")
+    gone(BROWSER_TITLE)
+
+
+def everything(element):
+    for child in element:
+        if child is not None:
+            yield child
+            yield from everything(child)
 
 
 def main():
@@ -431,6 +516,7 @@ def main():
     dialog = check_lists(dialog)
     press(dialog, "push button", "Отмена")
     gone(dialog.name)
+    check_browser(host)
     if faults:
         give_up(faults.pop())
     print("The tree is as it should be")

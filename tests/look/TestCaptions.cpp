@@ -26,6 +26,7 @@
 #include "controls/NumberBox.h"
 #include "dialog/DocQueryOptionsFrm.h"
 #include "foundation/mVkGraphLight.h"
+#include "picker/SelectObjectsForm.h"
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"
@@ -384,6 +385,29 @@ private slots:
         QVERIFY(measure.Captions() > 25);
         const QByteArray overlaps = Overlaps(browser);
         QVERIFY2(overlaps.isEmpty(), overlaps);
+    }
+
+    void NothingOfThePickerIsCut_data() {
+        QTest::addColumn<bool>("dark");
+        QTest::addColumn<qint32>("type");
+        for (qint32 type = 1; type <= 5; ++type) {
+            QTest::addRow("light, type %d", type) << false << type;
+            QTest::addRow("dark, type %d", type) << true << type;
+        }
+    }
+    void NothingOfThePickerIsCut() {
+        QFETCH(qint32, type);
+        UsePalette();
+        ModalDriver driver;
+        driver.Expect([&](QWidget &aWindow) {
+            const Measure measure(aWindow);
+            const QByteArray faults = measure.Faults() + Overlaps(aWindow);
+            if (!faults.isEmpty()) driver.Complain(QString::fromUtf8(faults));
+            if (measure.Captions() < 9) driver.Complain(QStringLiteral("nothing was measured"));
+            aWindow.close();
+        });
+        SelectObjectsForm().Execute(type, nullptr);
+        QVERIFY2(driver.Done(), driver.Complaint());
     }
 
     void NothingOfABoxIsCut_data() { Palettes(); }

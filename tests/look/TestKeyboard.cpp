@@ -10,6 +10,7 @@
 #include "browser/TemplateQuerierForm.h"
 #include "dialog/DocQueryOptionsFrm.h"
 #include "support/MemoryRecords.h"
+#include "support/ModalDriver.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
@@ -186,6 +187,16 @@ private slots:
         QTest::keyClick(&box, Qt::Key_Space);
         QVERIFY(!box.isChecked());
         QVERIFY(!dialog.Get("theTaxpayersList").isVisible());
+    }
+
+    void EnterPressesTheButtonWithTheFocus() {
+        OpenDialog dialog;
+        QVERIFY(QTest::qWaitForWindowActive(&dialog.Window));
+        const ModalDriver driver;  // would answer the box that OK brings
+        dialog.Get("theCancel").setFocus();
+        QTest::keyClick(dialog.Window.focusWidget(), Qt::Key_Return);
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(!dialog.Window.isVisible());
     }
 
     void ListsDropDown_data() {
