@@ -1,6 +1,6 @@
+#include <algorithm>
 #include <charconv>
-
-#include <QVarLengthArray>
+#include <span>
 
 #include "foundation/CheckedArithmetic.h"
 #include "foundation/mErrorHandling.h"
@@ -81,43 +81,44 @@ QString DateText(const LooseValue &aDate) {
     return ToText(ToDate(aDate));
 }
 
-/// The lines of a list, each put together in one place and added as a whole.
+/// The lines of a list, each put together in the text itself.
 class ItemLine {
 public:
-    explicit ItemLine(const QString &aIndent) {
-        Append(aIndent);
-        Append(u"<i id=\"");
-        theHead = theLine.size();
-    }
+    explicit ItemLine(const QString &aIndent) : theHead(aIndent + QStringLiteral("<i id=\"")) {}
 
-    QStringView With(double aID) {
-        theLine.resize(theHead);
-        AppendNumber(aID);
-        Append(u"\" />\r\n");
-        return QStringView(theLine.constData(), theLine.size());
+    void Add(StringAccumulator &rText, double aID) const {
+        char digits[theLongestNumber];
+        const std::span<const char> number = WholeNumber(aID, digits);
+        if (number.empty()) {
+            rText.Add(theHead);
+            rText.Add(GeneralNumberText(aID));
+            rText.Add(theTail);
+            return;
+        }
+        const auto length =
+            static_cast<qint32>(theHead.size() + std::ssize(number) + theTail.size());
+        char16_t *end = rText.Room(length);
+        end = std::copy_n(theHead.utf16(), theHead.size(), end);
+        for (const char digit : number) *end++ = static_cast<char16_t>(digit);
+        std::copy_n(theTail.utf16(), theTail.size(), end);
+        rText.AddRoom(length);
     }
 
 private:
-    void Append(QStringView aText) { theLine.append(aText.utf16(), aText.size()); }
+    static constexpr std::size_t theLongestNumber = 24;
+    static constexpr QStringView theTail = u"\" />\r\n";
 
-    /// As ToText gives it, without a text of its own where it is a whole number.
-    void AppendNumber(double aID) {
+    /// As ToText gives it, without a text of its own; nothing where it is no whole number.
+    static std::span<const char> WholeNumber(double aID, std::span<char, theLongestNumber> rDigits) {
         constexpr double firstWithExponent = 1e15;
-        if (aID > -firstWithExponent && aID < firstWithExponent) {
-            const auto whole = static_cast<qint64>(aID);
-            if (static_cast<double>(whole) == aID) {
-                char digits[24];
-                const char *end = std::to_chars(digits, digits + sizeof digits, whole).ptr;
-                for (const char *digit = digits; digit != end; ++digit)
-                    theLine.append(static_cast<char16_t>(*digit));
-                return;
-            }
-        }
-        Append(GeneralNumberText(aID));
+        if (!(aID > -firstWithExponent && aID < firstWithExponent)) return {};
+        const auto whole = static_cast<qint64>(aID);
+        if (static_cast<double>(whole) != aID) return {};
+        const char *end = std::to_chars(rDigits.data(), rDigits.data() + rDigits.size(), whole).ptr;
+        return {rDigits.data(), end};
     }
 
-    QVarLengthArray<char16_t, 256> theLine;
-    qsizetype theHead = 0;
+    QString theHead;
 };
 
 }  // namespace
@@ -225,13 +226,13 @@ void VkDocQueryData::WriteCollectedIDsToXmlString(
         IndentLevel = CheckedAdd(IndentLevel, 1);
     }
     if (aCollection && !aCollection->IsEmpty()) {
-        ItemLine line(Indent());
+        const ItemLine line(Indent());
         for (const std::shared_ptr<Record> &item : *aCollection) {
             if (!item) {
                 throw Failure(ObjectNotSet, QString(),
                               QStringLiteral("Элемент списка \"%1\" отсутствует.").arg(aName));
             }
-            aAccumulator.Add(line.With(item->ID()));
+            line.Add(aAccumulator, item->ID());
         }
     }
     if (!aName.isEmpty()) {

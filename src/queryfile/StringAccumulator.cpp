@@ -37,12 +37,20 @@ void StringAccumulator::AddLine(QStringView aText) {
     Add(u"\r\n");
 }
 
+char16_t *StringAccumulator::Room(qint32 aCount) {
+    const qint32 length = CheckedAdd(theLength, aCount);
+    if (length > Capacity()) EnsureCapacity(length);
+    return reinterpret_cast<char16_t *>(theBuffer.data()) + theLength;
+}
+
+void StringAccumulator::AddRoom(qint32 aCount) {
+    theLength = std::min(CheckedAdd(theLength, aCount), Capacity());
+}
+
 void StringAccumulator::EnsureCapacity(qint32 aRequired) {
-    while (Capacity() < aRequired) {
-        const qint32 present = Capacity();
-        const qint32 grown = present == 0 ? theFirstCapacity : CheckedAdd(present, present);
-        theBuffer.resize(grown);
-    }
+    qint32 capacity = Capacity() == 0 ? theFirstCapacity : Capacity();
+    while (capacity < aRequired) capacity = CheckedAdd(capacity, capacity);
+    if (capacity > Capacity()) theBuffer.resize(capacity);
 }
 
 void StringAccumulator::Clear() {

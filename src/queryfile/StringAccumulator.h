@@ -18,6 +18,10 @@ public:
     void Add(QStringView aText);
     /// Adds the text and a line end, CR LF.
     void AddLine(QStringView aText);
+    /// Room for so many characters behind the text, for who puts them there in place; what was put
+    /// there is taken over by AddRoom.
+    char16_t *Room(qint32 aCount);
+    void AddRoom(qint32 aCount);
     /// Gives the memory back.
     void Clear();
     /// Shortens the text; a length that is negative or not shorter changes nothing.
