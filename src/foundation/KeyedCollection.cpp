@@ -83,8 +83,7 @@ void KeyIndex::Append(const QString &aKey) {
     }
     if (!theSlotsValid) FillSlots();
     // Room that was reserved is made by the first key; items without a key need none.
-    if ((theUsed + 1) * 2 > theSlots.size())
-        Grow(std::max((theUsed + 1) * 2, theReserved) * 2);
+    if ((theUsed + 1) * 2 > theSlots.size()) Grow(std::max((theUsed + 1) * 2, theReserved) * 2);
     if (theReserved > theKeys.capacity()) theKeys.reserve(theReserved);
     const quint32 hash = HashOf(aKey);
     const std::size_t slot = SlotOf(aKey, hash);

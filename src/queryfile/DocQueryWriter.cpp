@@ -1,6 +1,7 @@
 #include <algorithm>
+#include <array>
 #include <charconv>
-#include <span>
+#include <cstring>
 
 #include "foundation/CheckedArithmetic.h"
 #include "foundation/mErrorHandling.h"
@@ -81,44 +82,56 @@ QString DateText(const LooseValue &aDate) {
     return ToText(ToDate(aDate));
 }
 
-/// The lines of a list, each put together in the text itself.
+/// The lines of a list. A line with a whole number is put together in the text itself: the head is
+/// copied in one piece of a fixed size, which takes the least time, and the rest is written over
+/// it.
 class ItemLine {
 public:
-    explicit ItemLine(const QString &aIndent) : theHead(aIndent + QStringLiteral("<i id=\"")) {}
+    explicit ItemLine(const QString &aIndent) : theHead(aIndent + QStringLiteral("<i id=\"")) {
+        theFits = theHead.size() + qsizetype{theMostDigits} + theTail.size() <= theLineSize;
+        if (theFits) std::copy_n(theHead.utf16(), theHead.size(), theLine.begin());
+    }
 
-    void Add(StringAccumulator &rText, double aID) const {
-        char digits[theLongestNumber];
-        const std::span<const char> number = WholeNumber(aID, digits);
-        if (number.empty()) {
+    void Add(StringAccumulator &rText, double aID) {
+        std::array<char, theMostDigits> digits;
+        const std::size_t count = theFits ? WholeNumber(aID, digits) : 0;
+        if (count == 0) {
             rText.Add(theHead);
             rText.Add(GeneralNumberText(aID));
             rText.Add(theTail);
             return;
         }
-        const auto length =
-            static_cast<qint32>(theHead.size() + std::ssize(number) + theTail.size());
-        char16_t *end = rText.Room(length);
-        end = std::copy_n(theHead.utf16(), theHead.size(), end);
-        for (const char digit : number) *end++ = static_cast<char16_t>(digit);
-        std::copy_n(theTail.utf16(), theTail.size(), end);
-        rText.AddRoom(length);
+        char16_t *line = rText.Room(theLineSize);
+        std::memcpy(line, theLine.data(), sizeof theLine);
+        char16_t *number = line + theHead.size();
+        for (std::size_t i = 0; i < count; ++i) number[i] = static_cast<char16_t>(digits[i]);
+        std::memcpy(number + count, theTail.utf16(),
+                    static_cast<std::size_t>(theTail.size()) * sizeof(char16_t));
+        rText.AddRoom(static_cast<qint32>(theHead.size() + theTail.size()) +
+                      static_cast<qint32>(count));
     }
 
 private:
-    static constexpr std::size_t theLongestNumber = 24;
+    static constexpr std::size_t theMostDigits = 16;
+    static constexpr qint32 theLineSize = 64;
     static constexpr QStringView theTail = u"\" />\r\n";
 
-    /// As ToText gives it, without a text of its own; nothing where it is no whole number.
-    static std::span<const char> WholeNumber(double aID, std::span<char, theLongestNumber> rDigits) {
+    /// As ToText gives it, without a text of its own; 0 where it is no whole number.
+    static std::size_t WholeNumber(double aID, std::array<char, theMostDigits> &rDigits) {
         constexpr double firstWithExponent = 1e15;
-        if (!(aID > -firstWithExponent && aID < firstWithExponent)) return {};
+        if (!(aID > -firstWithExponent && aID < firstWithExponent)) return 0;
         const auto whole = static_cast<qint64>(aID);
-        if (static_cast<double>(whole) != aID) return {};
-        const char *end = std::to_chars(rDigits.data(), rDigits.data() + rDigits.size(), whole).ptr;
-        return {rDigits.data(), end};
+        if (static_cast<double>(whole) != aID) return 0;
+        char *const begin = rDigits.data();
+        const auto small = static_cast<quint32>(whole);  // takes half the time where it is enough
+        const auto result = small == whole ? std::to_chars(begin, begin + rDigits.size(), small)
+                                           : std::to_chars(begin, begin + rDigits.size(), whole);
+        return static_cast<std::size_t>(result.ptr - begin);
     }
 
     QString theHead;
+    std::array<char16_t, theLineSize> theLine{};  // begins with the head
+    bool theFits = false;
 };
 
 }  // namespace
@@ -226,7 +239,7 @@ void VkDocQueryData::WriteCollectedIDsToXmlString(
         IndentLevel = CheckedAdd(IndentLevel, 1);
     }
     if (aCollection && !aCollection->IsEmpty()) {
-        const ItemLine line(Indent());
+        ItemLine line(Indent());
         for (const std::shared_ptr<Record> &item : *aCollection) {
             if (!item) {
                 throw Failure(ObjectNotSet, QString(),

@@ -37,14 +37,8 @@ void StringAccumulator::AddLine(QStringView aText) {
     Add(u"\r\n");
 }
 
-char16_t *StringAccumulator::Room(qint32 aCount) {
-    const qint32 length = CheckedAdd(theLength, aCount);
-    if (length > Capacity()) EnsureCapacity(length);
-    return reinterpret_cast<char16_t *>(theBuffer.data()) + theLength;
-}
-
-void StringAccumulator::AddRoom(qint32 aCount) {
-    theLength = std::min(CheckedAdd(theLength, aCount), Capacity());
+void StringAccumulator::Grow(qint32 aCount) {
+    EnsureCapacity(CheckedAdd(theLength, aCount));
 }
 
 void StringAccumulator::EnsureCapacity(qint32 aRequired) {
