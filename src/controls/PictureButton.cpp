@@ -1,23 +1,15 @@
 #include "controls/PictureButton.h"
 
-#include <QStyle>
-
 #include "controls/DateBox.h"
+#include "controls/Pictures.h"
 
 namespace Vk_DocQuery {
 
-namespace {
-
-constexpr int thePictureOfCancel = 2;
-constexpr int thePictureOfOk = 5;
-
-}  // namespace
-
 DButton::DButton(const QString &aCaption, int aPicture, QWidget *aParent)
     : QPushButton(aCaption, aParent), thePicture(aPicture) {
-    if (aPicture == thePictureOfOk) setIcon(style()->standardIcon(QStyle::SP_DialogOkButton));
-    if (aPicture == thePictureOfCancel) {
-        setIcon(style()->standardIcon(QStyle::SP_DialogCancelButton));
+    // The style's own pictures are unpacked anew for every window.
+    if (aPicture == OkPicture || aPicture == CancelPicture) setIcon(StandardPicture(aPicture));
+    if (aPicture == CancelPicture) {
         // Whoever cancels need not correct first.
         setProperty(DateBox::theChecksProperty, false);
     }

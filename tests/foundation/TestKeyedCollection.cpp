@@ -28,7 +28,9 @@ Failure Raised(Body aBody) {
     return Failure(0, QString(), QString());
 }
 
-QString Key(int aNumber) { return QStringLiteral("_%1").arg(aNumber); }
+QString Key(int aNumber) {
+    return QStringLiteral("_%1").arg(aNumber);
+}
 
 }  // namespace
 
@@ -50,7 +52,8 @@ private slots:
     void PresentKeyRaises() {
         Texts texts;
         texts.Add(QStringLiteral("a"), QStringLiteral("Ключ"));
-        const Failure failure = Raised([&] { texts.Add(QStringLiteral("b"), QStringLiteral("КЛЮЧ")); });
+        const Failure failure =
+            Raised([&] { texts.Add(QStringLiteral("b"), QStringLiteral("КЛЮЧ")); });
         QCOMPARE(failure.Number(), qint32(KeyAlreadyPresent));
         QCOMPARE(failure.Description(), QStringLiteral("Ключ \"КЛЮЧ\" уже есть в коллекции."));
         QCOMPARE(ItemsOf(texts), QStringList(QStringLiteral("a")));
@@ -67,10 +70,12 @@ private slots:
 
     void MissingKeyRaises() {
         Texts texts;
-        QCOMPARE(Raised([&] { texts.Fetch(QStringLiteral("k")); }).Number(), qint32(InvalidArgument));
+        QCOMPARE(Raised([&] { texts.Fetch(QStringLiteral("k")); }).Number(),
+                 qint32(InvalidArgument));
         QCOMPARE(Raised([&] { texts.Fetch(QStringLiteral("k")); }).Description(),
                  QStringLiteral("В коллекции нет элемента с ключом \"k\"."));
-        QCOMPARE(Raised([&] { texts.Remove(QStringLiteral("k")); }).Number(), qint32(InvalidArgument));
+        QCOMPARE(Raised([&] { texts.Remove(QStringLiteral("k")); }).Number(),
+                 qint32(InvalidArgument));
         QVERIFY(!texts.Find(QStringLiteral("k")));
         QVERIFY(!texts.Find(QString()));
     }
@@ -110,6 +115,41 @@ private slots:
         QVERIFY(!texts.Contains(Key(1)));
         texts.Add(QStringLiteral("b"), Key(1));
         QVERIFY(texts.Contains(Key(1)));
+    }
+
+    void ItemsWithoutKeysStandAmongThoseWithKeys() {
+        Texts texts;
+        texts.Reserve(100);
+        for (int i = 0; i < 100; ++i)
+            texts.Add(QString::number(i), i % 4 == 1 ? Key(i) : QString());
+        for (int i = 0; i < 100; ++i) {
+            QCOMPARE(texts.KeyAt(i), i % 4 == 1 ? Key(i) : QString());
+            const QString *found = texts.Find(Key(i));
+            QCOMPARE(found != nullptr, i % 4 == 1);
+            if (found) QCOMPARE(*found, QString::number(i));
+        }
+        texts.RemoveAt(99);  // behind the last key
+        texts.RemoveAt(0);   // before the first
+        QCOMPARE(texts.KeyAt(0), Key(1));
+        QCOMPARE(texts.Fetch(Key(97)), QStringLiteral("97"));
+        texts.Add(QStringLiteral("last"), QStringLiteral("last"));
+        QCOMPARE(texts.Count(), 99);
+        QCOMPARE(texts.KeyAt(97), QString());
+        QCOMPARE(texts.KeyAt(98), QStringLiteral("last"));
+        QCOMPARE(texts.Fetch(QStringLiteral("last")), QStringLiteral("last"));
+    }
+
+    void WhatWasMovedFromIsEmpty() {
+        Texts first;
+        first.Add(QStringLiteral("a"));
+        first.Add(QStringLiteral("b"), Key(1));
+        const Texts second = std::move(first);
+        QCOMPARE(second.Fetch(Key(1)), QStringLiteral("b"));
+        first = Texts();
+        first.Add(QStringLiteral("c"), Key(1));
+        QCOMPARE(first.Count(), 1);
+        QCOMPARE(first.Fetch(Key(1)), QStringLiteral("c"));
+        QCOMPARE(second.KeyAt(0), QString());
     }
 
     void CopiesAreApart() {
