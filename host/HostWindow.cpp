@@ -17,6 +17,7 @@
 
 #include <Vk_DocQuery/DocQueryEditor.h>
 #include <Vk_DocQuery/Failure.h>
+#include <Vk_DocQuery/TemplateQuerier.h>
 
 #include "RecordInWords.h"
 
@@ -78,6 +79,9 @@ void HostWindow::MakeMenus() {
                          &HostWindow::StateSearch);
     documents->addAction(QStringLiteral("&Открыть критерии ..."),
                          QKeySequence(Qt::CTRL | Qt::Key_O), this, &HostWindow::OpenCriteria);
+    auto *forms = menuBar()->addMenu(QStringLiteral("&Отчетные формы"));
+    forms->addAction(QStringLiteral("Поиск &бланков отчетных форм ..."), QKeySequence(Qt::Key_F8),
+                     this, &HostWindow::BrowseForms);
 }
 
 void HostWindow::MakeSurface() {
@@ -133,6 +137,10 @@ void HostWindow::OpenCriteria() {
                                      loaded->FileName);
         }
     });
+}
+
+void HostWindow::BrowseForms() {
+    Guarded(this, [] { TemplateQuerier().Execute(); });
 }
 
 void HostWindow::Show(std::shared_ptr<VkDocQueryData> aRecord) {

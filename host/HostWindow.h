@@ -26,6 +26,7 @@ private:
     void MakeSurface();
     void StateSearch();
     void OpenCriteria();
+    void BrowseForms();
     void Show(std::shared_ptr<Vk_DocQuery::VkDocQueryData> aRecord);
 
     std::shared_ptr<Vk_DocQuery::VkDocQueryData> theRecord;

@@ -26,6 +26,8 @@ public:
     /// Adds the key of the item at the end; an empty key stands for no key. Raises
     /// KeyAlreadyPresent.
     void Append(const QString &aKey);
+    /// The same without the failure; says whether it added.
+    bool AppendIfAbsent(const QString &aKey);
     void RemoveAt(qsizetype aPosition);
     /// Takes the key away and leaves its position to an item without a key.
     void Forget(qsizetype aPosition);
@@ -67,8 +69,8 @@ public:
     }
     /// Adds unless the key is there already; says whether it added.
     bool AddIfAbsent(Item aItem, const QString &aKey) {
-        if (theIndex.Find(aKey) >= 0) return false;
-        Add(std::move(aItem), aKey);
+        if (!theIndex.AppendIfAbsent(aKey)) return false;
+        theItems.push_back(std::move(aItem));
         return true;
     }
 

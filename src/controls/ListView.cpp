@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QAccessible>
 #include <QHeaderView>
 #include <QScrollBar>
 
@@ -106,7 +107,7 @@ void ListView::SetColumnWidth(int aPosition, int aWidthTwips) {
 
 void ListView::ApplyColumns() {
     theRows->SetExpectedCells(ColumnCount() - 1);
-    theModel->Refresh(theModel->rowCount());
+    theModel->ResetColumns();
     for (const ListColumn &column : theColumns) SetColumnWidth(column.Index - 1, column.Width);
     MirrorSelection();
     Changed();
@@ -298,10 +299,17 @@ void ListView::FlushRows() {
         static_cast<void>(theRows->Order());
         ShowSortState();
         theModel->Refresh(RowCount());
+        TellAssistivePrograms();
         executeDelayedItemsLayout();
         verticalScrollBar()->setValue(down);
     }
     if (change.Rows || change.Selection) MirrorSelection();
+}
+
+void ListView::TellAssistivePrograms() {
+    if (!QAccessible::isActive()) return;
+    QAccessibleTableModelChangeEvent event(this, QAccessibleTableModelChangeEvent::ModelReset);
+    QAccessible::updateAccessibility(&event);
 }
 
 /// The marks and the current row for assistive programs, which ask the selection model.

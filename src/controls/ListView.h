@@ -196,6 +196,7 @@ private:
     void Changed();
     void Flush();
     void FlushRows();
+    void TellAssistivePrograms();
     void MirrorSelection();
 
     void MoveCurrent(int aPosition, Qt::KeyboardModifiers aModifiers);

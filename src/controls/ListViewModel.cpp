@@ -7,10 +7,23 @@ namespace Vk_DocQuery {
 
 ListViewModel::ListViewModel(ListView &aList) : QAbstractItemModel(&aList), theList(aList) {}
 
-void ListViewModel::Refresh(int aRowCount) {
+void ListViewModel::ResetColumns() {
     beginResetModel();
-    theRowCount = aRowCount;
     endResetModel();
+}
+
+/// Whatever rows they are, they come and go at the end: header and scroll bars stay as they are,
+/// and a refill of the same size costs the view nothing but the repaint of its rows.
+void ListViewModel::Refresh(int aRowCount) {
+    if (aRowCount > theRowCount) {
+        beginInsertRows(QModelIndex(), theRowCount, aRowCount - 1);
+        theRowCount = aRowCount;
+        endInsertRows();
+    } else if (aRowCount < theRowCount) {
+        beginRemoveRows(QModelIndex(), aRowCount, theRowCount - 1);
+        theRowCount = aRowCount;
+        endRemoveRows();
+    }
 }
 
 QModelIndex ListViewModel::index(int aRow, int aColumn, const QModelIndex &aParent) const {

@@ -15,6 +15,7 @@ class ListViewModel : public QAbstractItemModel {
 public:
     explicit ListViewModel(ListView &aList);
 
+    void ResetColumns();
     void Refresh(int aRowCount);
 
     QModelIndex index(int aRow, int aColumn,

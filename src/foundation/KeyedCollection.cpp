@@ -61,21 +61,25 @@ std::size_t KeyIndex::SlotOf(const QString &aKey, quint32 aHash) const {
 }
 
 void KeyIndex::Append(const QString &aKey) {
+    if (AppendIfAbsent(aKey)) return;
+    throw Failure(KeyAlreadyPresent, QStringLiteral("KeyedCollection"),
+                  QStringLiteral("Ключ \"%1\" уже есть в коллекции.").arg(aKey));
+}
+
+bool KeyIndex::AppendIfAbsent(const QString &aKey) {
     if (aKey.isEmpty()) {
         theKeys.emplace_back();
-        return;
+        return true;
     }
     if (!theSlotsValid) FillSlots();
     if ((theUsed + 1) * 2 > theSlots.size()) Grow((theUsed + 1) * 4);
     const quint32 hash = HashOf(aKey);
     const std::size_t slot = SlotOf(aKey, hash);
-    if (theSlots[slot].Position != 0) {
-        throw Failure(KeyAlreadyPresent, QStringLiteral("KeyedCollection"),
-                      QStringLiteral("Ключ \"%1\" уже есть в коллекции.").arg(aKey));
-    }
+    if (theSlots[slot].Position != 0) return false;
     theKeys.push_back(aKey);
     theSlots[slot] = {hash, static_cast<quint32>(theKeys.size())};
     ++theUsed;
+    return true;
 }
 
 void KeyIndex::RemoveAt(qsizetype aPosition) {

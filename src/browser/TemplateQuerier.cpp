@@ -1,0 +1,36 @@
+#include <QApplication>
+#include <QPointer>
+
+#include <Vk_DocQuery/TemplateQuerier.h>
+
+#include "browser/TemplateQuerierForm.h"
+#include "foundation/Application.h"
+#include "foundation/mErrorHandling.h"
+
+namespace Vk_DocQuery {
+
+namespace {
+
+constexpr char theModule[] = "TemplateQuerier";
+
+QWidget *Owner() {
+    QWidget *modal = QApplication::activeModalWidget();
+    return modal ? modal : QApplication::activeWindow();
+}
+
+}  // namespace
+
+TemplateQuerier::TemplateQuerier() = default;
+TemplateQuerier::~TemplateQuerier() = default;
+
+void TemplateQuerier::Execute() try {
+    EnsureApplication();
+    // A host that destroys the owner while the window is up takes the window with it.
+    const QPointer<TemplateQuerierForm> form(new TemplateQuerierForm(Owner()));
+    form->Execute();
+    delete form.data();
+} catch (...) {
+    RaiseErrorUp(theModule, "Execute");
+}
+
+}  // namespace Vk_DocQuery

@@ -1,0 +1,468 @@
+#include "browser/TemplateQuerierForm.h"
+
+#include <cmath>
+
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "browser/TextPane.h"
+#include "controls/Fonts.h"
+#include "controls/ListView.h"
+#include "controls/Pictures.h"
+#include "foundation/Clock.h"
+#include "foundation/mErrorHandling.h"
+#include "foundation/mVkCommonCalc.h"
+#include "foundation/mVkDBProvider.h"
+#include "foundation/mVkGraphLight.h"
+#include "foundation/mVkPics.h"
+
+namespace Vk_DocQuery {
+
+namespace {
+
+constexpr char theModule[] = "TemplateQuerierForm";
+constexpr quint16 theBackspace = 8;
+constexpr quint16 theBlank = 32;
+constexpr int theYearsLookedBack = 1827;  // days: forms that were in use in the last five years
+constexpr int theFullNameCell = 3;
+constexpr int theGapInPixels = 4;
+constexpr int theUsualSearchText = 500;
+
+// The elements, in tab order; places in twips.
+
+constexpr int theClientWidth = 12720;
+constexpr int theClientHeight = 10260;
+
+enum class Kind { BoldLabel, Label, FilterBox, List, Pane, BottomFrame, Button };
+
+struct Element {
+    QStringView Name;
+    Kind What;
+    QStringView Caption;  ///< of an element that shows none: what assistive programs say
+    int Left, Top, Width, Height;
+};
+
+constexpr Element theElements[] = {
+    {u"Label1", Kind::BoldLabel, u"1. Наберите буквы названия отчетной формы или цифры КНД:", 120,
+     60, 6075, 195},
+    {u"theFilterA", Kind::FilterBox, u"Фильтр:", 1140, 435, 11325, 300},
+    {u"Label2", Kind::BoldLabel, u"2. Уточните отчетную форму, указав ее в списке:", 120, 900, 6075,
+     195},
+    {u"theFormList", Kind::List, u"2. Уточните отчетную форму, указав ее в списке:", 60, 1200,
+     12615, 3855},
+    {u"Label3", Kind::BoldLabel,
+     u"Комплекты отчетности, в которых доступна указанная отчетная форма:", 120, 5160, 3855, 435},
+    {u"theCatInfo", Kind::Pane,
+     u"Комплекты отчетности, в которых доступна указанная отчетная форма:", 60, 5760, 4395, 3735},
+    {u"Label4", Kind::BoldLabel, u"Отчетные периоды, в которых доступна указанная отчетная форма:",
+     4680, 5340, 7935, 255},
+    {u"theTimeList", Kind::List, u"Отчетные периоды, в которых доступна указанная отчетная форма:",
+     4560, 5760, 8115, 3735},
+    {u"theBottomFrame", Kind::BottomFrame, u"", 0, 9480, 12735, 795},
+    {u"theClose", Kind::Button, u"Закрыть", 5520, 180, 1935, 495},
+    {u"Label5", Kind::Label, u"Фильтр:", 345, 465, 705, 255},
+};
+
+struct FormColumn {
+    QStringView Caption;
+    int Width;
+};
+
+constexpr FormColumn theFormColumns[] = {
+    {u"*", 300},
+    {u"Краткое наименование", 4500},
+    {u"КНД", 900},
+    {u"Полное (официальное) наименование", 9000},
+};
+
+QWidget *MakeLabel(const Element &aElement, QWidget *aParent) {
+    auto *label = new QLabel(aElement.Caption.toString(), aParent);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    if (aElement.What == Kind::BoldLabel) {
+        QFont bold = label->font();
+        bold.setBold(true);
+        label->setFont(bold);
+    }
+    return label;
+}
+
+QWidget *MakeElement(const Element &aElement, QWidget *aParent) {
+    switch (aElement.What) {
+        case Kind::BoldLabel:
+        case Kind::Label:
+            return MakeLabel(aElement, aParent);
+        case Kind::FilterBox:
+            return new QLineEdit(aParent);
+        case Kind::List:
+            return new ListView(aParent);
+        case Kind::Pane:
+            return new TextPane(aParent);
+        case Kind::BottomFrame:
+            return new QWidget(aParent);
+        case Kind::Button:
+            return new QPushButton(aElement.Caption.toString(), aParent);
+    }
+    Q_UNREACHABLE();
+}
+
+const Element &ElementOf(const QWidget *aWidget) {
+    for (const Element &element : theElements)
+        if (aWidget->objectName() == element.Name) return element;
+    Q_UNREACHABLE();
+}
+
+/// A place as the window's author would set it: a negative width or height cannot be set.
+void Move(QWidget *aWidget, int aLeft, int aTop, int aWidth, int aHeight) {
+    if (aWidth < 0 || aHeight < 0) {
+        throw Failure(InvalidArgument, QStringLiteral("TemplateQuerierForm"),
+                      QStringLiteral("Отрицательный размер элемента окна."));
+    }
+    aWidget->setGeometry(PixelsFromTwips(aLeft), PixelsFromTwips(aTop), PixelsFromTwips(aWidth),
+                         PixelsFromTwips(aHeight));
+}
+
+/// The codes of the characters that a key press types, one per UTF-16 unit. Arrows, Delete and keys
+/// held with Alt type none; Ctrl and a letter type the letter's place in the alphabet.
+QString TypedCodes(const QKeyEvent &aEvent) {
+    const Qt::KeyboardModifiers held =
+        aEvent.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+    const int key = aEvent.key();
+    if (held == Qt::ControlModifier) {
+        const bool letter = key >= Qt::Key_A && key <= Qt::Key_Z;
+        return letter ? QString(QChar(key - Qt::Key_A + 1)) : QString();
+    }
+    const bool typesThirdLevel = held == (Qt::ControlModifier | Qt::AltModifier);
+    if ((held != Qt::NoModifier && !typesThirdLevel) || key == Qt::Key_Delete) return QString();
+    return aEvent.text();
+}
+
+QString TrimmedOfBlanks(QStringView aText) {
+    while (aText.startsWith(u' ')) aText = aText.sliced(1);
+    while (aText.endsWith(u' ')) aText.chop(1);
+    return aText.toString();
+}
+
+[[noreturn]] void RaiseAbsent(const QString &aWhat) {
+    throw Failure(ObjectNotSet, aWhat, QStringLiteral("Объект не задан: %1.").arg(aWhat));
+}
+
+std::shared_ptr<VkTemplType> AsTemplType(const std::shared_ptr<Record> &aRecord) {
+    if (!aRecord) RaiseAbsent(QStringLiteral("VkTemplType"));
+    auto templType = std::dynamic_pointer_cast<VkTemplType>(aRecord);
+    if (!templType) RaiseTypeMismatch(QStringLiteral("VkTemplType"));
+    return templType;
+}
+
+/// The names of a recordset of GetTemplTypeNames; one that differs in case only is dropped.
+KeyedCollection<QString> ReadFullNames(Recordset *aNames) {
+    KeyedCollection<QString> names;
+    if (!aNames) RaiseAbsent(QStringLiteral("GetTemplTypeNames"));
+    IgnoringFailures([&] { aNames->MoveFirst(); });  // fails where there are no rows
+    for (; !aNames->EndOfData(); aNames->MoveNext()) {
+        QString name = VarToStrDef(aNames->Value(QStringLiteral("full_name")), QString());
+        name.replace(QLatin1String("\r\n"), QLatin1String(" "));
+        names.AddIfAbsent(name, name);
+    }
+    return names;
+}
+
+/// What the filter looks into: all names that the form has, the shown one and the others.
+QString SearchText(const IntTemplateClass &aForm, const QString &aShortName, const QString &aKND) {
+    QString text;
+    text.reserve(theUsualSearchText);
+    text += aShortName + u'|' + aKND;
+    for (const QString &name : aForm.FullNames) text += u'|' + name;
+    return text;
+}
+
+}  // namespace
+
+// ---- The window and its elements
+
+TemplateQuerierForm::TemplateQuerierForm(QWidget *aOwner) : QDialog(aOwner, Qt::Window) {
+    setObjectName(QStringLiteral("TemplateQuerierForm"));
+    setWindowTitle(QStringLiteral("Поиск бланков отчетных форм"));
+    setWindowIcon(WindowIcon(QStringLiteral("browser")));
+    setWindowFlags(windowFlags() | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                   Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
+    setFont(WindowFont());
+    MakeElements();
+    ConnectElements();
+    resize(PixelsFromTwips(theClientWidth), PixelsFromTwips(theClientHeight));
+    theFilterA->setFocus();
+}
+
+TemplateQuerierForm::~TemplateQuerierForm() = default;
+
+void TemplateQuerierForm::MakeElements() {
+    QWidget *before = nullptr;
+    for (const Element &element : theElements) {
+        QWidget *widget =
+            MakeElement(element, element.What == Kind::Button ? theBottomFrame : this);
+        widget->setObjectName(element.Name.toString());
+        widget->setAccessibleName(element.Caption.toString());
+        Move(widget, element.Left, element.Top, element.Width, element.Height);
+        if (element.What == Kind::BottomFrame) theBottomFrame = widget;
+        if (widget->focusPolicy() == Qt::NoFocus) continue;
+        widget->installEventFilter(this);
+        if (before) setTabOrder(before, widget);
+        before = widget;
+    }
+    theFilterA = findChild<QLineEdit *>(QStringLiteral("theFilterA"));
+    theFormList = findChild<ListView *>(QStringLiteral("theFormList"));
+    theCatInfo = findChild<TextPane *>(QStringLiteral("theCatInfo"));
+    theTimeList = findChild<ListView *>(QStringLiteral("theTimeList"));
+    theClose = findChild<QPushButton *>(QStringLiteral("theClose"));
+    theClose->setAutoDefault(false);  // Enter in the filter must not close the window
+    for (const FormColumn &column : theFormColumns)
+        theFormList->AddColumn(column.Caption.toString(), column.Width);
+}
+
+void TemplateQuerierForm::ConnectElements() {
+    connect(theFilterA, &QLineEdit::textChanged, this, &TemplateQuerierForm::theFilterA_Change);
+    connect(theFormList, &ListView::Click, this, &TemplateQuerierForm::theFormList_Click);
+    connect(theFormList, &ListView::ItemClick, this, &TemplateQuerierForm::theFormList_ItemClick);
+    connect(theFormList, &ListView::DblClick, this, &TemplateQuerierForm::theFormList_DblClick);
+    connect(theFormList, &ListView::MouseMove, this, &TemplateQuerierForm::theFormList_MouseMove);
+    connect(theClose, &QPushButton::clicked, this, &TemplateQuerierForm::theClose_Click);
+}
+
+void TemplateQuerierForm::AttachPictures() {
+    theFormList->SetSmallIcons(QueryImageList(0));
+    theTimeList->SetSmallIcons(QueryImageList(0));
+}
+
+void TemplateQuerierForm::resizeEvent(QResizeEvent *aEvent) {
+    QDialog::resizeEvent(aEvent);
+    Form_Resize();
+}
+
+/// What cannot be set in a window that is too small keeps the place it had.
+void TemplateQuerierForm::Form_Resize() {
+    const int gap = theGapInPixels * GetTwipsPerPixel();
+    const int width = TwipsFromPixels(this->width());
+    const int height = TwipsFromPixels(this->height());
+    const int frameHeight = ElementOf(theBottomFrame).Height;
+
+    const auto widen = [&](QWidget *aWidget) {
+        const Element &element = ElementOf(aWidget);
+        Move(aWidget, element.Left, element.Top, width - element.Left - gap, element.Height);
+    };
+    IgnoringFailures([&] { widen(theFilterA); });
+    IgnoringFailures([&] { widen(theFormList); });
+    IgnoringFailures([&] {
+        const Element &pane = ElementOf(theCatInfo);
+        Move(theCatInfo, pane.Left, pane.Top, pane.Width, height - pane.Top - frameHeight);
+    });
+    IgnoringFailures([&] {
+        const Element &list = ElementOf(theTimeList);
+        Move(theTimeList, list.Left, list.Top, width - list.Left - gap,
+             height - list.Top - frameHeight);
+    });
+    IgnoringFailures([&] { Move(theBottomFrame, 0, height - frameHeight, width, frameHeight); });
+    IgnoringFailures([&] {
+        const Element &close = ElementOf(theClose);
+        const double left = (TwipsFromPixels(theBottomFrame->width()) - close.Width) / 2.0;
+        Move(theClose, static_cast<int>(std::lround(left)), close.Top, close.Width, close.Height);
+    });
+}
+
+// ---- The road of an opening
+
+void TemplateQuerierForm::Execute() try {
+    Prepare();
+    exec();
+} catch (...) {
+    ReportErrorToUser(theModule, "Execute");
+}
+
+void TemplateQuerierForm::Prepare() {
+    MakeTimeColumns();
+    AttachPictures();
+    theShownClassID = -1;
+    LoadAllObjects();
+    theFilterA->clear();
+    FillList();
+    FormChanged();
+}
+
+void TemplateQuerierForm::LoadAllObjects() try {
+    theClasses.Clear();
+    theRowsAreMade = false;
+    const auto records =
+        GetBlankQueries().GetTemplates(Today().addDays(-theYearsLookedBack), Null(), true);
+    if (!records) RaiseAbsent(QStringLiteral("GetTemplates"));
+    theClasses.Reserve(records->Count());
+    for (const std::shared_ptr<Record> &record : *records) {
+        auto form = std::make_shared<IntTemplateClass>();
+        form->Class = AsTemplType(record);
+        if (form->Class->IsExcludedFromSearch()) continue;
+        const double id = form->Class->ID();
+        form->FullNames = ReadFullNames(GetBlankQueries().GetTemplTypeNames(id).get());
+        if (!form->FullNames.IsEmpty()) form->ActualFullName = form->FullNames.At(0);
+        theClasses.AddIfAbsent(std::move(form), ObjectKey(id));
+    }
+} catch (...) {
+    RaiseErrorUp(theModule, "LoadAllObjects");
+}
+
+/// The rows and what is searched are made by the first fill, the later ones choose among them.
+void TemplateQuerierForm::FillList() try {
+    const QString needle = TrimmedOfBlanks(theFilterA->text().toUpper());
+    if (!theRowsAreMade) MakeRows();
+    theFormList->ShowOnly(theSearchTexts.Holding(needle));
+} catch (...) {
+    RaiseErrorUp(theModule, "FillList");
+}
+
+void TemplateQuerierForm::MakeRows() {
+    theSearchTexts.Clear();
+    theFormList->ClearRows();
+    theFormList->ReserveRows(static_cast<int>(theClasses.Count()));
+    for (qsizetype i = 0; i < theClasses.Count(); ++i) {
+        const std::shared_ptr<IntTemplateClass> &form = theClasses.At(i);
+        const QString shortName = form->Class->ShortName();
+        const QString knd = form->Class->KND();
+        theSearchTexts.Add(SearchText(*form, shortName, knd));
+        ListRow *row = theFormList->AddRow(theClasses.KeyAt(i));
+        row->SetTag(form);
+        row->SetIcon(QueryIcon(form->Class->GetIconKey()));
+        row->SetCellText(1, shortName);
+        row->SetCellText(2, knd);
+        row->SetCellText(theFullNameCell, form->ActualFullName);
+    }
+    theRowsAreMade = true;
+}
+
+void TemplateQuerierForm::FormChanged() try {
+    const double id = ChosenClassID();
+    // Nothing writes theShownClassID but Prepare, so that only an ID of -1 stops here and every
+    // other call draws anew.
+    if (id == theShownClassID) return;
+    if (theTimeList->RowCount() > 0) theTimeList->ClearRows();  // spares an empty list the repaint
+    theCatInfo->SetText(QString());
+    if (id == 0) return;
+    std::shared_ptr<Recordset> categories;
+    std::shared_ptr<Recordset> times;
+    GetBlankQueries().GetTemplTypeAvailability(1, id, categories, times);
+    DrawTimes(times.get());
+    DrawCats(categories.get());
+} catch (...) {
+    RaiseErrorUp(theModule, "FormChanged");
+}
+
+/// 0 if no row is chosen or its record does not tell.
+double TemplateQuerierForm::ChosenClassID() const {
+    double id = 0;
+    IgnoringFailures([&] {
+        const ListRow *row = theFormList->SelectedItem();
+        if (row) id = static_cast<const IntTemplateClass &>(*row->Tag()).Class->ID();
+    });
+    return id;
+}
+
+// ---- Keys
+
+bool TemplateQuerierForm::eventFilter(QObject *aWatched, QEvent *aEvent) {
+    if (aEvent->type() != QEvent::KeyPress) return QDialog::eventFilter(aWatched, aEvent);
+    bool swallowed = false;
+    for (const QChar typed : TypedCodes(static_cast<const QKeyEvent &>(*aEvent))) {
+        quint16 code = typed.unicode();
+        Form_KeyPress(code);
+        swallowed = code == 0;
+    }
+    return swallowed || QDialog::eventFilter(aWatched, aEvent);
+}
+
+/// The blank alone goes to the focused element, so that it can be typed in the filter and does
+/// nothing in the lists.
+void TemplateQuerierForm::Form_KeyPress(quint16 &aKeyAscii) try {
+    if (aKeyAscii != theBlank) OnFormKeyPress(aKeyAscii);
+} catch (...) {
+    ReportErrorToUser(theModule, "Form_KeyPress");
+}
+
+void TemplateQuerierForm::OnFormKeyPress(quint16 &aKeyAscii) try {
+    if (aKeyAscii < theBlank && aKeyAscii != theBackspace) return;
+    const bool selected = theFilterA->hasSelectedText();
+    const int start = selected ? theFilterA->selectionStart() : theFilterA->cursorPosition();
+    const int length = selected ? theFilterA->selectionLength() : 0;
+    const QString behind = theFilterText.mid(start + length);
+    if (aKeyAscii != theBackspace)
+        SetFilter(theFilterText.left(start) + QChar(aKeyAscii) + behind, start + 1, 0);
+    else if (selected)
+        SetFilter(theFilterText.left(start) + behind, start, 0);
+    else if (start > 0)
+        SetFilter(theFilterText.left(start - 1) + behind, start - 1, 0);
+    aKeyAscii = 0;
+} catch (...) {
+    RaiseErrorUp(theModule, "OnFormKeyPress");
+}
+
+void TemplateQuerierForm::SetFilter(const QString &aText, int aSelStart, int aSelLength) try {
+    theFilterText = aText;
+    theFilterA->setText(aText);
+    if (!aText.isEmpty()) theFilterA->setSelection(aSelStart, aSelLength);
+} catch (...) {
+    RaiseErrorUp(theModule, "SetFilter");
+}
+
+/// Enter presses the button only while it has the focus; Esc comes as a rejection of the window.
+void TemplateQuerierForm::keyPressEvent(QKeyEvent *aEvent) {
+    const bool enter = aEvent->key() == Qt::Key_Return || aEvent->key() == Qt::Key_Enter;
+    if (enter && theClose->hasFocus())
+        theClose->click();
+    else
+        QDialog::keyPressEvent(aEvent);
+}
+
+void TemplateQuerierForm::reject() {
+    theClose->click();
+}
+
+// ---- Events
+
+void TemplateQuerierForm::theFilterA_Change() try {
+    theFilterText = theFilterA->text();
+    FillList();
+    FormChanged();
+} catch (...) {
+    ReportErrorToUser(theModule, "theFilterA_Change");
+}
+
+void TemplateQuerierForm::theFormList_Click() try { FormChanged(); } catch (...) {
+    ReportErrorToUser(theModule, "theFormList_Click");
+}
+
+void TemplateQuerierForm::theFormList_ItemClick() try { FormChanged(); } catch (...) {
+    ReportErrorToUser(theModule, "theFormList_ItemClick");
+}
+
+/// Shows the full name, which a narrow column may cut.
+void TemplateQuerierForm::theFormList_DblClick() try {
+    const ListRow *first = theFormList->FirstVisible();
+    if (!first) return;
+    if (theMouseY < static_cast<float>(theFormList->RowRect(first).top())) return;  // the headers
+    if (!theFormList->HitTest(QPointF(theMouseX, theMouseY).toPoint())) return;
+    const ListRow *row = theFormList->SelectedItem();
+    if (row) ShowInfoBox(row->CellText(theFullNameCell), windowTitle());
+} catch (...) {
+    ReportErrorToUser(theModule, "theFormList_DblClick");
+}
+
+void TemplateQuerierForm::theFormList_MouseMove(QPoint aPoint) try {
+    theMouseX = static_cast<float>(aPoint.x());
+    theMouseY = static_cast<float>(aPoint.y());
+} catch (...) {
+    ReportErrorToUser(theModule, "theFormList_MouseMove");
+}
+
+void TemplateQuerierForm::theClose_Click() try { hide(); } catch (...) {
+    ReportErrorToUser(theModule, "theClose_Click");
+}
+
+}  // namespace Vk_DocQuery
