@@ -266,12 +266,12 @@ void DocQueryOptionsFrm::LoadControls() {
         row.Element = row.Picture != 0 ? new DButton(row.Caption, row.Picture, theBottomFrame)
                                        : new QPushButton(row.Caption, theBottomFrame);
         Place(*row.Element, row.Name, row.Left, 180, row.Width, 495);
-        row.Element->setAutoDefault(false);
+        row.Element->setAutoDefault(true);  // Enter presses the button that has the focus
         connect(row.Element, &QPushButton::clicked, this, row.Handler);
     }
     theHelp = new DHelpButton(theHelpPage, theBottomFrame);
     Place(*theHelp, QStringLiteral("theHelp"), 6300, 180, 1395, 495);
-    theHelp->setAutoDefault(false);
+    theHelp->setAutoDefault(true);
     theOK->setDefault(true);
     theCancel->setProperty(DateBox::theChecksProperty, false);  // leaves a half typed date alone
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <functional>
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFile>
@@ -177,18 +178,69 @@ private slots:
         QCOMPARE(dialog.Record(), record);
     }
 
+    void EnterIsOKAndEscIsCancel_data() {
+        QTest::addColumn<QString>("tab");
+        QTest::addColumn<QString>("element");
+        QTest::newRow("tabs") << QStringLiteral("doc") << QStringLiteral("theTabBar");
+        QTest::newRow("check box") << QStringLiteral("doc") << QStringLiteral("theIsDocStatus");
+        QTest::newRow("option") << QStringLiteral("doc") << QStringLiteral("theNotesLike");
+        QTest::newRow("text") << QStringLiteral("doc") << QStringLiteral("theSignerSurname");
+        QTest::newRow("number") << QStringLiteral("doc") << QStringLiteral("theDocNum1");
+        QTest::newRow("date") << QStringLiteral("doc") << QStringLiteral("theSignDate1");
+        QTest::newRow("typed year") << QStringLiteral("time") << QStringLiteral("thePerYear1");
+        QTest::newRow("month") << QStringLiteral("time") << QStringLiteral("thePerMonth1");
+        QTest::newRow("list") << QStringLiteral("template") << QStringLiteral("theTemplatesList");
+    }
     void EnterIsOKAndEscIsCancel() {
+        QFETCH(QString, tab);
+        QFETCH(QString, element);
         for (const bool confirm : {true, false}) {
             DocQueryOptionsFrm dialog;
+            const auto record = std::make_shared<VkDocQueryData>();
+            record->IsNotes = record->IsSignerFio = record->IsDocNum = record->IsSignDate = true;
+            record->SignDate1 = QDate(2024, 3, 5);
+            record->SignerSurname = QStringLiteral("Иванов");
+            record->NotesMode = NotesLike;
+            record->Notes = QStringLiteral("акт");
+            record->DocNumMode = DocNumRange;
+            record->DocNum2 = 7;
+            record->IsPeriods = record->IsTemplate = true;
+            record->PeriodCriterion = RangePeriods;
+            record->Templates = std::make_shared<RecordCollection>();
+            record->Templates->Add(MakeClass(21));
+            record->LastTab = tab;
+            dialog.SetRecord(record);
             ModalDriver driver;
             const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
+                user.theWindow.activateWindow();
+                user.Element(element.toLatin1().constData())->setFocus();
+                QWidget *focus = QApplication::focusWidget();
+                if (!focus || !(focus->objectName() == element ||
+                                focus->parentWidget()->objectName() == element))
+                    driver.Complain(QStringLiteral("no focus"));
                 if (confirm) driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Да"));
-                QTest::keyClick(&user.theWindow, confirm ? Qt::Key_Return : Qt::Key_Escape);
+                QTest::keyClick(focus, confirm ? Qt::Key_Return : Qt::Key_Escape);
                 if (user.theWindow.isVisible()) driver.Complain(QStringLiteral("still open"));
             });
             QVERIFY2(driver.Done(), driver.Complaint());
             QCOMPARE(confirmed, confirm);
         }
+    }
+
+    void EnterPressesTheButtonThatHasTheFocus() {
+        DocQueryOptionsFrm dialog;
+        ModalDriver driver;
+        const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
+            driver.ExpectFileDialog(theLoadTitle, QString(), QString());
+            user.Element("theLoad")->setFocus();
+            QTest::keyClick(user.Element("theLoad"), Qt::Key_Return);
+            user.ExpectOpen();
+            user.Element("theCancel")->setFocus();
+            QTest::keyClick(user.Element("theCancel"), Qt::Key_Return);
+            if (user.theWindow.isVisible()) driver.Complain(QStringLiteral("still open"));
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(!confirmed);
     }
 
     void RejectedSearchLeavesTheDialogOpenAndTheRecordAlone() {
