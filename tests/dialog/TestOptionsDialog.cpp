@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QFile>
 #include <QLineEdit>
 #include <QPushButton>
@@ -429,6 +430,20 @@ private slots:
         QVERIFY2(driver.Done(), driver.Complaint());
         QVERIFY(dialog.Record() != first);
         QCOMPARE(dialog.Record()->OnePeriodMonthID, 16);
+    }
+
+    void HelpIsThatOfTheProgramsSettings() {
+        DocQueryOptionsFrm dialog;
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            const QString page = QDir::cleanPath(QCoreApplication::applicationDirPath() +
+                                                 QStringLiteral("/../service/Program_setting.htm"));
+            driver.ExpectBox(QStringLiteral("Справка"),
+                             QStringLiteral("Не найдена страница справки \"%1\".").arg(page),
+                             QStringLiteral("OK"));
+            user.Press("theHelp");
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
     }
 
     void ClosedWindowCancels() {
