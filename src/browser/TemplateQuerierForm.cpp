@@ -28,7 +28,6 @@ constexpr quint16 theBlank = 32;
 constexpr int theYearsLookedBack = 1827;  // days: forms that were in use in the last five years
 constexpr int theFullNameCell = 3;
 constexpr int theGapInPixels = 4;
-constexpr int theUsualSearchText = 500;
 
 // The elements, in tab order; places in twips.
 
@@ -170,15 +169,6 @@ KeyedCollection<QString> ReadFullNames(Recordset *aNames) {
     return names;
 }
 
-/// What the filter looks into: all names that the form has, the shown one and the others.
-QString SearchText(const IntTemplateClass &aForm, const QString &aShortName, const QString &aKND) {
-    QString text;
-    text.reserve(theUsualSearchText);
-    text += aShortName + u'|' + aKND;
-    for (const QString &name : aForm.FullNames) text += u'|' + name;
-    return text;
-}
-
 }  // namespace
 
 // ---- The window and its elements
@@ -314,7 +304,7 @@ void TemplateQuerierForm::LoadAllObjects() try {
 void TemplateQuerierForm::FillList() try {
     const QString needle = TrimmedOfBlanks(theFilterA->text().toUpper());
     if (!theRowsAreMade) MakeRows();
-    theFormList->ShowOnly(theSearchTexts.Holding(needle));
+    theFormList->ShowOnly(theSearchTexts.Matching(needle));
 } catch (...) {
     RaiseErrorUp(theModule, "FillList");
 }
@@ -327,7 +317,11 @@ void TemplateQuerierForm::MakeRows() {
         const std::shared_ptr<IntTemplateClass> &form = theClasses.At(i);
         const QString shortName = form->Class->ShortName();
         const QString knd = form->Class->KND();
-        theSearchTexts.Add(SearchText(*form, shortName, knd));
+        // All names that the form has, the shown one and the others.
+        theSearchTexts.Begin();
+        theSearchTexts.AddField(shortName);
+        theSearchTexts.AddField(knd);
+        for (const QString &name : form->FullNames) theSearchTexts.AddField(name);
         ListRow *row = theFormList->AddRow(theClasses.KeyAt(i));
         row->SetTag(form);
         row->SetIcon(QueryIcon(form->Class->GetIconKey()));

@@ -225,15 +225,17 @@ void ListViewRows::ShowOnly(const std::vector<int> &aNumbers) {
     UnselectAll();
     theCurrent = theAnchor = -1;
     for (quint8 &mark : theMarks) mark = static_cast<quint8>(mark & ~Shown);
-    theOrder.clear();
-    theOrder.reserve(aNumbers.size());
+    theOrder.resize(aNumbers.size());
+    int *next = theOrder.data();
+    const auto count = theMarks.size();
     for (const int number : aNumbers) {
-        if (number < 0 || number >= static_cast<int>(theRows.size())) RaiseOutOfRange(number);
+        if (number < 0 || Index(number) >= count) RaiseOutOfRange(number);
         quint8 &mark = theMarks[Index(number)];
         if ((mark & (Present | Shown)) != Present) continue;
         mark |= Shown;
-        theOrder.push_back(number);
+        *next++ = number;
     }
+    theOrder.resize(static_cast<std::size_t>(next - theOrder.data()));
     for (quint8 &mark : theMarks)
         if ((mark & Shown) == 0) mark = static_cast<quint8>(mark & ~Checked);
     theCount = static_cast<int>(theOrder.size());

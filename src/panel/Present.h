@@ -2,22 +2,11 @@
 
 #include <memory>
 
-#include <Vk_DocQuery/Failure.h>
-
 #include "controls/ListView.h"
 #include "foundation/mErrorHandling.h"
+#include "foundation/Present.h"
 
 namespace Vk_DocQuery {
-
-/// The object, or a failure that names what is absent.
-template <class Kind>
-Kind &Present(const std::shared_ptr<Kind> &aObject, const char *aWhat) {
-    if (!aObject) {
-        throw Failure(ObjectNotSet, QString::fromLatin1(aWhat),
-                      QStringLiteral("Объект не задан: %1.").arg(QLatin1String(aWhat)));
-    }
-    return *aObject;
-}
 
 /// The record that a row shows, as the class that it must be.
 template <class Kind>

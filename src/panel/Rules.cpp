@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <vector>
 
+#include <QPushButton>
+
 #include "controls/CheckBox.h"
 #include "controls/OptionButton.h"
 #include "foundation/mErrorHandling.h"
@@ -213,6 +215,16 @@ void VkDocQueryCriteries::ConnectClicks() {
     option("theOptTemplate", &Panel::theOptTemplate_Click);
     option("theOptTaxpayers", &Panel::theOptTaxpayers_Click);
     option("theOptMainOrgs", &Panel::theOptMainOrgs_Click);
+
+    const auto button = [this](const char *aName, void (Panel::*aHandler)()) {
+        connect(&The<QPushButton>(aName), &QPushButton::clicked, this, aHandler);
+    };
+    button("theTemplatesAdd", &Panel::theTemplatesAdd_Click);
+    button("theAccStreamAdd", &Panel::theAccStreamAdd_Click);
+    button("theTaxpayerAdd", &Panel::theTaxpayerAdd_Click);
+    button("theTemplatesDelete", &Panel::theTemplatesDelete_Click);
+    button("theAccStreamDelete", &Panel::theAccStreamDelete_Click);
+    button("theTaxpayerDelete", &Panel::theTaxpayerDelete_Click);
 
     const auto list = [this](const char *aName, void (Panel::*aHandler)(const ListColumn &)) {
         connect(&The<ListView>(aName), &ListView::ColumnClick, this, aHandler);

@@ -93,6 +93,10 @@ protected:
     void RefreshItemInTaxpayersList(ListRow &aItem);
     void UserSetTaxpayersType(DocQueryTaxpayersType aType);
 
+    // The commands of all three lists. aObjectsType is one of the picker's types.
+    void PerformAddItems(ListView &aList, qint32 aObjectsType);
+    void PerformDeleteItems(ListView &aList);
+
     void resizeEvent(QResizeEvent *aEvent) override;
 
     qint32 theLockCount = 0;
@@ -116,6 +120,14 @@ private:
     void SetUpLists();
     void ConnectClicks();
 
+    ListRow *AddItemOfType(const std::shared_ptr<Record> &aObject, qint32 aObjectsType);
+
+    void theTemplatesAdd_Click();
+    void theAccStreamAdd_Click();
+    void theTaxpayerAdd_Click();
+    void theTemplatesDelete_Click();
+    void theAccStreamDelete_Click();
+    void theTaxpayerDelete_Click();
     void theOptTemplateClass_Click();
     void theOptTemplate_Click();
     void theOptTaxpayers_Click();

@@ -97,25 +97,6 @@ private slots:
         QCOMPARE(browser.Cats.Text(), QString());
     }
 
-    void ATextHoldsTheNeedleByItselfOnly() {
-        SearchTexts texts;
-        QVERIFY(texts.Holding(QStringLiteral("А")).empty());
-        QVERIFY(texts.Holding(QString()).empty());
-        for (const QString &text : {QStringLiteral("аа"), QStringLiteral("ааа"), QString(),
-                                    QStringLiteral("аБ"), QStringLiteral("баааа")})
-            texts.Add(text);
-        const auto holding = [&](const char16_t *aNeedle) {
-            return texts.Holding(QString::fromUtf16(aNeedle));
-        };
-        QCOMPARE(holding(u""), (std::vector<int>{0, 1, 2, 3, 4}));
-        QCOMPARE(holding(u"А"), (std::vector<int>{0, 1, 3, 4}));
-        QCOMPARE(holding(u"ААА"), (std::vector<int>{1, 4}));
-        QCOMPARE(holding(u"АБ"), (std::vector<int>{3}));
-        QCOMPARE(holding(u"БА"), (std::vector<int>{4}));
-        QCOMPARE(holding(u"ББ"), (std::vector<int>{}));
-        QCOMPARE(holding(u"ААААА"), (std::vector<int>{}));
-    }
-
     void ARowTellsOfItsForm() {
         const OpenBrowser browser;
         const ListRow &row = *browser.List.Row(0);

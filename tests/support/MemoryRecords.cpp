@@ -272,7 +272,9 @@ private:
     static std::shared_ptr<RecordCollection> Those(bool (*aWanted)(const PersonFacts &)) {
         auto result = std::make_shared<RecordCollection>();
         for (const PersonFacts &facts : MemoryOffice::The().Persons) {
-            if (aWanted(facts)) result->Add(MakePerson(facts.ID), ObjectKey(facts.ID));
+            if (!aWanted(facts)) continue;
+            result->Add(MakePerson(facts.ID),
+                        MemoryOffice::The().Unkeyed ? QString() : ObjectKey(facts.ID));
         }
         return result;
     }

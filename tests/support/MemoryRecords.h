@@ -63,6 +63,7 @@ struct MemoryOffice {
     std::map<double, Rows> Times;       ///< by class
     bool CategoriesAbsent = false;
     bool TimesAbsent = false;
+    bool Unkeyed = false;  ///< collections of persons come without keys and may repeat a person
 
     /// Called with the name of every operation and record member, before it does its work: counts,
     /// or raises.

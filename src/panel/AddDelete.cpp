@@ -1,0 +1,123 @@
+#include "controls/mListView.h"
+#include "foundation/mErrorHandling.h"
+#include "foundation/mVkGraphLight.h"
+#include "foundation/Present.h"
+#include "panel/VkDocQueryCriteries.h"
+#include "picker/ObjectTypes.h"
+#include "picker/SelectObjectsForm.h"
+
+namespace Vk_DocQuery {
+
+namespace {
+
+constexpr char theModule[] = "VkDocQueryCriteries";
+const QString theDeleteTitle = QStringLiteral("Удаление из списка");
+
+std::shared_ptr<const RecordCollection> ListedObjects(const ListView &aList) {
+    auto objects = std::make_shared<RecordCollection>();
+    objects->Reserve(aList.RowCount());
+    for (int i = 0; i < aList.RowCount(); ++i)
+        objects->Add(std::dynamic_pointer_cast<Record>(aList.Row(i)->Tag()));
+    return objects;
+}
+
+bool ConfirmDeletion(std::size_t aCount) {
+    if (aCount == 0) {
+        ShowWarningBox(
+            QStringLiteral(
+                "Необходимо выделить хотя бы одну запись, подлежащую удалению из списка."),
+            theDeleteTitle);
+        return false;
+    }
+    const QString question = aCount == 1
+                                 ? QStringLiteral("Удалить выделенную запись из списка?")
+                                 : QStringLiteral("Удалить выделенные записи (") +
+                                       QString::number(aCount) + QStringLiteral(") из списка?");
+    return AskYesNo(question, theDeleteTitle);
+}
+
+}  // namespace
+
+void VkDocQueryCriteries::PerformAddItems(ListView &aList, qint32 aObjectsType) try {
+    const auto chosen = SelectObjectsForm(this).Execute(aObjectsType, ListedObjects(aList));
+    if (!chosen) return;
+    UnselectAllListItems(aList);
+    const auto sorting = StoreListViewSorting(aList);
+    aList.ReserveRows(aList.RowCount() + static_cast<int>(chosen->Count()));
+    ListRow *row = nullptr;
+    for (const std::shared_ptr<Record> &object : *chosen) {
+        row = AddItemOfType(object, aObjectsType);
+        row->SetSelected(true);
+    }
+    RestoreListViewSorting(aList, sorting);
+    if (!row) return;
+    aList.EnsureVisible(row);
+    aList.SetSelectedItem(row);
+} catch (...) {
+    RaiseErrorUp(theModule, "PerformAddItems");
+}
+
+ListRow *VkDocQueryCriteries::AddItemOfType(const std::shared_ptr<Record> &aObject,
+                                            qint32 aObjectsType) {
+    switch (aObjectsType) {
+        case TemplateVersions:
+        case TemplateClasses:
+            return AddItemToTemplatesList(aObject, nullptr);
+        case AccountStreams:
+            return AddItemToAccStreamsList(aObject, nullptr);
+        default:
+            return AddItemToTaxpayersList(aObject, nullptr);
+    }
+}
+
+void VkDocQueryCriteries::PerformDeleteItems(ListView &aList) try {
+    const std::vector<ListRow *> selected = aList.SelectedRows();
+    if (!ConfirmDeletion(selected.size())) return;
+    for (const ListRow *row : selected) aList.RemoveRow(QString(row->Key()));
+} catch (...) {
+    RaiseErrorUp(theModule, "PerformDeleteItems");
+}
+
+void VkDocQueryCriteries::theTemplatesAdd_Click() try {
+    const DocQueryTemplatesMode mode = GetTemplatesMode();
+    auto &list = The<ListView>("theTemplatesList");
+    if (mode == TemplateVersion) PerformAddItems(list, TemplateVersions);
+    if (mode == TemplateClass) PerformAddItems(list, TemplateClasses);
+} catch (...) {
+    ReportErrorToUser(theModule, "theTemplatesAdd_Click");
+}
+
+void VkDocQueryCriteries::theAccStreamAdd_Click() try {
+    PerformAddItems(The<ListView>("theAccStreamsList"), AccountStreams);
+} catch (...) {
+    ReportErrorToUser(theModule, "theAccStreamAdd_Click");
+}
+
+void VkDocQueryCriteries::theTaxpayerAdd_Click() try {
+    const DocQueryTaxpayersType type = GetTaxpayersType();
+    auto &list = The<ListView>("theTaxpayersList");
+    if (type == Taxpayers) PerformAddItems(list, TaxpayerPersons);
+    if (type == MainOrgs) PerformAddItems(list, MainOrganizations);
+} catch (...) {
+    ReportErrorToUser(theModule, "theTaxpayerAdd_Click");
+}
+
+void VkDocQueryCriteries::theTemplatesDelete_Click() try {
+    PerformDeleteItems(The<ListView>("theTemplatesList"));
+} catch (...) {
+    ReportErrorToUser(theModule, "theTemplatesDelete_Click");
+}
+
+void VkDocQueryCriteries::theAccStreamDelete_Click() try {
+    PerformDeleteItems(The<ListView>("theAccStreamsList"));
+} catch (...) {
+    ReportErrorToUser(theModule, "theAccStreamDelete_Click");
+}
+
+void VkDocQueryCriteries::theTaxpayerDelete_Click() try {
+    PerformDeleteItems(The<ListView>("theTaxpayersList"));
+} catch (...) {
+    ReportErrorToUser(theModule, "theTaxpayerDelete_Click");
+}
+
+}  // namespace Vk_DocQuery
