@@ -1,8 +1,9 @@
 #include "dialog/DocQueryOptionsFrm.h"
 
+#include <QApplication>
 #include <QPushButton>
 #include <QResizeEvent>
-#include <QScreen>
+#include <QWindow>
 
 #include "controls/DateBox.h"
 #include "controls/Fonts.h"
@@ -56,6 +57,7 @@ DocQueryOptionsFrm::DocQueryOptionsFrm() {
 DocQueryOptionsFrm::~DocQueryOptionsFrm() = default;
 
 bool DocQueryOptionsFrm::Execute() {
+    if (isVisible()) return false;  // asked again from inside its own event loop
     bool confirmed = false;
     try {
         confirmed = Run();
@@ -72,9 +74,19 @@ bool DocQueryOptionsFrm::Run() {
     DialogFinished = false;
     if (!RecordAssigned) SetRecord(nullptr);
     OptionsOk = false;
+    StandOverHost();
     exec();
     if (OptionsOk) theData->AssembleValuesTo(*theRecord);
     return OptionsOk;
+}
+
+/// Without an owner the window manager may put the host's window in front, which takes no clicks
+/// now.
+void DocQueryOptionsFrm::StandOverHost() {
+    const QWidget *host = QApplication::activeWindow();
+    if (!host || host == this) return;
+    winId();  // makes the window handle
+    windowHandle()->setTransientParent(host->window()->windowHandle());
 }
 
 std::shared_ptr<VkDocQueryData> DocQueryOptionsFrm::Record() try {
@@ -254,12 +266,12 @@ void DocQueryOptionsFrm::LoadControls() {
         row.Element = row.Picture != 0 ? new DButton(row.Caption, row.Picture, theBottomFrame)
                                        : new QPushButton(row.Caption, theBottomFrame);
         Place(*row.Element, row.Name, row.Left, 180, row.Width, 495);
-        row.Element->setAutoDefault(false);
+        row.Element->setAutoDefault(true);  // Enter presses the button that has the focus
         connect(row.Element, &QPushButton::clicked, this, row.Handler);
     }
     theHelp = new DHelpButton(theHelpPage, theBottomFrame);
     Place(*theHelp, QStringLiteral("theHelp"), 6300, 180, 1395, 495);
-    theHelp->setAutoDefault(false);
+    theHelp->setAutoDefault(true);
     theOK->setDefault(true);
     theCancel->setProperty(DateBox::theChecksProperty, false);  // leaves a half typed date alone
 

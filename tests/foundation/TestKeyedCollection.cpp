@@ -4,9 +4,11 @@
 #include <Vk_DocQuery/Failure.h>
 #include <Vk_DocQuery/KeyedCollection.h>
 
+#include "support/RaisedBy.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
+using VkTests::RaisedBy;
 
 namespace {
 
@@ -16,16 +18,6 @@ QStringList ItemsOf(const Texts &aTexts) {
     QStringList items;
     for (const QString &item : aTexts) items << item;
     return items;
-}
-
-template <class Body>
-Failure Raised(Body aBody) {
-    try {
-        aBody();
-    } catch (const Failure &failure) {
-        return failure;
-    }
-    return Failure(0, QString(), QString());
 }
 
 QString Key(int aNumber) {
@@ -53,7 +45,7 @@ private slots:
         Texts texts;
         texts.Add(QStringLiteral("a"), QStringLiteral("Ключ"));
         const Failure failure =
-            Raised([&] { texts.Add(QStringLiteral("b"), QStringLiteral("КЛЮЧ")); });
+            RaisedBy([&] { texts.Add(QStringLiteral("b"), QStringLiteral("КЛЮЧ")); });
         QCOMPARE(failure.Number(), qint32(KeyAlreadyPresent));
         QCOMPARE(failure.Description(), QStringLiteral("Ключ \"КЛЮЧ\" уже есть в коллекции."));
         QCOMPARE(ItemsOf(texts), QStringList(QStringLiteral("a")));
@@ -70,11 +62,11 @@ private slots:
 
     void MissingKeyRaises() {
         Texts texts;
-        QCOMPARE(Raised([&] { texts.Fetch(QStringLiteral("k")); }).Number(),
+        QCOMPARE(RaisedBy([&] { texts.Fetch(QStringLiteral("k")); }).Number(),
                  qint32(InvalidArgument));
-        QCOMPARE(Raised([&] { texts.Fetch(QStringLiteral("k")); }).Description(),
+        QCOMPARE(RaisedBy([&] { texts.Fetch(QStringLiteral("k")); }).Description(),
                  QStringLiteral("В коллекции нет элемента с ключом \"k\"."));
-        QCOMPARE(Raised([&] { texts.Remove(QStringLiteral("k")); }).Number(),
+        QCOMPARE(RaisedBy([&] { texts.Remove(QStringLiteral("k")); }).Number(),
                  qint32(InvalidArgument));
         QVERIFY(!texts.Find(QStringLiteral("k")));
         QVERIFY(!texts.Find(QString()));
@@ -84,9 +76,10 @@ private slots:
         Texts texts;
         texts.Add(QStringLiteral("a"));
         for (const qsizetype index : {-1, 1}) {
-            QCOMPARE(Raised([&] { texts.At(index); }).Number(), qint32(SubscriptOutOfRange));
-            QCOMPARE(Raised([&] { texts.KeyAt(index); }).Number(), qint32(SubscriptOutOfRange));
-            QCOMPARE(Raised([&] { texts.RemoveAt(index); }).Number(), qint32(SubscriptOutOfRange));
+            QCOMPARE(RaisedBy([&] { texts.At(index); }).Number(), qint32(SubscriptOutOfRange));
+            QCOMPARE(RaisedBy([&] { texts.KeyAt(index); }).Number(), qint32(SubscriptOutOfRange));
+            QCOMPARE(RaisedBy([&] { texts.RemoveAt(index); }).Number(),
+                     qint32(SubscriptOutOfRange));
         }
     }
 
@@ -101,7 +94,8 @@ private slots:
         }
         texts.Add(QStringLiteral("again"), Key(0));
         QCOMPARE(texts.Fetch(Key(0)), QStringLiteral("again"));
-        QCOMPARE(Raised([&] { texts.Add(QString(), Key(1)); }).Number(), qint32(KeyAlreadyPresent));
+        QCOMPARE(RaisedBy([&] { texts.Add(QString(), Key(1)); }).Number(),
+                 qint32(KeyAlreadyPresent));
         texts.Clear();
         QVERIFY(texts.IsEmpty());
         texts.Add(QStringLiteral("a"), Key(1));
@@ -170,13 +164,14 @@ private slots:
             return nullptr;
         });
         QVERIFY(ClassRegistry::IsRegistered(QStringLiteral("TEST.collection")));
-        const Failure failure = Raised([&] { ClassRegistry::Create(name); });
+        const Failure failure = RaisedBy([&] { ClassRegistry::Create(name); });
         QCOMPARE(failure.Number(), qint32(ClassNotCreatable));
         QCOMPARE(failure.Description(),
                  QStringLiteral("Не удалось создать объект класса \"Test.Collection\"."));
         QCOMPARE(made, 1);
-        QCOMPARE(Raised([&] { ClassRegistry::Create(name, QStringLiteral("srv")); }).Description(),
-                 QStringLiteral("Класс \"Test.Collection\" нельзя создать на другом компьютере."));
+        QCOMPARE(
+            RaisedBy([&] { ClassRegistry::Create(name, QStringLiteral("srv")); }).Description(),
+            QStringLiteral("Класс \"Test.Collection\" нельзя создать на другом компьютере."));
         ClassRegistry::Unregister(name);
         QVERIFY(!ClassRegistry::IsRegistered(name));
     }
