@@ -24,7 +24,6 @@ DHelpButton::DHelpButton(const QString &aPage, QWidget *aParent)
     setIcon(StandardPicture(HelpPicture));
     setToolTip(theTitle);
     setAccessibleName(theTitle);
-    setAutoDefault(false);
     connect(this, &QPushButton::clicked, this, &DHelpButton::OpenPage);
 }
 
