@@ -18,12 +18,12 @@
 #include <Vk_Records/Database.h>
 
 #include "controls/ListView.h"
+#include "controls/SearchTexts.h"
 #include "Figure.h"
 #include "foundation/mVkDBProvider.h"
 #include "LargeOffice.h"
 #include "panel/VkDocQueryCriteries.h"
 #include "PeerTree.h"
-#include "controls/SearchTexts.h"
 #include "picker/SelectObjectsForm.h"
 
 using namespace Vk_DocQuery;

@@ -8,8 +8,8 @@
 
 #include "browser/IntCategoryCluster.h"
 #include "browser/IntTemplateClass.h"
-#include "controls/SearchTexts.h"
 #include "browser/TimeTable.h"
+#include "controls/SearchTexts.h"
 
 class QLineEdit;
 class QPushButton;

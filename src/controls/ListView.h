@@ -62,6 +62,7 @@ public:
 private:
     friend class ListViewRows;
     void MakeRoom(int aCell);
+    void GrowTo(int aCell);
     void Forget();
 
     ListViewRows &theRows;

@@ -1,8 +1,9 @@
 #include "dialog/DocQueryOptionsFrm.h"
 
+#include <QApplication>
 #include <QPushButton>
 #include <QResizeEvent>
-#include <QScreen>
+#include <QWindow>
 
 #include "controls/Colours.h"
 #include "controls/DateBox.h"
@@ -58,6 +59,7 @@ DocQueryOptionsFrm::DocQueryOptionsFrm() {
 DocQueryOptionsFrm::~DocQueryOptionsFrm() = default;
 
 bool DocQueryOptionsFrm::Execute() {
+    if (isVisible()) return false;  // asked again from inside its own event loop
     bool confirmed = false;
     try {
         confirmed = Run();
@@ -74,9 +76,19 @@ bool DocQueryOptionsFrm::Run() {
     DialogFinished = false;
     if (!RecordAssigned) SetRecord(nullptr);
     OptionsOk = false;
+    StandOverHost();
     exec();
     if (OptionsOk) theData->AssembleValuesTo(*theRecord);
     return OptionsOk;
+}
+
+/// Without an owner the window manager may put the host's window in front, which takes no clicks
+/// now.
+void DocQueryOptionsFrm::StandOverHost() {
+    const QWidget *host = QApplication::activeWindow();
+    if (!host || host == this) return;
+    winId();  // makes the window handle
+    windowHandle()->setTransientParent(host->window()->windowHandle());
 }
 
 std::shared_ptr<VkDocQueryData> DocQueryOptionsFrm::Record() try {

@@ -44,6 +44,7 @@ private:
     void SaveRecord(VkDocQueryData &aRecord, const QString &aFileName, bool &rOk);
     void SaveRecordAs();
     bool Run();
+    void StandOverHost();
     void Form_Resize();
 
     void theOK_Click();

@@ -63,6 +63,22 @@ private slots:
         QCOMPARE(button.PagePath(), QCoreApplication::applicationDirPath() + u'/' + page);
     }
 
+    void PageThatTheDesktopDoesNotTakeGivesABox() {
+        DHelpButton button(QStringLiteral("help_page_of_a_test.htm"));
+        QFile file(button.PagePath());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.close();
+        button.show();
+        ModalDriver driver;
+        driver.ExpectBox(
+            QStringLiteral("Справка"),
+            QStringLiteral("Не удалось открыть страницу справки \"%1\".").arg(button.PagePath()),
+            QStringLiteral("OK"));
+        QTest::mouseClick(&button, Qt::LeftButton);  // the platform of the tests has no desktop
+        file.remove();
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
     void MissingPageGivesABoxWithItsPath() {
         Desktop desktop;
         DHelpButton button(QStringLiteral("../no_such_folder/Program_setting.htm"));

@@ -8,9 +8,11 @@
 
 #include "controls/ListView.h"
 #include "foundation/mVkGraphLight.h"
+#include "support/RaisedBy.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
+using VkTests::RaisedBy;
 
 namespace {
 
@@ -50,16 +52,6 @@ QStringList Keys(const ListView &aList) {
     return keys;
 }
 
-template <class Body>
-Failure Raised(Body aBody) {
-    try {
-        aBody();
-    } catch (const Failure &failure) {
-        return failure;
-    }
-    return Failure(0, QString(), QStringLiteral("nothing was raised"));
-}
-
 struct Tag : Object {};
 
 }  // namespace
@@ -79,11 +71,12 @@ private slots:
         QCOMPARE(column.Key, QStringLiteral("name"));
         QCOMPARE(list.header()->sectionSize(1), PixelsFromTwips(3000));
         QCOMPARE(list.ColumnPosition(QStringLiteral("CODE")), 2);
-        const Failure missing = Raised([&] { list.ColumnPosition(QStringLiteral("term")); });
+        const Failure missing = RaisedBy([&] { list.ColumnPosition(QStringLiteral("term")); });
         QCOMPARE(missing.Number(), qint32(InvalidArgument));
         QCOMPARE(missing.Description(), QStringLiteral("В списке нет столбца с ключом \"term\"."));
-        QCOMPARE(Raised([&] { list.Column(3); }).Number(), qint32(SubscriptOutOfRange));
-        QCOMPARE(Raised([&] { list.ColumnPosition(QString()); }).Number(), qint32(InvalidArgument));
+        QCOMPARE(RaisedBy([&] { list.Column(3); }).Number(), qint32(SubscriptOutOfRange));
+        QCOMPARE(RaisedBy([&] { list.ColumnPosition(QString()); }).Number(),
+                 qint32(InvalidArgument));
     }
 
     void WidthZeroHidesAColumnAndAWidthShowsItAgain() {
@@ -142,7 +135,8 @@ private slots:
         QCOMPARE(row->CellCount(), 22);
         QCOMPARE(row->CellIcon(2), QStringLiteral("any"));
         QCOMPARE(row->CellText(2), QStringLiteral("второй"));
-        QCOMPARE(Raised([&] { row->SetCell(0, QString()); }).Number(), qint32(SubscriptOutOfRange));
+        QCOMPARE(RaisedBy([&] { row->SetCell(0, QString()); }).Number(),
+                 qint32(SubscriptOutOfRange));
         list.ClearRows();
         QCOMPARE(tag.use_count(), 1L);
     }
@@ -165,7 +159,7 @@ private slots:
         ListView list;
         Prepare(list);
         ListRow *row = list.AddRow(QStringLiteral("Ключ"));
-        const Failure failure = Raised([&] { list.AddRow(QStringLiteral("КЛЮЧ")); });
+        const Failure failure = RaisedBy([&] { list.AddRow(QStringLiteral("КЛЮЧ")); });
         QCOMPARE(failure.Number(), qint32(KeyAlreadyPresent));
         QCOMPARE(failure.Description(), QStringLiteral("Ключ \"КЛЮЧ\" уже есть в коллекции."));
         QCOMPARE(list.RowCount(), 1);
@@ -188,7 +182,7 @@ private slots:
         ListRow *again = list.AddRow(QStringLiteral("_1"));
         QCOMPARE(list.Row(200), again);
         QCOMPARE(list.RowByKey(QStringLiteral("_1")), again);
-        const Failure failure = Raised([&] { list.RemoveRow(QStringLiteral("_4")); });
+        const Failure failure = RaisedBy([&] { list.RemoveRow(QStringLiteral("_4")); });
         QCOMPARE(failure.Number(), qint32(InvalidArgument));
         QCOMPARE(failure.Description(), QStringLiteral("В списке нет строки с ключом \"_4\"."));
     }
@@ -203,8 +197,8 @@ private slots:
         QCOMPARE(Keys(list).join(u' '), QStringLiteral("top new _2 _3"));
         QCOMPARE(list.PositionOf(list.RowByKey(QStringLiteral("_2"))), 2);
         QCOMPARE(list.PositionOf(nullptr), -1);
-        QCOMPARE(Raised([&] { list.Row(4); }).Number(), qint32(SubscriptOutOfRange));
-        QCOMPARE(Raised([&] { list.Row(-1); }).Number(), qint32(SubscriptOutOfRange));
+        QCOMPARE(RaisedBy([&] { list.Row(4); }).Number(), qint32(SubscriptOutOfRange));
+        QCOMPARE(RaisedBy([&] { list.Row(-1); }).Number(), qint32(SubscriptOutOfRange));
     }
 
     void UnknownPictureRaisesOnceAPictureListIsAttached() {
@@ -213,11 +207,11 @@ private slots:
         ListRow *row = list.Row(0);
         row->SetIcon(QStringLiteral("anything"));
         list.SetSmallIcons(TwoPictures());
-        const Failure failure = Raised([&] { row->SetIcon(QStringLiteral("green")); });
+        const Failure failure = RaisedBy([&] { row->SetIcon(QStringLiteral("green")); });
         QCOMPARE(failure.Number(), qint32(InvalidArgument));
         QCOMPARE(failure.Description(),
                  QStringLiteral("В списке рисунков нет рисунка с ключом \"green\"."));
-        QCOMPARE(Raised([&] { row->SetCellIcon(1, QStringLiteral("Red")); }).Number(),
+        QCOMPARE(RaisedBy([&] { row->SetCellIcon(1, QStringLiteral("Red")); }).Number(),
                  qint32(InvalidArgument));
         row->SetIcon(QStringLiteral("red"));
         QCOMPARE(row->Icon(), QStringLiteral("red"));
@@ -236,7 +230,8 @@ private slots:
         QCOMPARE(pictures.Count(), 3);
         QCOMPARE(pictures.KeyAt(0), QStringLiteral("b"));
         QCOMPARE(pictures.KeyAt(2), QStringLiteral("B"));
-        const Failure failure = Raised([&] { pictures.Add(QStringLiteral("a"), Square(Qt::red)); });
+        const Failure failure =
+            RaisedBy([&] { pictures.Add(QStringLiteral("a"), Square(Qt::red)); });
         QCOMPARE(failure.Number(), qint32(KeyAlreadyPresent));
         QCOMPARE(failure.Description(),
                  QStringLiteral("Рисунок с ключом \"a\" уже есть в списке рисунков."));
@@ -388,7 +383,7 @@ private slots:
         list.RemoveRow(QStringLiteral("_2"));
         list.ShowOnly({1, 3, 3});
         QCOMPARE(Keys(list).join(u' '), QStringLiteral("_4"));
-        QCOMPARE(Raised([&] { list.ShowOnly({6}); }).Number(), qint32(SubscriptOutOfRange));
+        QCOMPARE(RaisedBy([&] { list.ShowOnly({6}); }).Number(), qint32(SubscriptOutOfRange));
     }
 
     void AssistiveProgramsReadTheRows() {

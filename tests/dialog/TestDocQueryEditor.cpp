@@ -8,6 +8,7 @@
 
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"
+#include "support/RaisedBy.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
@@ -114,25 +115,62 @@ private slots:
         QCOMPARE(editor.Record(), given);
     }
 
+    void FailingLoadIsRaisedToTheHost() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("saved.qvk"));
+        VkDocQueryData saved;
+        saved.IsAccStreamsList = true;
+        saved.AccStreamsList = std::make_shared<RecordCollection>();
+        saved.AccStreamsList->Add(MakeStream(11));
+        saved.WriteToFile(path);
+        MemoryOffice::The().OnCall = [](const QString &member) {
+            if (member == QStringLiteral("VkAccStream.SetID"))
+                throw Failure(70, QStringLiteral("S"), QStringLiteral("D"));
+        };
+        DocQueryEditor editor;
+        ModalDriver driver;
+        driver.ExpectFileDialog(theLoadTitle, QString(), path);
+        const Failure failure = RaisedBy([&] { editor.AskAndLoadQuery(0); });
+        QCOMPARE(failure.Number(), 70);
+        QCOMPARE(failure.Description(),
+                 QStringLiteral("[Vk_DocQuery::DocQueryTest.AskAndLoadQuery]\r\n"
+                                "[Vk_DocQuery::miDocQuery.AskFileAndLoadDocQuery]\r\n"
+                                "[Vk_DocQuery::VkDocQueryData.ReadFromXmlFile]\r\n"
+                                "[Vk_DocQuery::VkDocQueryData.ReadFromXml]\r\n"
+                                "[Vk_DocQuery::VkDocQueryData.ReadCollectedIDsFromXml]\r\n"
+                                "[S]\r\n"
+                                "D"));
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void SecondRunOnOneEditorDoesNoHarm() {
+        DocQueryEditor editor;
+        const auto record = std::make_shared<VkDocQueryData>();
+        editor.SetRecord(record);
+        for (int run = 0; run < 2; ++run) {
+            ModalDriver driver;
+            driver.Expect([](QWidget &window) { window.close(); });
+            QVERIFY(!editor.Execute());
+            QVERIFY2(driver.Done(), driver.Complaint());
+            QCOMPARE(editor.Record(), record);
+        }
+    }
+
     void FailureNamesTheOlderClassName() {
         MemoryOffice::The().OnCall = [](const QString &member) {
             if (member == QStringLiteral("GetPeriodName"))
                 throw Failure(70, QStringLiteral("S"), QStringLiteral("D"));
         };
         DocQueryEditor editor;
-        try {
-            editor.SetRecord(nullptr);
-            QFAIL("nothing was raised");
-        } catch (const Failure &failure) {
-            QCOMPARE(failure.Number(), 70);
-            QCOMPARE(failure.Description(),
-                     QStringLiteral("[Vk_DocQuery::DocQueryTest.Set-Record]\r\n"
-                                    "[Vk_DocQuery::DocQueryOptionsFrm.Set-Record]\r\n"
-                                    "[Vk_DocQuery::DocQueryOptionsFrm.EnsureInitialized]\r\n"
-                                    "[Vk_DocQuery::VkDocQueryCriteries.Init]\r\n"
-                                    "[S]\r\n"
-                                    "D"));
-        }
+        const Failure failure = RaisedBy([&] { editor.SetRecord(nullptr); });
+        QCOMPARE(failure.Number(), 70);
+        QCOMPARE(failure.Description(),
+                 QStringLiteral("[Vk_DocQuery::DocQueryTest.Set-Record]\r\n"
+                                "[Vk_DocQuery::DocQueryOptionsFrm.Set-Record]\r\n"
+                                "[Vk_DocQuery::DocQueryOptionsFrm.EnsureInitialized]\r\n"
+                                "[Vk_DocQuery::VkDocQueryCriteries.Init]\r\n"
+                                "[S]\r\n"
+                                "D"));
     }
 };
 

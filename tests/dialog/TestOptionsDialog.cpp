@@ -1,11 +1,16 @@
+#include <algorithm>
 #include <functional>
 
+#include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
 #include <QFile>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QWindow>
 
 #include <Vk_DocQuery/Failure.h>
 
@@ -13,6 +18,7 @@
 #include "foundation/mVkGraphLight.h"
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"
+#include "support/RaisedBy.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
@@ -85,6 +91,8 @@ private slots:
         ModalDriver driver;
         RunWith(dialog, driver, [&](const User &user) {
             user.ExpectCaption(QStringLiteral("Поиск документов"));
+            if (user.theWindow.windowIcon().isNull()) driver.Complain(QStringLiteral("no icon"));
+            if (!user.theWindow.isModal()) driver.Complain(QStringLiteral("not modal"));
             if (user.theWindow.width() != 821)
                 driver.Complain(QStringLiteral("width %1").arg(user.theWindow.width()));
             struct Fact {
@@ -113,6 +121,20 @@ private slots:
             }
             if (!user.Element<QPushButton>("theOK")->isDefault())
                 driver.Complain(QStringLiteral("OK is not the default"));
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void WindowStandsOverThatOfTheHost() {
+        QWidget host;
+        host.show();
+        host.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&host));
+        DocQueryOptionsFrm dialog;
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            if (user.theWindow.windowHandle()->transientParent() != host.windowHandle())
+                driver.Complain(QStringLiteral("no owner"));
         });
         QVERIFY2(driver.Done(), driver.Complaint());
     }
@@ -157,18 +179,69 @@ private slots:
         QCOMPARE(dialog.Record(), record);
     }
 
+    void EnterIsOKAndEscIsCancel_data() {
+        QTest::addColumn<QString>("tab");
+        QTest::addColumn<QString>("element");
+        QTest::newRow("tabs") << QStringLiteral("doc") << QStringLiteral("theTabBar");
+        QTest::newRow("check box") << QStringLiteral("doc") << QStringLiteral("theIsDocStatus");
+        QTest::newRow("option") << QStringLiteral("doc") << QStringLiteral("theNotesLike");
+        QTest::newRow("text") << QStringLiteral("doc") << QStringLiteral("theSignerSurname");
+        QTest::newRow("number") << QStringLiteral("doc") << QStringLiteral("theDocNum1");
+        QTest::newRow("date") << QStringLiteral("doc") << QStringLiteral("theSignDate1");
+        QTest::newRow("typed year") << QStringLiteral("time") << QStringLiteral("thePerYear1");
+        QTest::newRow("month") << QStringLiteral("time") << QStringLiteral("thePerMonth1");
+        QTest::newRow("list") << QStringLiteral("template") << QStringLiteral("theTemplatesList");
+    }
     void EnterIsOKAndEscIsCancel() {
+        QFETCH(QString, tab);
+        QFETCH(QString, element);
         for (const bool confirm : {true, false}) {
             DocQueryOptionsFrm dialog;
+            const auto record = std::make_shared<VkDocQueryData>();
+            record->IsNotes = record->IsSignerFio = record->IsDocNum = record->IsSignDate = true;
+            record->SignDate1 = QDate(2024, 3, 5);
+            record->SignerSurname = QStringLiteral("Иванов");
+            record->NotesMode = NotesLike;
+            record->Notes = QStringLiteral("акт");
+            record->DocNumMode = DocNumRange;
+            record->DocNum2 = 7;
+            record->IsPeriods = record->IsTemplate = true;
+            record->PeriodCriterion = RangePeriods;
+            record->Templates = std::make_shared<RecordCollection>();
+            record->Templates->Add(MakeClass(21));
+            record->LastTab = tab;
+            dialog.SetRecord(record);
             ModalDriver driver;
             const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
+                user.theWindow.activateWindow();
+                user.Element(element.toLatin1().constData())->setFocus();
+                QWidget *focus = QApplication::focusWidget();
+                if (!focus || !(focus->objectName() == element ||
+                                focus->parentWidget()->objectName() == element))
+                    driver.Complain(QStringLiteral("no focus"));
                 if (confirm) driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Да"));
-                QTest::keyClick(&user.theWindow, confirm ? Qt::Key_Return : Qt::Key_Escape);
+                QTest::keyClick(focus, confirm ? Qt::Key_Return : Qt::Key_Escape);
                 if (user.theWindow.isVisible()) driver.Complain(QStringLiteral("still open"));
             });
             QVERIFY2(driver.Done(), driver.Complaint());
             QCOMPARE(confirmed, confirm);
         }
+    }
+
+    void EnterPressesTheButtonThatHasTheFocus() {
+        DocQueryOptionsFrm dialog;
+        ModalDriver driver;
+        const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
+            driver.ExpectFileDialog(theLoadTitle, QString(), QString());
+            user.Element("theLoad")->setFocus();
+            QTest::keyClick(user.Element("theLoad"), Qt::Key_Return);
+            user.ExpectOpen();
+            user.Element("theCancel")->setFocus();
+            QTest::keyClick(user.Element("theCancel"), Qt::Key_Return);
+            if (user.theWindow.isVisible()) driver.Complain(QStringLiteral("still open"));
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(!confirmed);
     }
 
     void RejectedSearchLeavesTheDialogOpenAndTheRecordAlone() {
@@ -359,6 +432,20 @@ private slots:
         QCOMPARE(dialog.Record()->OnePeriodMonthID, 16);
     }
 
+    void HelpIsThatOfTheProgramsSettings() {
+        DocQueryOptionsFrm dialog;
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            const QString page = QDir::cleanPath(QCoreApplication::applicationDirPath() +
+                                                 QStringLiteral("/../service/Program_setting.htm"));
+            driver.ExpectBox(QStringLiteral("Справка"),
+                             QStringLiteral("Не найдена страница справки \"%1\".").arg(page),
+                             QStringLiteral("OK"));
+            user.Press("theHelp");
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
     void ClosedWindowCancels() {
         DocQueryOptionsFrm dialog;
         const auto record = std::make_shared<VkDocQueryData>();
@@ -371,6 +458,182 @@ private slots:
         QVERIFY2(driver.Done(), driver.Complaint());
         QVERIFY(!confirmed);
         QCOMPARE(dialog.Record()->SignerSurname, QString());
+    }
+
+    void SmallWindowKeepsItsButtonsInOrder() {
+        DocQueryOptionsFrm dialog;
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            for (const QSize size : {QSize(400, 200), QSize(60, 30)}) {
+                user.theWindow.resize(size);
+                const QRect frame = user.Element("theBottomFrame")->geometry();
+                const QRect panel = user.Element("theData")->geometry();
+                const int cancel = user.Element("theCancel")->x();
+                if (frame != QRect(0, size.height() - 57, size.width(), 57))
+                    driver.Complain(QStringLiteral("frame"));
+                if (panel != QRect(0, 0, size.width(), std::max(0, size.height() - 57)))
+                    driver.Complain(QStringLiteral("panel"));
+                if (cancel != size.width() - 109 - 16 ||
+                    user.Element("theOK")->x() != cancel - 93 - 12)
+                    driver.Complain(QStringLiteral("buttons"));
+            }
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void FailedSaveSaysWhyAndKeepsTheName() {
+        const QString path = QStringLiteral("/nowhere/Прежний.qvk");
+        MemoryOffice::The().OnCall = [](const QString &member) {
+            if (member == QStringLiteral("SaveTextToFile"))
+                throw Failure(76, QString(), QStringLiteral("Путь не найден."));
+        };
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->FileName = path;
+        dialog.SetRecord(record);
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            driver.ExpectBox(QStringLiteral("Ошибка"),
+                             QStringLiteral("Ошибка сохранения файла критериев поиска \"") + path +
+                                 QStringLiteral("\":\r\nПуть не найден."),
+                             QStringLiteral("OK"));
+            user.Press("theSave");
+            user.ExpectOpen();
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(record->FileName, path);
+    }
+
+    /// What the library itself cannot write is no failed save: the chain is shown, and the dialog
+    /// stays open.
+    void FailingSaveShowsTheChain_data() {
+        QTest::addColumn<QString>("button");
+        QTest::newRow("save") << QStringLiteral("theSave");
+        QTest::newRow("save as") << QStringLiteral("theSaveAs");
+    }
+    void FailingSaveShowsTheChain() {
+        QFETCH(QString, button);
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("a.qvk"));
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->FileName = path;
+        record->TaxpayersList = std::make_shared<RecordCollection>();
+        record->TaxpayersList->Add(MakePerson(1));
+        dialog.SetRecord(record);
+        MemoryOffice::The().OnCall = [](const QString &member) {
+            if (member == QStringLiteral("VkPerson.ID"))
+                throw Failure(70, QStringLiteral("S"), QStringLiteral("нет связи"));
+        };
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            if (button == QStringLiteral("theSaveAs"))
+                driver.ExpectFileDialog(theSaveTitle, QStringLiteral("a.qvk"), path);
+            driver.ExpectBox(
+                QStringLiteral("Сбой программы"),
+                QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.%1_Click]\r\n"
+                               "[Vk_DocQuery::DocQueryOptionsFrm.SaveRecord]\r\n"
+                               "[Vk_DocQuery::VkDocQueryData.WriteToXmlFile]\r\n"
+                               "[Vk_DocQuery::VkDocQueryData.WriteToXmlString]\r\n"
+                               "[Vk_DocQuery::VkDocQueryData.WriteCollectedIDsToXmlString]\r\n"
+                               "[S]\r\n"
+                               "нет связи")
+                    .arg(button),
+                QStringLiteral("OK"));
+            user.Press(button.toLatin1().constData());
+            user.ExpectOpen();
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(!QFile::exists(path));
+    }
+
+    void FailingCheckShowsTheChainAndLeavesTheDialogOpen() {
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->IsPeriods = true;
+        record->PeriodCriterion = RangePeriods;
+        record->RangePeriodYear1 = 99999999;  // times a hundred it is no 32-bit number
+        dialog.SetRecord(record);
+        ModalDriver driver;
+        const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
+            driver.ExpectBox(QStringLiteral("Сбой программы"),
+                             QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.theOK_Click]\r\n"
+                                            "[Vk_DocQuery::DocQueryOptionsFrm.Validate]\r\n"
+                                            "[Vk_DocQuery::VkDocQueryData.Validate]\r\n"
+                                            "Переполнение."),
+                             QStringLiteral("OK"));
+            user.Press("theOK");
+            user.ExpectOpen();
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(!confirmed);
+    }
+
+    void FailingCaptionNamesItself() {
+        MemoryOffice::The().OnCall = [](const QString &member) {
+            if (member == QStringLiteral("ShortenFilePath"))
+                throw Failure(70, QStringLiteral("S"), QStringLiteral("D"));
+        };
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->FileName = QString(101, u'x');
+        QCOMPARE(RaisedBy([&] { dialog.SetRecord(record); }).Description(),
+                 QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.Set-Record]\r\n"
+                                "[Vk_DocQuery::DocQueryOptionsFrm.RefreshCaption]\r\n"
+                                "[S]\r\nD"));
+    }
+
+    /// The panel of a second run is a new one that nobody prepares or fills; nothing is to be had
+    /// from it, but it does no harm either.
+    void SecondRunHasAnEmptyPanel() {
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->SignerSurname = QStringLiteral("Иванов");
+        dialog.SetRecord(record);
+        ModalDriver driver;
+        RunWith(dialog, driver, [](const User &) {});
+        const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
+            if (user.Element<QComboBox>("thePeriodTime")->count() != 0)
+                driver.Complain(QStringLiteral("the panel was prepared"));
+            if (!user.Element<QLineEdit>("theSignerSurname")->text().isEmpty())
+                driver.Complain(QStringLiteral("the panel was filled"));
+            driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Да"));
+            user.Press("theOK");
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(confirmed);
+        QCOMPARE(dialog.Record(), record);
+        QCOMPARE(record->SignerSurname, QString());
+        QCOMPARE(record->OnePeriodMonthID, 0);
+    }
+
+    void RecordGivenAfterTheRunIsHandedBack() {
+        DocQueryOptionsFrm dialog;
+        ModalDriver driver;
+        RunWith(dialog, driver, [](const User &) {});
+        QVERIFY2(driver.Done(), driver.Complaint());
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->Notes = QStringLiteral("акт");
+        dialog.SetRecord(record);
+        QCOMPARE(dialog.Record(), record);
+        QCOMPARE(record->Notes, QStringLiteral("акт"));
+    }
+
+    void RunInsideARunIsRefused() {
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        dialog.SetRecord(record);
+        ModalDriver driver;
+        const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
+            if (dialog.Execute()) driver.Complain(QStringLiteral("the inner run was confirmed"));
+            user.ExpectOpen();
+            user.StateSurname(QStringLiteral("Иванов"));
+            driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Да"));
+            user.Press("theOK");
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(confirmed);
+        QCOMPARE(record->SignerSurname, QStringLiteral("Иванов"));
     }
 
     void FailingPanelIsReportedAndGivesFalse() {

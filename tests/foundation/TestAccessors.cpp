@@ -10,6 +10,7 @@
 #include "foundation/mVkLib.h"
 #include "foundation/mVkRecords.h"
 #include "support/MemoryRecords.h"
+#include "support/RaisedBy.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
@@ -36,15 +37,6 @@ constexpr Accessor theAccessors[] = {
     {"GetPersonQueries", "mVkDBProvider", "Vk_DBProvider.PersonQueries",
      []() -> const void * { return &GetPersonQueries(); }},
 };
-
-QString DescriptionOf(const std::function<void()> &aBody) {
-    try {
-        aBody();
-    } catch (const Failure &failure) {
-        return failure.Description();
-    }
-    return QStringLiteral("nothing was raised");
-}
 
 /// Runs in a thread of its own, where the slots of the accessors are empty.
 void InNewThread(const std::function<void()> &aBody) {
@@ -94,7 +86,7 @@ private slots:
         QString chain;
         const void *later = nullptr;
         InNewThread([&] {
-            chain = DescriptionOf([&] { accessor.Get(); });
+            chain = RaisedBy([&] { accessor.Get(); }).Description();
             MemoryOffice::Install();
             later = accessor.Get();  // a failure fills no slot
         });
@@ -115,7 +107,7 @@ private slots:
         const QString name = QString::fromLatin1(accessor.Class);
         ClassRegistry::Register(name, [] { return std::make_shared<Object>(); });
         QString chain;
-        InNewThread([&] { chain = DescriptionOf([&] { accessor.Get(); }); });
+        InNewThread([&] { chain = RaisedBy([&] { accessor.Get(); }).Description(); });
         QCOMPARE(chain, QStringLiteral("[Vk_DocQuery::%1.%2]\r\nНесоответствие типа: %3")
                             .arg(QString::fromLatin1(accessor.Module),
                                  QString::fromLatin1(accessor.Name), name));
@@ -192,7 +184,7 @@ private slots:
         QFETCH(QString, name);
         QFETCH(QString, member);
         const auto record = CreateObjectAs<Record>(name);
-        QCOMPARE(DescriptionOf([&] { record->KND(); }),
+        QCOMPARE(RaisedBy([&] { record->KND(); }).Description(),
                  QStringLiteral("Объект не имеет члена \"%1\".").arg(member));
     }
 

@@ -81,7 +81,8 @@ private slots:
         QTest::newRow("too high") << LooseValue(2147483648.0) << fallback;
         QTest::newRow("lowest") << LooseValue(-2147483648.0) << std::numeric_limits<int>::min();
         QTest::newRow("too low") << LooseValue(-2147483649.0) << fallback;
-        QTest::newRow("not a number") << LooseValue(std::numeric_limits<double>::quiet_NaN()) << fallback;
+        QTest::newRow("not a number")
+            << LooseValue(std::numeric_limits<double>::quiet_NaN()) << fallback;
         QTest::newRow("true") << LooseValue(true) << -1;
         QTest::newRow("false") << LooseValue(false) << 0;
         QTest::newRow("date") << LooseValue(QDate(1900, 1, 1)) << 2;

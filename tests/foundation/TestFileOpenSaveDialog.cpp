@@ -1,4 +1,3 @@
-#include <functional>
 
 #include <QComboBox>
 #include <QFile>
@@ -15,10 +14,12 @@
 #include "foundation/FileOpenSaveDialog.h"
 #include "foundation/mFileOpenSaveDialog.h"
 #include "support/ModalDriver.h"
+#include "support/RaisedBy.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
 using VkTests::ModalDriver;
+using VkTests::RaisedBy;
 
 namespace {
 
@@ -63,15 +64,6 @@ private:
 
 QByteArray Bytes(const char *aBytes, int aSize) {
     return QByteArray(aBytes, aSize);
-}
-
-Failure RaisedBy(const std::function<void()> &aBody) {
-    try {
-        aBody();
-    } catch (const Failure &failure) {
-        return failure;
-    }
-    return Failure(0, QString(), QStringLiteral("nothing was raised"));
 }
 
 void MakeFile(const QString &aName, const QByteArray &aBytes = "x") {

@@ -4,9 +4,11 @@
 #include <Vk_DocQuery/Failure.h>
 #include <Vk_DocQuery/KeyedCollection.h>
 
+#include "support/RaisedBy.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
+using VkTests::RaisedBy;
 
 namespace {
 
@@ -18,17 +20,9 @@ QStringList ItemsOf(const Texts &aTexts) {
     return items;
 }
 
-template <class Body>
-Failure Raised(Body aBody) {
-    try {
-        aBody();
-    } catch (const Failure &failure) {
-        return failure;
-    }
-    return Failure(0, QString(), QString());
+QString Key(int aNumber) {
+    return QStringLiteral("_%1").arg(aNumber);
 }
-
-QString Key(int aNumber) { return QStringLiteral("_%1").arg(aNumber); }
 
 }  // namespace
 
@@ -50,7 +44,8 @@ private slots:
     void PresentKeyRaises() {
         Texts texts;
         texts.Add(QStringLiteral("a"), QStringLiteral("Ключ"));
-        const Failure failure = Raised([&] { texts.Add(QStringLiteral("b"), QStringLiteral("КЛЮЧ")); });
+        const Failure failure =
+            RaisedBy([&] { texts.Add(QStringLiteral("b"), QStringLiteral("КЛЮЧ")); });
         QCOMPARE(failure.Number(), qint32(KeyAlreadyPresent));
         QCOMPARE(failure.Description(), QStringLiteral("Ключ \"КЛЮЧ\" уже есть в коллекции."));
         QCOMPARE(ItemsOf(texts), QStringList(QStringLiteral("a")));
@@ -67,10 +62,12 @@ private slots:
 
     void MissingKeyRaises() {
         Texts texts;
-        QCOMPARE(Raised([&] { texts.Fetch(QStringLiteral("k")); }).Number(), qint32(InvalidArgument));
-        QCOMPARE(Raised([&] { texts.Fetch(QStringLiteral("k")); }).Description(),
+        QCOMPARE(RaisedBy([&] { texts.Fetch(QStringLiteral("k")); }).Number(),
+                 qint32(InvalidArgument));
+        QCOMPARE(RaisedBy([&] { texts.Fetch(QStringLiteral("k")); }).Description(),
                  QStringLiteral("В коллекции нет элемента с ключом \"k\"."));
-        QCOMPARE(Raised([&] { texts.Remove(QStringLiteral("k")); }).Number(), qint32(InvalidArgument));
+        QCOMPARE(RaisedBy([&] { texts.Remove(QStringLiteral("k")); }).Number(),
+                 qint32(InvalidArgument));
         QVERIFY(!texts.Find(QStringLiteral("k")));
         QVERIFY(!texts.Find(QString()));
     }
@@ -79,9 +76,10 @@ private slots:
         Texts texts;
         texts.Add(QStringLiteral("a"));
         for (const qsizetype index : {-1, 1}) {
-            QCOMPARE(Raised([&] { texts.At(index); }).Number(), qint32(SubscriptOutOfRange));
-            QCOMPARE(Raised([&] { texts.KeyAt(index); }).Number(), qint32(SubscriptOutOfRange));
-            QCOMPARE(Raised([&] { texts.RemoveAt(index); }).Number(), qint32(SubscriptOutOfRange));
+            QCOMPARE(RaisedBy([&] { texts.At(index); }).Number(), qint32(SubscriptOutOfRange));
+            QCOMPARE(RaisedBy([&] { texts.KeyAt(index); }).Number(), qint32(SubscriptOutOfRange));
+            QCOMPARE(RaisedBy([&] { texts.RemoveAt(index); }).Number(),
+                     qint32(SubscriptOutOfRange));
         }
     }
 
@@ -96,7 +94,8 @@ private slots:
         }
         texts.Add(QStringLiteral("again"), Key(0));
         QCOMPARE(texts.Fetch(Key(0)), QStringLiteral("again"));
-        QCOMPARE(Raised([&] { texts.Add(QString(), Key(1)); }).Number(), qint32(KeyAlreadyPresent));
+        QCOMPARE(RaisedBy([&] { texts.Add(QString(), Key(1)); }).Number(),
+                 qint32(KeyAlreadyPresent));
         texts.Clear();
         QVERIFY(texts.IsEmpty());
         texts.Add(QStringLiteral("a"), Key(1));
@@ -110,6 +109,41 @@ private slots:
         QVERIFY(!texts.Contains(Key(1)));
         texts.Add(QStringLiteral("b"), Key(1));
         QVERIFY(texts.Contains(Key(1)));
+    }
+
+    void ItemsWithoutKeysStandAmongThoseWithKeys() {
+        Texts texts;
+        texts.Reserve(100);
+        for (int i = 0; i < 100; ++i)
+            texts.Add(QString::number(i), i % 4 == 1 ? Key(i) : QString());
+        for (int i = 0; i < 100; ++i) {
+            QCOMPARE(texts.KeyAt(i), i % 4 == 1 ? Key(i) : QString());
+            const QString *found = texts.Find(Key(i));
+            QCOMPARE(found != nullptr, i % 4 == 1);
+            if (found) QCOMPARE(*found, QString::number(i));
+        }
+        texts.RemoveAt(99);  // behind the last key
+        texts.RemoveAt(0);   // before the first
+        QCOMPARE(texts.KeyAt(0), Key(1));
+        QCOMPARE(texts.Fetch(Key(97)), QStringLiteral("97"));
+        texts.Add(QStringLiteral("last"), QStringLiteral("last"));
+        QCOMPARE(texts.Count(), 99);
+        QCOMPARE(texts.KeyAt(97), QString());
+        QCOMPARE(texts.KeyAt(98), QStringLiteral("last"));
+        QCOMPARE(texts.Fetch(QStringLiteral("last")), QStringLiteral("last"));
+    }
+
+    void WhatWasMovedFromIsEmpty() {
+        Texts first;
+        first.Add(QStringLiteral("a"));
+        first.Add(QStringLiteral("b"), Key(1));
+        const Texts second = std::move(first);
+        QCOMPARE(second.Fetch(Key(1)), QStringLiteral("b"));
+        first = Texts();
+        first.Add(QStringLiteral("c"), Key(1));
+        QCOMPARE(first.Count(), 1);
+        QCOMPARE(first.Fetch(Key(1)), QStringLiteral("c"));
+        QCOMPARE(second.KeyAt(0), QString());
     }
 
     void CopiesAreApart() {
@@ -130,13 +164,14 @@ private slots:
             return nullptr;
         });
         QVERIFY(ClassRegistry::IsRegistered(QStringLiteral("TEST.collection")));
-        const Failure failure = Raised([&] { ClassRegistry::Create(name); });
+        const Failure failure = RaisedBy([&] { ClassRegistry::Create(name); });
         QCOMPARE(failure.Number(), qint32(ClassNotCreatable));
         QCOMPARE(failure.Description(),
                  QStringLiteral("Не удалось создать объект класса \"Test.Collection\"."));
         QCOMPARE(made, 1);
-        QCOMPARE(Raised([&] { ClassRegistry::Create(name, QStringLiteral("srv")); }).Description(),
-                 QStringLiteral("Класс \"Test.Collection\" нельзя создать на другом компьютере."));
+        QCOMPARE(
+            RaisedBy([&] { ClassRegistry::Create(name, QStringLiteral("srv")); }).Description(),
+            QStringLiteral("Класс \"Test.Collection\" нельзя создать на другом компьютере."));
         ClassRegistry::Unregister(name);
         QVERIFY(!ClassRegistry::IsRegistered(name));
     }

@@ -8,6 +8,7 @@
 #include "controls/DateBox.h"
 #include "controls/NumberBox.h"
 #include "panel/OpenPanel.h"
+#include "support/RaisedBy.h"
 #include "support/TestMain.h"
 
 using namespace VkTests;
@@ -196,12 +197,7 @@ QString Ids(const RecordCollection &aRecords) {
 
 template <class Body>
 QString Chain(Body aBody) {
-    try {
-        aBody();
-    } catch (const Failure &failure) {
-        return failure.Description();
-    }
-    return QStringLiteral("nothing was raised");
+    return RaisedBy(aBody).Description();
 }
 
 }  // namespace

@@ -1,4 +1,3 @@
-#include <functional>
 #include <limits>
 #include <thread>
 
@@ -11,10 +10,12 @@
 #include <Vk_DocQuery/VkDocQueryData.h>
 
 #include "support/MemoryRecords.h"
+#include "support/RaisedBy.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
 using VkTests::MemoryOffice;
+using VkTests::RaisedBy;
 
 namespace {
 
@@ -105,15 +106,6 @@ std::shared_ptr<RecordCollection> ListOf(std::initializer_list<double> aIDs) {
     auto list = std::make_shared<RecordCollection>();
     for (const double id : aIDs) list->Add(std::make_shared<BareRecord>(id));
     return list;
-}
-
-Failure RaisedBy(const std::function<void()> &aBody) {
-    try {
-        aBody();
-    } catch (const Failure &failure) {
-        return failure;
-    }
-    return Failure(0, QString(), QStringLiteral("nothing was raised"));
 }
 
 const QString theChain = QStringLiteral("[Vk_DocQuery::VkDocQueryData.");

@@ -14,9 +14,11 @@
 #include <Vk_DocQuery/VkDocQueryData.h>
 
 #include "FilesLibrary.h"
+#include "support/AsNobody.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
+using VkTests::AsNobody;
 
 namespace {
 
@@ -42,24 +44,6 @@ QString Saved(const QString &aText, const QString &aName, qint32 aCodePage = 125
     }
     return QString();
 }
-
-/// The rights of nobody while it lives; a test that needs them is run by root.
-class AsNobody {
-public:
-    explicit AsNobody(bool aDrop) : theDropped(aDrop) {
-        if (theDropped && (setegid(65534) != 0 || setresuid(65534, 65534, 0) != 0))
-            qFatal("cannot drop rights");
-    }
-    ~AsNobody() {
-        if (theDropped && (setresuid(0, 0, 0) != 0 || setegid(0) != 0))
-            qFatal("cannot take rights back");
-    }
-    AsNobody(const AsNobody &) = delete;
-    AsNobody &operator=(const AsNobody &) = delete;
-
-private:
-    bool theDropped;
-};
 
 /// No file of this process grows beyond the size while it lives.
 class FileSizeLimit {
@@ -241,7 +225,7 @@ private slots:
         QCOMPARE(chmod(QFile::encodeName(name).constData(), 0444), 0);
         QString reason;
         {
-            const AsNobody nobody(geteuid() == 0);
+            const AsNobody nobody;
             reason = Saved(QStringLiteral("new"), name);
         }
         QCOMPARE(reason, QStringLiteral("Файл доступен только для чтения."));
@@ -255,7 +239,7 @@ private slots:
         QCOMPARE(chmod(QFile::encodeName(theFolder->path()).constData(), 0555), 0);
         QString reason;
         {
-            const AsNobody nobody(geteuid() == 0);
+            const AsNobody nobody;
             reason = Saved(QStringLiteral("new"), name);
         }
         QCOMPARE(chmod(QFile::encodeName(theFolder->path()).constData(), 0755), 0);
@@ -299,7 +283,7 @@ private slots:
         QCOMPARE(chmod(QFile::encodeName(theFolder->path()).constData(), 01777), 0);
         QString reason;
         {
-            const AsNobody nobody(true);
+            const AsNobody nobody;
             reason = Saved(QStringLiteral("new"), name);
         }
         QCOMPARE(reason, QStringLiteral("Файл не удалось заменить: нет прав на его удаление."));

@@ -11,10 +11,12 @@
 #include <Vk_DocQuery/VkDocQueryData.h>
 
 #include "queryfile/XmlNode.h"
+#include "support/AsNobody.h"
 #include "support/MemoryRecords.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
+using VkTests::AsNobody;
 
 namespace {
 
@@ -102,24 +104,6 @@ qint64 PeakMemory() {
     }
     return 0;
 }
-
-/// Takes the rights of root away while it lives.
-class AsNobody {
-public:
-    AsNobody() : theWasRoot(geteuid() == 0) {
-        if (theWasRoot && (setegid(65534) != 0 || setresuid(65534, 65534, 0) != 0))
-            qFatal("cannot drop rights");
-    }
-    ~AsNobody() {
-        if (theWasRoot && (setresuid(0, 0, 0) != 0 || setegid(0) != 0))
-            qFatal("cannot take rights back");
-    }
-    AsNobody(const AsNobody &) = delete;
-    AsNobody &operator=(const AsNobody &) = delete;
-
-private:
-    bool theWasRoot;
-};
 
 }  // namespace
 

@@ -202,13 +202,4 @@ void OfficeFolders::AddKinds() {
     QTest::newRow("postgresql") << QStringLiteral("postgresql");
 }
 
-Vk_DocQuery::Failure RaisedBy(const std::function<void()> &aBody) {
-    try {
-        aBody();
-    } catch (const Vk_DocQuery::Failure &failure) {
-        return failure;
-    }
-    return Vk_DocQuery::Failure(0, QString(), QStringLiteral("nothing was raised"));
-}
-
 }  // namespace VkTests

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 
 #include <QProcess>
@@ -9,6 +8,8 @@
 
 #include <Vk_DocQuery/ClassRegistry.h>
 #include <Vk_DocQuery/Failure.h>
+
+#include "support/RaisedBy.h"
 
 class QSqlDatabase;
 class QSqlQuery;
@@ -90,9 +91,6 @@ private:
     std::unique_ptr<SqliteFolder> theSqlite;
     std::unique_ptr<ServerFolder> theServer;
 };
-
-/// What the body raises; number 0 if nothing.
-Vk_DocQuery::Failure RaisedBy(const std::function<void()> &aBody);
 
 /// An object of the class that is registered under the name.
 template <class Class>

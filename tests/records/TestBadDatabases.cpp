@@ -13,6 +13,7 @@
 #include <Vk_Records/Database.h>
 
 #include "SmallOffice.h"
+#include "support/AsNobody.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
@@ -21,20 +22,6 @@ using namespace VkTests;
 namespace {
 
 constexpr int theLongestWaitMs = 5000;
-
-/// The program without the rights of root, as long as it lives.
-class Unprivileged {
-public:
-    Unprivileged() : theIsChanged(geteuid() == 0 && seteuid(theNobody) == 0) {}
-    ~Unprivileged() {
-        if (theIsChanged && seteuid(0) != 0) qFatal("the rights do not come back");
-    }
-    Q_DISABLE_COPY_MOVE(Unprivileged)
-
-private:
-    static constexpr uid_t theNobody = 65534;
-    bool theIsChanged;
-};
 
 void WriteFile(const QString &aPath, const QByteArray &aBytes) {
     QFile file(aPath);
@@ -104,21 +91,21 @@ private slots:
         QVERIFY(QDir().mkdir(folder));
         QFile::setPermissions(folder, QFileDevice::Permissions(0x5555));
         const QString path = folder + QStringLiteral("/office.db");
-        const Unprivileged unprivileged;
+        const AsNobody unprivileged;
         CheckOpening(path, Vk_Records::DatabaseUnreachable, Forbidden(path));
     }
 
     void NoRightToTheFile() {
         const QString path = NewOffice();
         QFile::setPermissions(path, QFileDevice::Permissions());
-        const Unprivileged unprivileged;
+        const AsNobody unprivileged;
         CheckOpening(path, Vk_Records::DatabaseUnreachable, Forbidden(path));
     }
 
     void FileThatCanOnlyBeRead() {
         const QString path = NewOffice();
         QFile::setPermissions(path, QFileDevice::Permissions(0x4444));
-        const Unprivileged unprivileged;
+        const AsNobody unprivileged;
         Vk_Records::OpenDatabase(QStringLiteral("sqlite:") + path);
         QCOMPARE(
             Made<PersonQueries>(u"Vk_DBProvider.PersonQueries")->GetPersons(QString(), 0)->Count(),
@@ -130,7 +117,7 @@ private slots:
         const QString path = theFolder.Path(QStringLiteral("empty.db"));
         WriteFile(path, QByteArray());
         QFile::setPermissions(path, QFileDevice::Permissions(0x4444));
-        const Unprivileged unprivileged;
+        const AsNobody unprivileged;
         CheckOpening(path, Vk_Records::DatabaseUnreachable, Forbidden(path));
         QVERIFY(QFile::exists(path));
     }

@@ -1,0 +1,147 @@
+// A host that has no QApplication of its own, in conditions that one process cannot go through in
+// turn. It sees the library as any host does: public headers and the shared library.
+//
+//   bare_host none       the library makes the application; the dialog runs and is cancelled
+//   bare_host core       the host has an application object without windows: a failure
+//   bare_host nodisplay  there is no display: a failure, and the process lives on
+//   bare_host norecords  no supplier has entered its classes: each failure says what is missing
+#include <cstdio>
+
+#include <QApplication>
+#include <QFile>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <Vk_DocQuery/DocQueryEditor.h>
+#include <Vk_DocQuery/Failure.h>
+
+#include "support/MemoryRecords.h"
+
+using namespace Vk_DocQuery;
+
+namespace {
+
+int Complain(const QString &aText) {
+    std::fprintf(stderr, "%s\n", aText.toUtf8().constData());
+    return 1;
+}
+
+/// A record needs no windows: it can be written where none can be shown.
+bool SavesARecord() {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("a.qvk"));
+    VkDocQueryData record;
+    QString error;
+    return record.WriteToFileSafe(path, error) && QFile::exists(path);
+}
+
+template <class Body>
+int ExpectFailure(qint32 aNumber, const QString &aDescription, Body aBody) {
+    try {
+        aBody();
+    } catch (const Failure &failure) {
+        if (failure.Description() == aDescription && failure.Number() == aNumber) return 0;
+        return Complain(failure.Description());
+    }
+    return Complain(QStringLiteral("nothing was raised"));
+}
+
+int ExpectNoEditor(const QString &aText) {
+    return ExpectFailure(InvalidArgument,
+                         QStringLiteral("[Vk_DocQuery::DocQueryTest.Class_Initialize]\r\n") + aText,
+                         [] { const DocQueryEditor editor; });
+}
+
+/// Calls the function with each modal window that is up, from inside its event loop.
+template <class Answer>
+class Answerer : public QTimer {
+public:
+    explicit Answerer(Answer aAnswer) {
+        callOnTimeout(this, [aAnswer] {
+            QWidget *window = QApplication::activeModalWidget();
+            if (window && window->isVisible()) aAnswer(*window);
+        });
+        start(1);
+    }
+};
+
+int RunAndCancel() {
+    if (QCoreApplication::instance()) return Complain(QStringLiteral("there is an application"));
+    DocQueryEditor editor;
+    if (!qobject_cast<QApplication *>(QCoreApplication::instance()))
+        return Complain(QStringLiteral("no application was made"));
+
+    const auto record = std::make_shared<VkDocQueryData>();
+    record->Notes = QStringLiteral("прежнее");
+    editor.SetRecord(record);
+    bool seen = false;
+    const Answerer answerer([&](QWidget &aWindow) {
+        seen = aWindow.objectName() == QStringLiteral("DocQueryOptionsFrm");
+        aWindow.findChild<QPushButton *>(QStringLiteral("theCancel"))->click();
+    });
+    if (editor.Execute()) return Complain(QStringLiteral("a cancelled search was confirmed"));
+    if (!seen) return Complain(QStringLiteral("the dialog did not come up"));
+    if (editor.Record() != record || record->Notes != QStringLiteral("прежнее"))
+        return Complain(QStringLiteral("the record was changed"));
+    return 0;
+}
+
+int MissTheRecords() {
+    const QString missing = QStringLiteral(
+        "[Vk_DocQuery::DocQueryOptionsFrm.EnsureInitialized]\r\n"
+        "[Vk_DocQuery::VkDocQueryCriteries.Init]\r\n"
+        "[Vk_DocQuery::mVkRecords.GetRecFactory]\r\n"
+        "[Vk_DocQuery::mErrorHandling.CreateObjectErr] "
+        "{Object: Vk_Records.VkRecFactory}\r\n"
+        "[ClassRegistry]\r\n"
+        "Класс \"Vk_Records.VkRecFactory\" не зарегистрирован.");
+    DocQueryEditor editor;
+    const int read =
+        ExpectFailure(ClassNotCreatable,
+                      QStringLiteral("[Vk_DocQuery::DocQueryTest.Get-Record]\r\n"
+                                     "[Vk_DocQuery::DocQueryOptionsFrm.Get-Record]\r\n") +
+                          missing,
+                      [&] { editor.Record(); });
+    const int written =
+        ExpectFailure(ClassNotCreatable,
+                      QStringLiteral("[Vk_DocQuery::DocQueryTest.Set-Record]\r\n"
+                                     "[Vk_DocQuery::DocQueryOptionsFrm.Set-Record]\r\n") +
+                          missing,
+                      [&] { editor.SetRecord(nullptr); });
+
+    QString shown;
+    const Answerer answerer([&](QWidget &aWindow) {
+        if (const auto *box = qobject_cast<QMessageBox *>(&aWindow)) shown = box->text();
+        aWindow.close();
+    });
+    if (editor.Execute()) return Complain(QStringLiteral("a search was confirmed"));
+    if (shown != QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.Execute]\r\n") + missing)
+        return Complain(shown);
+    return read + written;
+}
+
+}  // namespace
+
+int main(int aCount, char **aArguments) {
+    const QByteArray condition = aCount == 2 ? aArguments[1] : "";
+    if (condition == "norecords") return MissTheRecords();
+    VkTests::MemoryOffice::Install();
+    if (!SavesARecord()) return Complain(QStringLiteral("the record was not saved"));
+    if (condition == "none") return RunAndCancel();
+    if (condition == "nodisplay") {
+        return ExpectNoEditor(
+            QStringLiteral("[QApplication]\r\n"
+                           "Окна показать нельзя: нет доступа к экрану (переменные DISPLAY и "
+                           "WAYLAND_DISPLAY не заданы)."));
+    }
+    if (condition == "core") {
+        const QCoreApplication application(aCount, aArguments);
+        return ExpectNoEditor(
+            QStringLiteral("[QCoreApplication]\r\n"
+                           "Окна показать нельзя: в программе создан объект приложения без "
+                           "поддержки окон."));
+    }
+    return Complain(QStringLiteral("bare_host none|core|nodisplay|norecords"));
+}
