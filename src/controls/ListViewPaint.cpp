@@ -38,12 +38,8 @@ void ListView::paintEvent(QPaintEvent *aEvent) {
 
 void ListView::DrawFocusOnAll() const {
     QPainter painter(viewport());
-    QStyleOptionFocusRect focus;
-    focus.initFrom(this);
-    focus.rect = viewport()->rect();
-    focus.state |= QStyle::State_KeyboardFocusChange;
-    focus.backgroundColor = palette().color(QPalette::Base);
-    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
+    painter.setPen(palette().color(QPalette::Highlight));
+    painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
 }
 
 void ListView::resizeEvent(QResizeEvent *aEvent) {

@@ -273,7 +273,7 @@ private slots:
         QCOMPARE(names.join(u','), QStringLiteral("Вс,Пн,Вт,Ср,Чт,Пт,Сб"));
         QStringList heading;
         for (const QToolButton *button : window.Calendar()->findChildren<QToolButton *>())
-            if (!button->text().isEmpty()) heading << button->text();
+            if (!button->text().isEmpty()) heading << button->text().trimmed();
         QVERIFY2(heading.contains(QStringLiteral("Март")), qUtf8Printable(heading.join(u'|')));
         QVERIFY(heading.contains(QStringLiteral("2019")));
     }
