@@ -41,6 +41,7 @@ QWidget *Titled(const QString &aTitle, QWidget *aContent) {
     auto *layout = new QVBoxLayout(half);
     auto *label = new QLabel(aTitle);
     label->setBuddy(aContent);
+    aContent->setAccessibleName(aTitle);
     layout->addWidget(label);
     layout->addWidget(aContent);
     return half;

@@ -100,21 +100,26 @@ char32_t CharacterAt(QStringView aText, qsizetype &rPosition) {
 /// Takes over plain characters, which are the same in every code page, block by block; returns how
 /// many.
 qsizetype CopyPlain(QStringView aText, qsizetype aFrom, char *aTo) {
-    const char16_t *text = aText.utf16();
-    qsizetype position = aFrom;
-    while (position + theBlock <= aText.size()) {
-        quint16 odd = 0;
-        for (qsizetype i = 0; i < theBlock; ++i) {
-            const char16_t unit = text[position + i];
-            odd = static_cast<quint16>(
-                odd | (unit > 0x7F) |
-                ((unit < 0x20) & (unit != u'\n') & (unit != u'\r') & (unit != u'\t')));
-            aTo[position - aFrom + i] = static_cast<char>(unit);
+    const char16_t *text = aText.utf16() + aFrom;
+    const qsizetype length = aText.size() - aFrom;
+    qsizetype copied = 0;
+    while (copied + theBlock <= length) {
+        std::array<quint8, theBlock> bytes;
+        quint16 all = 0;
+        for (std::size_t i = 0; i < theBlock; ++i) {
+            all = static_cast<quint16>(all | text[copied + static_cast<qsizetype>(i)]);
+            bytes[i] = static_cast<quint8>(text[copied + static_cast<qsizetype>(i)]);
+        }
+        quint8 odd = all > 0x7F;
+        for (const quint8 byte : bytes) {
+            odd = static_cast<quint8>(
+                odd | ((byte < 0x20) & (byte != '\n') & (byte != '\r') & (byte != '\t')));
         }
         if (odd != 0) break;
-        position += theBlock;
+        std::memcpy(aTo + copied, bytes.data(), bytes.size());
+        copied += theBlock;
     }
-    return position - aFrom;
+    return copied;
 }
 
 QByteArray OneByteForm(QStringView aText, const CodePage &aPage) {

@@ -190,6 +190,48 @@ look_at_empty_dialog() {
     done
 }
 
+# look_at_picker LEFT TOP TITLE NAME: the picker that a button "Добавить ..." opens, left without a choice.
+look_at_picker() {
+    on_page "$1" "$2"
+    await "$3"
+    picture "$4"
+    press Escape
+    gone "$3"
+    await "$dialog"
+}
+
+look_at_pickers() {
+    open_tab taxpayer
+    on_page 420 180     # theIsTaxpayers
+    look_at_picker 8340 6900 "Добавление налогоплательщиков, сдающих отчетность" pick-taxpayers
+    on_page 4260 540    # theOptMainOrgs
+    look_at_picker 8340 6900 "Добавление головных организаций" pick-main-organisations
+    open_tab accstream
+    on_page 420 3300    # theIsAccStreamsList
+    look_at_picker 8280 7620 "Добавление комплектов отчетности" pick-streams
+    open_tab template
+    on_page 420 180     # theIsTemplate
+    look_at_picker 8220 6420 "Добавление бланков отчетных документов" pick-forms
+    on_page 3780 600    # theOptTemplate
+    look_at_picker 8220 6420 "Бланки отчетных документов в различных версиях" pick-versions
+}
+
+# Two taxpayers are found by typing, marked and added to those of the query.
+pick_taxpayers() {
+    local title="Добавление налогоплательщиков, сдающих отчетность"
+    open_tab taxpayer
+    on_page 8340 6900   # theTaxpayerAdd
+    await "$title"
+    write "филиал"
+    press Down space
+    press Down space
+    picture pick-with-filter
+    press Return
+    gone "$title"
+    await "$dialog - .*"
+    picture after-add
+}
+
 load_query() {
     write_colleagues_query "$out/Colleague.qvk"
     at_bottom $load
@@ -270,6 +312,33 @@ confirm() {
     picture host-with-search
 }
 
+browser="Поиск бланков отчетных форм"
+
+# find_form NAME TEXT: the text in place of the last one, and the first form that it leaves.
+find_form() {
+    click 5000 585      # theFilterA
+    press ctrl+a
+    write "$2"
+    click 2000 1650     # the first row of theFormList
+    picture "forms-$1"
+}
+
+browse_forms() {
+    press F8
+    await "$browser"
+    picture forms-all
+    write "декларация по"
+    picture forms-letters
+    find_form with-periods "ндс"
+    find_form digits "1151"
+    find_form other-and-empty-years "1150057"
+    find_form other-alone "1150010"
+    find_form nothing "такой формы нет"
+    press Escape
+    gone "$browser"
+    await "Норвик"
+}
+
 # What was typed and clicked has to be in the file.
 check_query() {
     local wanted
@@ -291,6 +360,8 @@ IsContoraPrefix1="1" ContoraPrefix1="7701, 7702"
 IsAccStreamsList="1"
 IsTaxpayers="1" TaxpayersType="1"
 WANTED
+    [ "$(iconv -f CP1251 -t UTF-8 "$query" | sed -n '/<TaxpayersList>/,/<.TaxpayersList>/p' | grep -c "<i id=")" = 5 ] ||
+        fail "the saved query has not three taxpayers and the two that were added"
 }
 
 rm -f "$out"/[0-9][0-9]-*.png "$out/failed.png"
@@ -302,12 +373,15 @@ pids+=($!)
 await "Норвик"
 picture host
 look_at_empty_dialog
+look_at_pickers
 load_query
+pick_taxpayers
 state_search
 be_warned_and_correct
 save_query
 confirm
 check_query
+browse_forms
 xdotool key ctrl+q
 gone "Норвик"
 printf 'The tour is over: %d pictures of the windows and the saved query are in %s\n' "$pictures" "$out"

@@ -33,20 +33,22 @@ public:
     void Forget(qsizetype aPosition);
     void Clear();
     void Reserve(qsizetype aCount);
-    const QString &KeyAt(qsizetype aPosition) const {
-        return theKeys[static_cast<std::size_t>(aPosition)];
-    }
+    /// An empty text for an item without a key.
+    const QString &KeyAt(qsizetype aPosition) const;
 
 private:
     struct Slot {
         quint32 Hash = 0;
         quint32 Position = 0;  // counted from 1; 0 is free
     };
+    void Take(KeyIndex &rOther) noexcept;
     std::size_t SlotOf(const QString &aKey, quint32 aHash) const;
     void Grow(std::size_t aSlots) const;
     void FillSlots() const;
 
-    std::vector<QString> theKeys;
+    std::vector<QString> theKeys;  // up to the last item that has one
+    std::size_t theCount = 0;      // of items
+    std::size_t theReserved = 0;
     mutable std::vector<Slot> theSlots;  // open addressing
     mutable std::size_t theUsed = 0;
     mutable bool theSlotsValid = true;

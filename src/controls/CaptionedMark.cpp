@@ -1,7 +1,9 @@
 #include "controls/CaptionedMark.h"
 
+#include <QFontInfo>
 #include <QStyleOptionButton>
 #include <QStylePainter>
+#include <QTextLayout>
 
 #include "controls/Colours.h"
 
@@ -9,9 +11,30 @@ namespace Vk_DocQuery {
 
 namespace {
 
-QRect CaptionRect(const QWidget &aElement, const QRect &aRoom, const QString &aCaption,
-                  int aFlags) {
-    return aElement.fontMetrics().boundingRect(aRoom, aFlags, aCaption);
+/// Breaks the caption into lines, places them and tells the place of them all. Where the element is
+/// lower than a font's lines are together, they stand closer than the font asks for.
+QRect LayOut(const QWidget &aElement, const QRect &aRoom, QTextLayout &rCaption) {
+    const int height = aElement.height();
+    QTextOption option(Qt::AlignLeft);
+    const bool wraps = height >= 2 * QFontInfo(aElement.font()).pixelSize();
+    option.setWrapMode(wraps ? QTextOption::WordWrap : QTextOption::NoWrap);
+    rCaption.setTextOption(option);
+    rCaption.beginLayout();
+    for (QTextLine line = rCaption.createLine(); line.isValid(); line = rCaption.createLine())
+        line.setLineWidth(aRoom.width());
+    rCaption.endLayout();
+
+    const int lines = std::max(1, rCaption.lineCount());
+    const int asked = aElement.fontMetrics().height();
+    const int pitch = std::min(asked, std::max(1, height / lines));
+    const int top = (height - lines * pitch) / 2;
+    double width = 0;
+    for (int i = 0; i < rCaption.lineCount(); ++i) {
+        QTextLine line = rCaption.lineAt(i);
+        line.setPosition(QPointF(0, top + i * pitch + (pitch - asked) / 2));
+        width = std::max(width, line.naturalTextWidth());
+    }
+    return {aRoom.left(), top, qCeil(width), lines * pitch};
 }
 
 QRect MarkRect(const QRect &aByStyle, const QRect &aCaption, int aLineHeight, int aHeight) {
@@ -44,10 +67,8 @@ void PaintCaptionedMark(QWidget &aElement, const QStyleOptionButton &aOption,
     const QStyle &style = *aElement.style();
     const QRect room = style.subElementRect(aStyle.CaptionPlace, &aOption, &aElement);
     const int line = aElement.fontMetrics().height();
-    const bool wraps = aElement.height() >= 2 * line - line / 4;
-    const int lines = wraps ? Qt::TextWordWrap : Qt::TextSingleLine;
-    const int flags = int(Qt::AlignLeft) | int(Qt::AlignVCenter) | lines;
-    const QRect caption = CaptionRect(aElement, room, aOption.text, flags);
+    QTextLayout lines(aOption.text, aElement.font());
+    const QRect caption = LayOut(aElement, room, lines);
 
     QStyleOptionButton mark = aOption;
     mark.rect = MarkRect(style.subElementRect(aStyle.MarkPlace, &aOption, &aElement), caption, line,
@@ -55,8 +76,8 @@ void PaintCaptionedMark(QWidget &aElement, const QStyleOptionButton &aOption,
     painter.drawPrimitive(aStyle.Mark, mark);
     PaintEdgeOnDark(painter, aOption.palette, mark.rect,
                     aStyle.Mark == QStyle::PE_IndicatorRadioButton);
-    painter.drawItemText(room, flags, aOption.palette, aElement.isEnabled(), aOption.text,
-                         QPalette::WindowText);
+    painter.setPen(aOption.palette.color(QPalette::WindowText));
+    lines.draw(&painter, QPointF(room.left(), 0));
 
     if (!aOption.state.testFlag(QStyle::State_HasFocus)) return;
     QStyleOptionFocusRect focus;

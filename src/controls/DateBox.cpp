@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QCalendarWidget>
 #include <QFrame>
@@ -26,7 +27,7 @@ namespace Vk_DocQuery {
 namespace {
 
 constexpr char theModule[] = "DateBox";
-constexpr int theButtonWidth = 17;
+constexpr int theButtonTwips = 255;
 const QString theFormat = QStringLiteral("dd.MM.yyyy");
 
 /// The locale writes the names of months and week days small.
@@ -60,6 +61,7 @@ class DateBox::Popup : public QFrame {
 public:
     explicit Popup(DateBox &aBox) : QFrame(&aBox, Qt::Popup), theBox(aBox) {
         setFrameShape(QFrame::StyledPanel);
+        setFont(aBox.font());  // a window of its own does not take it over
         auto *layout = new QVBoxLayout(this);
         layout->setContentsMargins(1, 1, 1, 1);
         layout->setSpacing(2);
@@ -108,18 +110,55 @@ protected:
     }
 
 private:
-    /// The heading begins with a capital, too.
+    /// The heading begins with a capital, too. The arrow of its menu is drawn over the end of the
+    /// text, so that blanks make room for it.
     void NameMonth() {
         auto *month = Calendar->findChild<QToolButton *>(QStringLiteral("qt_calendar_monthbutton"));
-        if (month) month->setText(Capitalised(month->text()));
+        if (month) month->setText(Capitalised(month->text().trimmed()) + QStringLiteral("   "));
     }
 
     DateBox &theBox;
     QCalendarWidget *Calendar;
 };
 
+/// The calendar is a window of its own, which would be missing from the tree that a screen reader
+/// walks.
+class DateBox::Interface : public QAccessibleWidget {
+public:
+    explicit Interface(DateBox *aBox) : QAccessibleWidget(aBox), theBox(*aBox) {}
+
+    int childCount() const override {
+        return QAccessibleWidget::childCount() + (IsCalendarUp() ? 1 : 0);
+    }
+    QAccessibleInterface *child(int aIndex) const override {
+        return IsCalendarUp() && aIndex == QAccessibleWidget::childCount()
+                   ? QAccessible::queryAccessibleInterface(theBox.thePopup)
+                   : QAccessibleWidget::child(aIndex);
+    }
+    int indexOfChild(const QAccessibleInterface *aChild) const override {
+        return IsCalendarUp() && aChild->object() == theBox.thePopup
+                   ? QAccessibleWidget::childCount()
+                   : QAccessibleWidget::indexOfChild(aChild);
+    }
+
+    static QAccessibleInterface *Made(const QString &aClass, QObject *aObject) {
+        if (aClass != QLatin1String("Vk_DocQuery::DateBox")) return nullptr;
+        return new Interface(static_cast<DateBox *>(aObject));
+    }
+
+private:
+    bool IsCalendarUp() const { return theBox.thePopup && theBox.thePopup->isVisible(); }
+
+    DateBox &theBox;
+};
+
 DateBox::DateBox(QWidget *aParent)
     : QWidget(aParent), theEdit(new QLineEdit(this)), theButton(new QToolButton(this)) {
+    static const bool theInterfaceIsEntered = [] {
+        QAccessible::installFactory(Interface::Made);
+        return true;
+    }();
+    Q_UNUSED(theInterfaceIsEntered)
     theEdit->setInputMask(QStringLiteral("99.99.9999;_"));
     theEdit->installEventFilter(this);
     theButton->setArrowType(Qt::DownArrow);
@@ -227,7 +266,6 @@ bool DateBox::eventFilter(QObject *aObject, QEvent *aEvent) {
         case QEvent::KeyPress:
             return EditKey(*static_cast<QKeyEvent *>(aEvent));
         case QEvent::FocusIn:
-            theEdit->setAccessibleName(accessibleName());
             // A click into the blank mask would leave the caret in its middle.
             if (IsBlank())
                 QMetaObject::invokeMethod(
@@ -268,7 +306,7 @@ void DateBox::FocusLeft() {
 }
 
 void DateBox::resizeEvent(QResizeEvent * /*aEvent*/) {
-    const int button = std::min(theButtonWidth, width());
+    const int button = std::min(PixelsFromTwips(theButtonTwips), width());
     theEdit->setGeometry(0, 0, width() - button, height());
     theButton->setGeometry(width() - button, 0, button, height());
 }

@@ -47,6 +47,7 @@ protected:
 
 private:
     class Popup;
+    class Interface;
 
     bool EditKey(const QKeyEvent &aEvent);
     void OpenCalendar();

@@ -1,15 +1,18 @@
 #include "controls/Fonts.h"
 
 #include <QFontDatabase>
-#include <QFontInfo>
 #include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QScreen>
 
 namespace Vk_DocQuery {
 
 namespace {
 
 constexpr double theSize = 8.25;
+constexpr double thePointsPerInch = 72;
 constexpr int theNarrowest = 50;
+constexpr double theTolerance = 1.01;
 
 /// What is measured, and how wide it is in Arial in units of the font's size.
 const QString theSample = QStringLiteral(
@@ -21,8 +24,13 @@ double SampleWidth(const QFont &aFont) {
     return metrics.horizontalAdvance(theSample);
 }
 
+/// Sizes are rounded to whole pixels, so that even a face with the right widths can come out wider
+/// than the elements have room for.
 QFont Narrowed(QFont aFont) {
-    const double room = theSampleWidth * QFontInfo(aFont).pixelSize();
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    const double dots = screen ? screen->logicalDotsPerInchY() : 96.0;
+    const double room = theSampleWidth * theSize * dots / thePointsPerInch;
+    if (SampleWidth(aFont) <= room * theTolerance) return aFont;
     for (int stretch = 100; stretch > theNarrowest && SampleWidth(aFont) > room; --stretch)
         aFont.setStretch(stretch);
     return aFont;
@@ -40,7 +48,7 @@ QFont WindowFontOutOf(const QStringList &aFaces) {
         if (!QFontDatabase::hasFamily(face)) continue;
         QFont font(face);
         font.setPointSizeF(theSize);
-        return font;
+        return Narrowed(font);
     }
     QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
     font.setPointSizeF(theSize);

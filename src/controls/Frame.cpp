@@ -1,19 +1,35 @@
 #include "controls/Frame.h"
 
+#include <QAccessibleWidget>
 #include <QPainter>
 
 #include "controls/Colours.h"
+#include "foundation/mVkGraphLight.h"
 
 namespace Vk_DocQuery {
 
 namespace {
 
-constexpr int theCaptionLeft = 8;
+constexpr int theCaptionLeftTwips = 120;
 constexpr int theCaptionMargin = 1;
+
+/// A screen reader says the name of a group when the focus comes into it.
+QAccessibleInterface *MadeInterface(const QString &aClass, QObject *aObject) {
+    if (aClass != QLatin1String("Vk_DocQuery::Frame")) return nullptr;
+    const auto *frame = qobject_cast<Frame *>(aObject);
+    if (!frame || !frame->HasBorder()) return nullptr;
+    return new QAccessibleWidget(qobject_cast<QWidget *>(aObject), QAccessible::Grouping);
+}
 
 }  // namespace
 
-Frame::Frame(const QString &aCaption, QWidget *aParent) : QWidget(aParent), theCaption(aCaption) {}
+Frame::Frame(const QString &aCaption, QWidget *aParent) : QWidget(aParent), theCaption(aCaption) {
+    static const bool theFactoryIsEntered = [] {
+        QAccessible::installFactory(MadeInterface);
+        return true;
+    }();
+    Q_UNUSED(theFactoryIsEntered)
+}
 
 void Frame::SetBorder(bool aBorder) {
     theBorder = aBorder;
@@ -25,13 +41,14 @@ void Frame::paintEvent(QPaintEvent * /*aEvent*/) {
     QPainter painter(this);
     const QFontMetrics metrics = fontMetrics();
     const int edge = metrics.height() / 2;
-    const QRect text(theCaptionLeft, 0, metrics.horizontalAdvance(theCaption), metrics.height());
+    const QRect text(PixelsFromTwips(theCaptionLeftTwips), 0, metrics.horizontalAdvance(theCaption),
+                     metrics.height());
 
     if (!theCaption.isEmpty()) {
         const QRect gap = text.adjusted(-theCaptionMargin, 0, theCaptionMargin, 0);
         painter.setClipRegion(QRegion(rect()).subtracted(gap));
     }
-    painter.setPen(EdgeColour(palette()));
+    painter.setPen(EdgePen(*this));
     painter.drawRect(rect().adjusted(0, edge, -1, -1));
 
     painter.setClipping(false);

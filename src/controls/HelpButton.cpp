@@ -4,9 +4,9 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
-#include <QStyle>
 #include <QUrl>
 
+#include "controls/Pictures.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkGraphLight.h"
 
@@ -21,10 +21,9 @@ const QString theTitle = QStringLiteral("Справка");
 
 DHelpButton::DHelpButton(const QString &aPage, QWidget *aParent)
     : QPushButton(aParent), thePage(aPage) {
-    setIcon(style()->standardIcon(QStyle::SP_DialogHelpButton));
+    setIcon(StandardPicture(HelpPicture));
     setToolTip(theTitle);
     setAccessibleName(theTitle);
-    setAutoDefault(false);
     connect(this, &QPushButton::clicked, this, &DHelpButton::OpenPage);
 }
 

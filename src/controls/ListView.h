@@ -62,6 +62,7 @@ public:
 private:
     friend class ListViewRows;
     void MakeRoom(int aCell);
+    void GrowTo(int aCell);
     void Forget();
 
     ListViewRows &theRows;
@@ -211,6 +212,7 @@ private:
     int RowHeight() const;
     QRect CheckRect(const QRect &aCell) const;
     QRect TextRect(const QRect &aCell, int aColumn, bool aHasPicture) const;
+    void DrawFocusOnAll() const;
     void DrawCell(QPainter &aPainter, const QStyleOptionViewItem &aOption, const ListRow &aRow,
                   int aColumn) const;
 

@@ -69,7 +69,7 @@ QVariant ListViewModel::data(const QModelIndex &aIndex, int aRole) const {
             if (column != 0 || !theList.theCheckBoxes) return QVariant();
             return row->IsChecked() ? Qt::Checked : Qt::Unchecked;
         case Qt::AccessibleTextRole:
-            return column == 0 ? RowText(aIndex.row()) : row->CellText(column);
+            return column == 0 ? RowText(aIndex.row()) : SpokenCell(aIndex.row(), column);
         case Qt::SizeHintRole:
             return QSize(0, theList.RowHeight());
         default:
@@ -87,14 +87,22 @@ QVariant ListViewModel::headerData(int aSection, Qt::Orientation aOrientation, i
     return QVariant();
 }
 
+/// A cell that shows a picture alone says which column has it.
+QString ListViewModel::SpokenCell(int aRow, int aColumn) const {
+    const ListRow *row = theList.theRows->At(aRow);
+    const QString &text = row->CellText(aColumn);
+    return text.isEmpty() && !row->CellIcon(aColumn).isEmpty() ? theList.Column(aColumn).Caption
+                                                               : text;
+}
+
 /// The first column often shows a picture alone, so that its accessible text tells the whole row.
 QString ListViewModel::RowText(int aRow) const {
     const ListRow *row = theList.theRows->At(aRow);
     QStringList texts;
     if (!row->Text().isEmpty()) texts << row->Text();
     for (int column = 1; column < theList.ColumnCount(); ++column)
-        if (theList.Column(column).Width > 0 && !row->CellText(column).isEmpty())
-            texts << row->CellText(column);
+        if (theList.Column(column).Width > 0) texts << SpokenCell(aRow, column);
+    texts.removeAll(QString());
     return texts.join(QStringLiteral("; "));
 }
 

@@ -29,6 +29,7 @@ public:
     QVariant headerData(int aSection, Qt::Orientation aOrientation, int aRole) const override;
 
 private:
+    QString SpokenCell(int aRow, int aColumn) const;
     QString RowText(int aRow) const;
 
     ListView &theList;

@@ -8,24 +8,42 @@
 #include <QScrollBar>
 #include <QToolTip>
 
+#include "controls/Colours.h"
 #include "controls/ListViewRows.h"
 #include "foundation/mErrorHandling.h"
+#include "foundation/mVkGraphLight.h"
 
 namespace Vk_DocQuery {
 
 namespace {
 
 constexpr char theModule[] = "ListView";
-constexpr int thePictureSize = 16;
+constexpr int thePictureTwips = 240;
 constexpr int theCheckGap = 3;    // before and behind a check box
 constexpr int thePictureGap = 2;  // before a picture
 constexpr int theTextGap = 4;     // before and behind a text
+
+int PictureSize() {
+    return PixelsFromTwips(thePictureTwips);
+}
 
 }  // namespace
 
 void ListView::paintEvent(QPaintEvent *aEvent) {
     Flush();
     QTreeView::paintEvent(aEvent);
+    // Without a current row the focus would not show.
+    if (theRows->Current() < 0 && hasFocus() && isActiveWindow()) DrawFocusOnAll();
+}
+
+void ListView::DrawFocusOnAll() const {
+    QPainter painter(viewport());
+    QStyleOptionFocusRect focus;
+    focus.initFrom(this);
+    focus.rect = viewport()->rect();
+    focus.state |= QStyle::State_KeyboardFocusChange;
+    focus.backgroundColor = palette().color(QPalette::Base);
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
 }
 
 void ListView::resizeEvent(QResizeEvent *aEvent) {
@@ -63,7 +81,7 @@ void ListView::ShowTip(QPoint aPoint, QPoint aGlobal) {
 }
 
 int ListView::RowHeight() const {
-    return std::max(thePictureSize, fontMetrics().height()) + 2;
+    return std::max(PictureSize(), fontMetrics().height()) + 2;
 }
 
 QRect ListView::CheckRect(const QRect &aCell) const {
@@ -76,7 +94,7 @@ QRect ListView::CheckRect(const QRect &aCell) const {
 QRect ListView::TextRect(const QRect &aCell, int aColumn, bool aHasPicture) const {
     int left = aCell.left();
     if (aColumn == 0 && theCheckBoxes) left = CheckRect(aCell).right() + 1;
-    if (aHasPicture) left += thePictureGap + thePictureSize;
+    if (aHasPicture) left += thePictureGap + PictureSize();
     return QRect(QPoint(left + theTextGap, aCell.top()),
                  QPoint(aCell.right() - theTextGap, aCell.bottom()));
 }
@@ -130,15 +148,21 @@ void ListView::DrawCell(QPainter &aPainter, const QStyleOptionViewItem &aOption,
         box.state.setFlag(QStyle::State_Selected, false);
         box.state |= aRow.IsChecked() ? QStyle::State_On : QStyle::State_Off;
         style()->drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &box, &aPainter, this);
+        // The style's own edge cannot be seen on a dark ground.
+        aPainter.save();
+        aPainter.setPen(EdgeColour(palette()));
+        aPainter.setBrush(Qt::NoBrush);
+        aPainter.drawRect(box.rect.adjusted(0, 0, -1, -1));
+        aPainter.restore();
     }
     if (const QIcon *icon = key.isEmpty() ? nullptr : theRows->Picture(key)) {
-        QRect picture(place.left() - theTextGap - thePictureSize,
-                      aOption.rect.top() + (aOption.rect.height() - thePictureSize) / 2,
-                      thePictureSize, thePictureSize);
+        const int side = PictureSize();
+        QRect picture(place.left() - theTextGap - side,
+                      aOption.rect.top() + (aOption.rect.height() - side) / 2, side, side);
         // A picture that stands alone follows the alignment of its column.
         if (text.isEmpty() && !checkBox &&
             (theColumns[static_cast<std::size_t>(aColumn)].Alignment & Qt::AlignHCenter) != 0)
-            picture.moveLeft(aOption.rect.left() + (aOption.rect.width() - thePictureSize) / 2);
+            picture.moveLeft(aOption.rect.left() + (aOption.rect.width() - side) / 2);
         aPainter.save();
         aPainter.setClipRect(aOption.rect, Qt::IntersectClip);
         icon->paint(&aPainter, picture, Qt::AlignCenter,

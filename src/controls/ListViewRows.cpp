@@ -72,11 +72,16 @@ void ListRow::SetCell(int aCell, const QString &aText, const QString &aIcon) {
     if (theCellIcons || !aIcon.isEmpty()) SetCellIcon(aCell, aIcon);
 }
 
+inline void ListRow::MakeRoom(int aCell) {
+    if (aCell < 1 || aCell > theCellRoom) GrowTo(aCell);
+    if (aCell > theCellCount) theCellCount = static_cast<quint16>(aCell);
+}
+
 void ListRow::SetCellText(int aCell, const QString &aText) {
     MakeRoom(aCell);
     QString &text = theCells[Index(aCell - 1)];
     if (text == aText) return;
-    text = aText;
+    text = QString(aText);  // a move, which is made in place
     theRows.TextChanged(aCell);
 }
 
@@ -120,23 +125,19 @@ void ListRow::SetSelected(bool aSelected) {
     theRows.SetSelected(theNumber, aSelected);
 }
 
-void ListRow::MakeRoom(int aCell) {
+void ListRow::GrowTo(int aCell) {
     constexpr int theMostCells = 1000;
     if (aCell < 1 || aCell > theMostCells) RaiseOutOfRange(aCell);
-    if (aCell <= theCellCount) return;
-    if (aCell > theCellRoom) {
-        const auto room = static_cast<quint16>(std::max(aCell, theRows.ExpectedCells()));
-        QString *cells = theRows.TakeCells(room);
-        std::move(theCells, theCells + theCellCount, cells);
-        theCells = cells;
-        if (theCellIcons) {
-            auto icons = std::make_unique<quint16[]>(room);
-            std::copy_n(theCellIcons.get(), theCellCount, icons.get());
-            theCellIcons = std::move(icons);
-        }
-        theCellRoom = room;
+    const auto room = static_cast<quint16>(std::max(aCell, theRows.ExpectedCells()));
+    QString *cells = theRows.TakeCells(room);
+    std::move(theCells, theCells + theCellCount, cells);
+    theCells = cells;
+    if (theCellIcons) {
+        auto icons = std::make_unique<quint16[]>(room);
+        std::copy_n(theCellIcons.get(), theCellCount, icons.get());
+        theCellIcons = std::move(icons);
     }
-    theCellCount = static_cast<quint16>(aCell);
+    theCellRoom = room;
 }
 
 void ListRow::Forget() {
@@ -281,8 +282,9 @@ bool ListViewRows::Stands(int aNumber) const {
 
 void ListViewRows::OrderChanged() {
     theOrderSettled = thePositionsValid = false;
+    const bool told = theChange.Rows;
     theChange.Rows = theChange.Selection = true;
-    theChanged();
+    if (!told) theChanged();
 }
 
 void ListViewRows::DropRemoved() {
@@ -319,12 +321,12 @@ void ListViewRows::SetSortOrder(qint32 aOrder) {
     OrderChanged();
 }
 
-void ListViewRows::TextChanged(int aColumn) {
-    if (!theRanks.empty()) theRanks.erase(aColumn);
+void ListViewRows::ForgetRanks(int aColumn) {
+    theRanks.erase(aColumn);
     if (theSorted && aColumn == theSortKey)
         OrderChanged();
     else
-        theChanged();
+        Changed();
 }
 
 /// Distributes the rows by rank, which takes no comparisons and keeps the order of equal rows.

@@ -41,7 +41,10 @@ public:
     void SetSortKey(qint16 aColumn);
     qint32 SortOrder() const { return theSortOrder; }
     void SetSortOrder(qint32 aOrder);
-    void TextChanged(int aColumn);
+    /// Says nothing new while a list is filled, which is most of the time.
+    void TextChanged(int aColumn) {
+        if (!theRanks.empty() || !theChange.Rows || theOrderSettled) ForgetRanks(aColumn);
+    }
 
     bool IsChecked(int aNumber) const { return Has(aNumber, Checked); }
     void SetChecked(int aNumber, bool aOn) { SetMark(aNumber, Checked, aOn); }
@@ -70,7 +73,10 @@ public:
     int ExpectedCells() const { return theExpectedCells; }
     void SetExpectedCells(int aCount) { theExpectedCells = aCount; }
 
-    void Changed() { theChanged(); }
+    /// Rows that changed have told already, which matters when a list is filled.
+    void Changed() {
+        if (!theChange.Rows) theChanged();
+    }
     /// Says whether rows or their order changed since the last call, and whether the list was
     /// refilled.
     struct Change {
@@ -88,6 +94,7 @@ private:
     }
     void SetMark(int aNumber, quint8 aMark, bool aOn);
     void OrderChanged();
+    void ForgetRanks(int aColumn);
     void DropRemoved();
     void Sort();
     const std::vector<int> &RanksOf(int aColumn);

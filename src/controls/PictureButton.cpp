@@ -1,26 +1,31 @@
 #include "controls/PictureButton.h"
 
-#include <QStyle>
+#include <QStyleOptionButton>
+#include <QStylePainter>
 
 #include "controls/DateBox.h"
+#include "controls/Pictures.h"
 
 namespace Vk_DocQuery {
 
-namespace {
-
-constexpr int thePictureOfCancel = 2;
-constexpr int thePictureOfOk = 5;
-
-}  // namespace
-
 DButton::DButton(const QString &aCaption, int aPicture, QWidget *aParent)
     : QPushButton(aCaption, aParent), thePicture(aPicture) {
-    if (aPicture == thePictureOfOk) setIcon(style()->standardIcon(QStyle::SP_DialogOkButton));
-    if (aPicture == thePictureOfCancel) {
-        setIcon(style()->standardIcon(QStyle::SP_DialogCancelButton));
-        // Whoever cancels need not correct first.
-        setProperty(DateBox::theChecksProperty, false);
-    }
+    if (aPicture != 0) setIcon(StandardPicture(aPicture));
+    // Whoever cancels need not correct first.
+    if (aPicture == CancelPicture) setProperty(DateBox::theChecksProperty, false);
+}
+
+/// A style may show the focus just as it shows the default button, which then cannot be told from
+/// one that has the focus as well.
+void DButton::paintEvent(QPaintEvent *aEvent) {
+    QPushButton::paintEvent(aEvent);
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    if (!isDefault() || !option.state.testFlag(QStyle::State_HasFocus)) return;
+    QStyleOptionFocusRect focus;
+    focus.QStyleOption::operator=(option);
+    focus.rect = style()->subElementRect(QStyle::SE_PushButtonFocusRect, &option, this);
+    QStylePainter(this).drawPrimitive(QStyle::PE_FrameFocusRect, focus);
 }
 
 }  // namespace Vk_DocQuery

@@ -1,5 +1,6 @@
 #include "controls/TabControl.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QPainter>
 #include <QShortcut>
@@ -8,12 +9,13 @@
 #include <Vk_DocQuery/Failure.h>
 
 #include "controls/Colours.h"
+#include "foundation/mVkGraphLight.h"
 
 namespace Vk_DocQuery {
 
 namespace {
 
-constexpr int thePictureSize = 16;
+constexpr int thePictureTwips = 240;
 
 /// The tabs are as high as the bar, whatever the style would give them, so that the pages keep
 /// their place.
@@ -37,7 +39,8 @@ protected:
 
 TabControl::TabControl(QWidget *aParent) : QWidget(aParent), theBar(new FixedBar(this)) {
     theBar->setObjectName(QStringLiteral("theTabBar"));
-    theBar->setIconSize({thePictureSize, thePictureSize});
+    const int picture = PixelsFromTwips(thePictureTwips);
+    theBar->setIconSize({picture, picture});
     theBar->setElideMode(Qt::ElideNone);
     theBar->setExpanding(false);
     theBar->setDrawBase(false);
@@ -45,7 +48,6 @@ TabControl::TabControl(QWidget *aParent) : QWidget(aParent), theBar(new FixedBar
 
     const auto go = [this](const char *aKeys, int aStep) {
         auto *shortcut = new QShortcut(QKeySequence(QLatin1String(aKeys)), this);
-        shortcut->setContext(Qt::WidgetWithChildrenShortcut);
         connect(shortcut, &QShortcut::activated, this, [this, aStep] { GoBy(aStep); });
     };
     go("Ctrl+Tab", 1);
@@ -86,6 +88,16 @@ const QString &TabControl::TabPicture(const QString &aKey) const {
     const int position = PositionOf(aKey);
     if (position < 0) RaiseNoTab(aKey);
     return theTabs[static_cast<std::size_t>(position)].Picture;
+}
+
+void TabControl::SetTabSpokenName(const QString &aKey, const QString &aName) {
+    const int position = PositionOf(aKey);
+    if (position < 0) RaiseNoTab(aKey);
+    if (theBar->accessibleTabName(position) == aName) return;
+    theBar->setAccessibleTabName(position, aName);
+    QAccessibleEvent event(theBar, QAccessible::NameChanged);
+    event.setChild(position);
+    QAccessible::updateAccessibility(&event);
 }
 
 const QString &TabControl::SelectedTab() const {
@@ -151,7 +163,7 @@ void TabControl::PlacePages() {
 
 void TabControl::paintEvent(QPaintEvent * /*aEvent*/) {
     QPainter painter(this);
-    painter.setPen(EdgeColour(palette()));
+    painter.setPen(EdgePen(*this));
     painter.drawRect(rect().adjusted(0, thePagePlace.y() - 1, -1, -1));
 }
 

@@ -12,7 +12,8 @@ class QTabBar;
 namespace Vk_DocQuery {
 
 /// Tabs found by key, each with a page and a picture. The pages lie at a fixed place under the tab
-/// bar. Ctrl+Tab and Ctrl+PgDn go to the next tab, with Shift or Ctrl+PgUp to the one before.
+/// bar. Ctrl+Tab and Ctrl+PgDn go to the next tab, with Shift or Ctrl+PgUp to the one before, from
+/// everywhere in the window.
 class TabControl : public QWidget {
     Q_OBJECT
 
@@ -31,6 +32,9 @@ public:
     /// Raises InvalidArgument if no tab has the key, or the pictures lack theirs.
     void SetTabPicture(const QString &aKey, const QString &aPicture);
     const QString &TabPicture(const QString &aKey) const;
+    /// What a screen reader says for the tab; its caption as long as nothing is set. Raises as
+    /// SetTabPicture.
+    void SetTabSpokenName(const QString &aKey, const QString &aName);
 
     /// Key of the selected tab. Raises ObjectNotSet if there is none.
     const QString &SelectedTab() const;

@@ -5,6 +5,7 @@
 #include <QResizeEvent>
 #include <QWindow>
 
+#include "controls/Colours.h"
 #include "controls/DateBox.h"
 #include "controls/Fonts.h"
 #include "controls/HelpButton.h"
@@ -50,6 +51,7 @@ DocQueryOptionsFrm::DocQueryOptionsFrm() {
     setWindowTitle(theTitle);
     setWindowIcon(WindowIcon(QStringLiteral("dialog")));
     setFont(WindowFont());
+    KeepDisabledReadable(*this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
 }
@@ -266,12 +268,10 @@ void DocQueryOptionsFrm::LoadControls() {
         row.Element = row.Picture != 0 ? new DButton(row.Caption, row.Picture, theBottomFrame)
                                        : new QPushButton(row.Caption, theBottomFrame);
         Place(*row.Element, row.Name, row.Left, 180, row.Width, 495);
-        row.Element->setAutoDefault(true);  // Enter presses the button that has the focus
         connect(row.Element, &QPushButton::clicked, this, row.Handler);
     }
     theHelp = new DHelpButton(theHelpPage, theBottomFrame);
     Place(*theHelp, QStringLiteral("theHelp"), 6300, 180, 1395, 495);
-    theHelp->setAutoDefault(true);
     theOK->setDefault(true);
     theCancel->setProperty(DateBox::theChecksProperty, false);  // leaves a half typed date alone
 

@@ -1,4 +1,4 @@
-#include <QHash>
+#include <algorithm>
 
 #include <Vk_DocQuery/Failure.h>
 #include <Vk_DocQuery/KeyedCollection.h>
@@ -8,6 +8,7 @@ namespace Vk_DocQuery {
 namespace {
 
 constexpr std::size_t theFirstSlots = 16;
+const QString theNoKey;
 
 quint32 HashOf(const QString &aKey) {
     quint64 hash = 14695981039346656037U;
@@ -38,10 +39,25 @@ void RaiseSubscript(qsizetype aIndex) {
 
 KeyIndex::KeyIndex() = default;
 KeyIndex::KeyIndex(const KeyIndex &) = default;
-KeyIndex::KeyIndex(KeyIndex &&) noexcept = default;
+KeyIndex::KeyIndex(KeyIndex &&aOther) noexcept {
+    Take(aOther);
+}
 KeyIndex &KeyIndex::operator=(const KeyIndex &) = default;
-KeyIndex &KeyIndex::operator=(KeyIndex &&) noexcept = default;
+KeyIndex &KeyIndex::operator=(KeyIndex &&aOther) noexcept {
+    if (this != &aOther) Take(aOther);
+    return *this;
+}
 KeyIndex::~KeyIndex() = default;
+
+/// What is left has no items, as the items of the collection that it belongs to have gone, too.
+void KeyIndex::Take(KeyIndex &rOther) noexcept {
+    theKeys = std::exchange(rOther.theKeys, {});
+    theCount = std::exchange(rOther.theCount, 0);
+    theReserved = std::exchange(rOther.theReserved, 0);
+    theSlots = std::exchange(rOther.theSlots, {});
+    theUsed = std::exchange(rOther.theUsed, 0);
+    theSlotsValid = std::exchange(rOther.theSlotsValid, true);
+}
 
 qsizetype KeyIndex::Find(const QString &aKey) const {
     if (aKey.isEmpty()) return -1;
@@ -68,26 +84,37 @@ void KeyIndex::Append(const QString &aKey) {
 
 bool KeyIndex::AppendIfAbsent(const QString &aKey) {
     if (aKey.isEmpty()) {
-        theKeys.emplace_back();
+        ++theCount;
         return true;
     }
     if (!theSlotsValid) FillSlots();
-    if ((theUsed + 1) * 2 > theSlots.size()) Grow((theUsed + 1) * 4);
+    // Room that was reserved is made by the first key; items without a key need none.
+    if ((theUsed + 1) * 2 > theSlots.size()) Grow(std::max((theUsed + 1) * 2, theReserved) * 2);
+    if (theReserved > theKeys.capacity()) theKeys.reserve(theReserved);
     const quint32 hash = HashOf(aKey);
     const std::size_t slot = SlotOf(aKey, hash);
     if (theSlots[slot].Position != 0) return false;
+    theKeys.resize(theCount);
     theKeys.push_back(aKey);
-    theSlots[slot] = {hash, static_cast<quint32>(theKeys.size())};
+    theSlots[slot] = {hash, static_cast<quint32>(++theCount)};
     ++theUsed;
     return true;
 }
 
 void KeyIndex::RemoveAt(qsizetype aPosition) {
+    --theCount;
+    if (static_cast<std::size_t>(aPosition) >= theKeys.size()) return;
     theKeys.erase(theKeys.begin() + aPosition);
     theSlotsValid = false;  // positions have moved; the next look-up files them anew
 }
 
+const QString &KeyIndex::KeyAt(qsizetype aPosition) const {
+    const auto position = static_cast<std::size_t>(aPosition);
+    return position < theKeys.size() ? theKeys[position] : theNoKey;
+}
+
 void KeyIndex::Forget(qsizetype aPosition) {
+    if (static_cast<std::size_t>(aPosition) >= theKeys.size()) return;
     QString &key = theKeys[static_cast<std::size_t>(aPosition)];
     if (key.isEmpty()) return;
     if (theSlotsValid) {
@@ -112,15 +139,12 @@ void KeyIndex::Forget(qsizetype aPosition) {
 void KeyIndex::Clear() {
     theKeys.clear();
     theSlots.clear();
-    theUsed = 0;
+    theCount = theUsed = theReserved = 0;
     theSlotsValid = true;
 }
 
 void KeyIndex::Reserve(qsizetype aCount) {
-    theKeys.reserve(static_cast<std::size_t>(aCount));
-    if (!theSlotsValid) FillSlots();
-    if (static_cast<std::size_t>(aCount) * 2 > theSlots.size())
-        Grow(static_cast<std::size_t>(aCount) * 2);
+    theReserved = static_cast<std::size_t>(std::max<qsizetype>(aCount, 0));
 }
 
 void KeyIndex::Grow(std::size_t aSlots) const {

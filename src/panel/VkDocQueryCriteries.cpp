@@ -119,6 +119,15 @@ QLabel *MadeImage(const ElementRow &aRow, QWidget *aParent) {
     return image;
 }
 
+/// What the nearest frame around an element is called.
+QString CriterionAround(const QWidget &aElement) {
+    for (const QWidget *around = aElement.parentWidget(); around; around = around->parentWidget()) {
+        const auto *frame = qobject_cast<const Frame *>(around);
+        if (frame && frame->HasBorder()) return frame->accessibleName().trimmed();
+    }
+    return QString();
+}
+
 }  // namespace
 
 VkDocQueryCriteries::VkDocQueryCriteries(QWidget *aParent) try : QWidget(aParent) {
@@ -219,11 +228,31 @@ void VkDocQueryCriteries::NameForReaders() {
     for (const ElementRow &row : ElementRows())
         captions.insert(QString::fromLatin1(row.Name), QString::fromUtf16(row.Caption));
     for (const ElementRow &row : ElementRows()) {
-        const QString name = QString::fromLatin1(*row.ExplainedBy ? row.ExplainedBy : row.Name);
-        Element(row.Name, row.Index)
-            .setAccessibleName(*row.ExplainedBy ? captions.value(name)
-                                                : QString::fromUtf16(row.Caption));
+        QWidget &element = Element(row.Name, row.Index);
+        const QString caption = *row.ExplainedBy
+                                    ? captions.value(QString::fromLatin1(row.ExplainedBy))
+                                    : QString::fromUtf16(row.Caption);
+        element.setAccessibleName(caption);
+        if (*row.ExplainedBy) DescribeForReaders(row, element, caption);
     }
+}
+
+/// A label such as "по:" tells little without the criterion that it belongs to.
+void VkDocQueryCriteries::DescribeForReaders(const ElementRow &aRow, QWidget &aElement,
+                                             const QString &aCaption) {
+    auto *label = qobject_cast<QLabel *>(&Element(aRow.ExplainedBy));
+    if (!label) return;
+    if (!label->buddy()) label->setBuddy(&aElement);
+    const QString criterion = CriterionAround(aElement);
+    // A combo is called by its value, so that the label is told here.
+    const bool combo = qobject_cast<ComboBox *>(&aElement);
+    aElement.setAccessibleDescription(combo ? criterion + QStringLiteral(", ") + aCaption
+                                            : criterion);
+    // Of a box with a line inside, the line has the focus.
+    auto *line = aElement.findChild<QLineEdit *>();
+    if (!line) return;
+    line->setAccessibleName(aCaption);
+    line->setAccessibleDescription(criterion);
 }
 
 void VkDocQueryCriteries::SetUpLists() {
@@ -284,6 +313,14 @@ bool VkDocQueryCriteries::IsChosen(const char *aOption) const {
 
 void VkDocQueryCriteries::SetTabUsing(const QString &aTabKey, bool aUsed) try {
     theTabs->SetTabPicture(aTabKey, aUsed ? QStringLiteral("active") : QStringLiteral("passive"));
+    // The picture alone would tell it to those who see only.
+    const auto tabs = TabRows();
+    const auto row = std::ranges::find(
+        tabs, aTabKey, [](const TabRow &aRow) { return QString::fromLatin1(aRow.Key); });
+    if (row != tabs.end())
+        theTabs->SetTabSpokenName(aTabKey, QString::fromUtf16(row->Caption) +
+                                               (aUsed ? QStringLiteral(", критерий задан")
+                                                      : QStringLiteral(", критерий не задан")));
 } catch (...) {
     RaiseErrorUp(theModule, "SetTabUsing");
 }

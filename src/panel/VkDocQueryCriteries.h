@@ -117,6 +117,7 @@ private:
     void MakeTabs();
     void SetTabOrder();
     void NameForReaders();
+    void DescribeForReaders(const ElementRow &aRow, QWidget &aElement, const QString &aCaption);
     void SetUpLists();
     void ConnectClicks();
 

@@ -1,6 +1,7 @@
+#include <algorithm>
+#include <array>
 #include <charconv>
-
-#include <QVarLengthArray>
+#include <cstring>
 
 #include "foundation/CheckedArithmetic.h"
 #include "foundation/mErrorHandling.h"
@@ -81,43 +82,56 @@ QString DateText(const LooseValue &aDate) {
     return ToText(ToDate(aDate));
 }
 
-/// The lines of a list, each put together in one place and added as a whole.
+/// The lines of a list. A line with a whole number is put together in the text itself: the head is
+/// copied in one piece of a fixed size, which takes the least time, and the rest is written over
+/// it.
 class ItemLine {
 public:
-    explicit ItemLine(const QString &aIndent) {
-        Append(aIndent);
-        Append(u"<i id=\"");
-        theHead = theLine.size();
+    explicit ItemLine(const QString &aIndent) : theHead(aIndent + QStringLiteral("<i id=\"")) {
+        theFits = theHead.size() + qsizetype{theMostDigits} + theTail.size() <= theLineSize;
+        if (theFits) std::copy_n(theHead.utf16(), theHead.size(), theLine.begin());
     }
 
-    QStringView With(double aID) {
-        theLine.resize(theHead);
-        AppendNumber(aID);
-        Append(u"\" />\r\n");
-        return QStringView(theLine.constData(), theLine.size());
+    void Add(StringAccumulator &rText, double aID) {
+        std::array<char, theMostDigits> digits;
+        const std::size_t count = theFits ? WholeNumber(aID, digits) : 0;
+        if (count == 0) {
+            rText.Add(theHead);
+            rText.Add(GeneralNumberText(aID));
+            rText.Add(theTail);
+            return;
+        }
+        char16_t *line = rText.Room(theLineSize);
+        std::memcpy(line, theLine.data(), sizeof theLine);
+        char16_t *number = line + theHead.size();
+        for (std::size_t i = 0; i < count; ++i) number[i] = static_cast<char16_t>(digits[i]);
+        std::memcpy(number + count, theTail.utf16(),
+                    static_cast<std::size_t>(theTail.size()) * sizeof(char16_t));
+        rText.AddRoom(static_cast<qint32>(theHead.size() + theTail.size()) +
+                      static_cast<qint32>(count));
     }
 
 private:
-    void Append(QStringView aText) { theLine.append(aText.utf16(), aText.size()); }
+    static constexpr std::size_t theMostDigits = 16;
+    static constexpr qint32 theLineSize = 64;
+    static constexpr QStringView theTail = u"\" />\r\n";
 
-    /// As ToText gives it, without a text of its own where it is a whole number.
-    void AppendNumber(double aID) {
+    /// As ToText gives it, without a text of its own; 0 where it is no whole number.
+    static std::size_t WholeNumber(double aID, std::array<char, theMostDigits> &rDigits) {
         constexpr double firstWithExponent = 1e15;
-        if (aID > -firstWithExponent && aID < firstWithExponent) {
-            const auto whole = static_cast<qint64>(aID);
-            if (static_cast<double>(whole) == aID) {
-                char digits[24];
-                const char *end = std::to_chars(digits, digits + sizeof digits, whole).ptr;
-                for (const char *digit = digits; digit != end; ++digit)
-                    theLine.append(static_cast<char16_t>(*digit));
-                return;
-            }
-        }
-        Append(GeneralNumberText(aID));
+        if (!(aID > -firstWithExponent && aID < firstWithExponent)) return 0;
+        const auto whole = static_cast<qint64>(aID);
+        if (static_cast<double>(whole) != aID) return 0;
+        char *const begin = rDigits.data();
+        const auto small = static_cast<quint32>(whole);  // takes half the time where it is enough
+        const auto result = small == whole ? std::to_chars(begin, begin + rDigits.size(), small)
+                                           : std::to_chars(begin, begin + rDigits.size(), whole);
+        return static_cast<std::size_t>(result.ptr - begin);
     }
 
-    QVarLengthArray<char16_t, 256> theLine;
-    qsizetype theHead = 0;
+    QString theHead;
+    std::array<char16_t, theLineSize> theLine{};  // begins with the head
+    bool theFits = false;
 };
 
 }  // namespace
@@ -231,7 +245,7 @@ void VkDocQueryData::WriteCollectedIDsToXmlString(
                 throw Failure(ObjectNotSet, QString(),
                               QStringLiteral("Элемент списка \"%1\" отсутствует.").arg(aName));
             }
-            aAccumulator.Add(line.With(item->ID()));
+            line.Add(aAccumulator, item->ID());
         }
     }
     if (!aName.isEmpty()) {

@@ -79,6 +79,13 @@ QByteArrayView DeclaredEncoding(QByteArrayView aBytes) {
     return end < 0 ? QByteArrayView() : value.sliced(1, end - 1);
 }
 
+QString ReasonNoFile(const QFileInfo &aInfo) {
+    if (aInfo.filePath().isEmpty()) return QStringLiteral("Имя файла не задано.");
+    if (!aInfo.exists()) return QStringLiteral("Файл не найден.");
+    if (aInfo.isDir()) return QStringLiteral("По этому пути находится папка, а не файл.");
+    return QStringLiteral("По этому пути находится не обычный файл, а канал или устройство.");
+}
+
 QString ReasonNotOpened(const QFile &aFile, int aCode) {
     if (aCode == EACCES || aCode == EPERM || aFile.error() == QFileDevice::PermissionsError)
         return QStringLiteral("Нет прав на чтение файла.");
@@ -89,11 +96,7 @@ QString ReasonNotOpened(const QFile &aFile, int aCode) {
 
 QString ReadFileBytes(const QString &aFileName, qint64 aLargest, QByteArray &rBytes) {
     const QFileInfo info(aFileName);
-    if (aFileName.isEmpty()) return QStringLiteral("Имя файла не задано.");
-    if (!info.exists()) return QStringLiteral("Файл не найден.");
-    if (info.isDir()) return QStringLiteral("По этому пути находится папка, а не файл.");
-    if (!info.isFile())
-        return QStringLiteral("По этому пути находится не обычный файл, а канал или устройство.");
+    if (!info.isFile()) return ReasonNoFile(info);
     QFile file(aFileName);
     errno = 0;
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))

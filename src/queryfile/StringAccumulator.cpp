@@ -37,12 +37,14 @@ void StringAccumulator::AddLine(QStringView aText) {
     Add(u"\r\n");
 }
 
+void StringAccumulator::Grow(qint32 aCount) {
+    EnsureCapacity(CheckedAdd(theLength, aCount));
+}
+
 void StringAccumulator::EnsureCapacity(qint32 aRequired) {
-    while (Capacity() < aRequired) {
-        const qint32 present = Capacity();
-        const qint32 grown = present == 0 ? theFirstCapacity : CheckedAdd(present, present);
-        theBuffer.resize(grown);
-    }
+    qint32 capacity = Capacity() == 0 ? theFirstCapacity : Capacity();
+    while (capacity < aRequired) capacity = CheckedAdd(capacity, capacity);
+    if (capacity > Capacity()) theBuffer.resize(capacity);
 }
 
 void StringAccumulator::Clear() {

@@ -18,6 +18,13 @@ public:
     void Add(QStringView aText);
     /// Adds the text and a line end, CR LF.
     void AddLine(QStringView aText);
+    /// Room for so many characters behind the text, for who puts them there in place; what was put
+    /// there is taken over by AddRoom.
+    char16_t *Room(qint32 aCount) {
+        if (aCount > Capacity() - theLength) Grow(aCount);
+        return reinterpret_cast<char16_t *>(theBuffer.data()) + theLength;
+    }
+    void AddRoom(qint32 aCount) { theLength += aCount; }
     /// Gives the memory back.
     void Clear();
     /// Shortens the text; a length that is negative or not shorter changes nothing.
@@ -26,6 +33,7 @@ public:
     void Delete(qint32 aStart, qint32 aCount);
 
 private:
+    void Grow(qint32 aCount);
     void EnsureCapacity(qint32 aRequired);
 
     qint32 theLength = 0;

@@ -66,14 +66,14 @@ public:
     ParserRun(const ParserRun &) = delete;
     ParserRun &operator=(const ParserRun &) = delete;
 
-    xmlDoc *Parse(const QByteArray &aBytes, const char *aEncoding, int aOptions) {
+    xmlDoc *Parse(const QByteArray &aBytes, int aOptions) {
         // Errors of character sets come without a parser; without this they go to standard error.
         const xmlStructuredErrorFunc handler = xmlStructuredError;
         void *const handlerContext = xmlStructuredErrorContext;
         xmlSetStructuredErrorFunc(nullptr, [](void *, xmlErrorPtr) {});
         xmlDoc *tree =
             xmlCtxtReadMemory(theContext, aBytes.constData(), static_cast<int>(aBytes.size()),
-                              nullptr, aEncoding, aOptions);
+                              nullptr, nullptr, aOptions);
         xmlSetStructuredErrorFunc(handlerContext, handler);
         if (tree && theIsRefused) {
             xmlFreeDoc(tree);
@@ -158,8 +158,8 @@ bool XmlDocument::LoadBytes(const QByteArray &aBytes) {
     bool decoded = false;
     const QByteArray bytes = DecodedXmlBytes(aBytes, decoded);
     ParserRun run(theError);
-    theTree.reset(run.Parse(bytes, decoded ? "UTF-8" : nullptr,
-                            theParserOptions | (decoded ? XML_PARSE_IGNORE_ENC : 0)));
+    // The parser takes bytes without a character set of their own for UTF-8, and converts nothing.
+    theTree.reset(run.Parse(bytes, theParserOptions | (decoded ? XML_PARSE_IGNORE_ENC : 0)));
     if (theTree) {
         theError = XmlParseError();
     } else if (theError.Reason.isEmpty()) {

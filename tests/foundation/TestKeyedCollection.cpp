@@ -111,6 +111,41 @@ private slots:
         QVERIFY(texts.Contains(Key(1)));
     }
 
+    void ItemsWithoutKeysStandAmongThoseWithKeys() {
+        Texts texts;
+        texts.Reserve(100);
+        for (int i = 0; i < 100; ++i)
+            texts.Add(QString::number(i), i % 4 == 1 ? Key(i) : QString());
+        for (int i = 0; i < 100; ++i) {
+            QCOMPARE(texts.KeyAt(i), i % 4 == 1 ? Key(i) : QString());
+            const QString *found = texts.Find(Key(i));
+            QCOMPARE(found != nullptr, i % 4 == 1);
+            if (found) QCOMPARE(*found, QString::number(i));
+        }
+        texts.RemoveAt(99);  // behind the last key
+        texts.RemoveAt(0);   // before the first
+        QCOMPARE(texts.KeyAt(0), Key(1));
+        QCOMPARE(texts.Fetch(Key(97)), QStringLiteral("97"));
+        texts.Add(QStringLiteral("last"), QStringLiteral("last"));
+        QCOMPARE(texts.Count(), 99);
+        QCOMPARE(texts.KeyAt(97), QString());
+        QCOMPARE(texts.KeyAt(98), QStringLiteral("last"));
+        QCOMPARE(texts.Fetch(QStringLiteral("last")), QStringLiteral("last"));
+    }
+
+    void WhatWasMovedFromIsEmpty() {
+        Texts first;
+        first.Add(QStringLiteral("a"));
+        first.Add(QStringLiteral("b"), Key(1));
+        const Texts second = std::move(first);
+        QCOMPARE(second.Fetch(Key(1)), QStringLiteral("b"));
+        first = Texts();
+        first.Add(QStringLiteral("c"), Key(1));
+        QCOMPARE(first.Count(), 1);
+        QCOMPARE(first.Fetch(Key(1)), QStringLiteral("c"));
+        QCOMPARE(second.KeyAt(0), QString());
+    }
+
     void CopiesAreApart() {
         Texts first;
         first.Add(QStringLiteral("a"), Key(1));

@@ -343,6 +343,45 @@ private slots:
         panel.Get<QPushButton>("theTaxpayerAdd").click();
         QVERIFY2(driver.Done(), driver.Complaint());
     }
+
+    void listsAreSavedAndReloaded() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(D("lists.qvk"));
+        OpenPanel panel;
+        VkDocQueryData record;
+        record.TemplatesMode = TemplateVersion;
+        panel.DistributeValues(record);
+        for (const char *name : {"theIsTaxpayers", "theIsAccStreamsList", "theIsTemplate"})
+            panel.Check(name).SetValue(1);
+
+        Add(panel, "theTaxpayerAdd", {D("_1"), D("_2"), D("_3")});
+        Add(panel, "theAccStreamAdd", {D("_11"), D("_12"), D("_13")});
+        Add(panel, "theTemplatesAdd", {D("_32"), D("_33"), D("_34")});
+        panel.List("theTaxpayersList").RowByKey(D("_3"))->SetSelected(false);
+        Delete(panel, "theTaxpayerDelete", D("Удалить выделенные записи (2) из списка?"), D("Да"));
+        panel.List("theAccStreamsList").UnselectAll();
+        panel.List("theAccStreamsList").RowByKey(D("_12"))->SetSelected(true);
+        Delete(panel, "theAccStreamDelete", D("Удалить выделенную запись из списка?"), D("Да"));
+        Delete(panel, "theTemplatesDelete", D("Удалить выделенные записи (3) из списка?"), D("Да"));
+        Add(panel, "theTaxpayerAdd", {D("_2")});
+        Add(panel, "theAccStreamAdd", {D("_12")});
+        Add(panel, "theTemplatesAdd", {D("_34"), D("_32")});
+        panel.AssembleValuesTo(record);
+        QCOMPARE(KeysOf(record.TaxpayersList), D("_3 _2"));
+        QCOMPARE(KeysOf(record.AccStreamsList), D("_13 _11 _12"));
+        QCOMPARE(KeysOf(record.Templates), D("_32 _34"));
+        QVERIFY(record.WriteToXmlFile(path));
+
+        VkDocQueryData reloaded;
+        QVERIFY(reloaded.ReadFromXmlFile(path));
+        QCOMPARE(KeysOf(reloaded.TaxpayersList), D("_3 _2"));
+        QCOMPARE(KeysOf(reloaded.AccStreamsList), D("_13 _11 _12"));
+        QCOMPARE(KeysOf(reloaded.Templates), D("_32 _34"));
+        OpenPanel other;
+        other.DistributeValues(reloaded);
+        for (const char *name : {"theTaxpayersList", "theAccStreamsList", "theTemplatesList"})
+            QCOMPARE(Keys(other.List(name)), Keys(panel.List(name)));
+    }
 };
 
 VK_TEST_CLASS(TestAddDelete);

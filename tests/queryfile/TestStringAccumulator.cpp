@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <limits>
 
 #include <QTest>
@@ -132,6 +133,26 @@ private slots:
         StringAccumulator text;
         text.Add(u"abcd");
         QVERIFY_THROWS_EXCEPTION(Failure, text.Delete(2, std::numeric_limits<qint32>::max()));
+        QCOMPARE(text.CurrentString(), QStringLiteral("abcd"));
+    }
+
+    void TextIsPutInPlace() {
+        StringAccumulator text;
+        text.Add(QString(1023, u'a'));
+        char16_t *room = text.Room(3);
+        QCOMPARE(text.Capacity(), 2048);
+        QCOMPARE(text.ALength(), 1023);
+        std::copy_n(u"bcd", 3, room);
+        text.AddRoom(2);
+        QCOMPARE(text.CurrentString(), QString(1023, u'a') + QStringLiteral("bc"));
+        text.Add(u"!");
+        QCOMPARE(text.CurrentString().right(3), QStringLiteral("bc!"));
+    }
+
+    void RoomBeyondTheRangeOfNumbersIsRaised() {
+        StringAccumulator text;
+        text.Add(u"abcd");
+        QVERIFY_THROWS_EXCEPTION(Failure, text.Room(std::numeric_limits<qint32>::max()));
         QCOMPARE(text.CurrentString(), QStringLiteral("abcd"));
     }
 

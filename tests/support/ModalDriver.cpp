@@ -100,9 +100,21 @@ void ModalDriver::Look() {
     QTimer::singleShot(1, this, &ModalDriver::Look);
     QWidget *window = QApplication::activeModalWidget();
     if (!window || !window->isVisible()) return;
-    if (theAnswered.contains(QPointer<QWidget>(window))) return;
+    if (theAnswered.contains(QPointer<QWidget>(window)) || !IsReady(window)) return;
     theAnswered << QPointer<QWidget>(window);
     Answer(*window);
+}
+
+/// Keys go nowhere before the window system has made a window the active one. One that it never
+/// makes so is answered all the same, and the test says what went wrong.
+bool ModalDriver::IsReady(QWidget *aWindow) {
+    constexpr qint64 theLongestWait = 3000;
+    if (aWindow->isActiveWindow()) return true;
+    if (theAwaited != aWindow) {
+        theAwaited = aWindow;
+        theWait.start();
+    }
+    return theWait.hasExpired(theLongestWait);
 }
 
 void ModalDriver::Answer(QWidget &aWindow) {

@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include <QElapsedTimer>
 #include <QList>
 #include <QPointer>
 #include <QString>
@@ -48,10 +49,13 @@ public:
 
 private:
     void Look();
+    bool IsReady(QWidget *aWindow);
     void Answer(QWidget &aWindow);
 
     QList<std::function<void(QWidget &)>> theAnswers;
     QList<QPointer<QWidget>> theAnswered;
+    QPointer<QWidget> theAwaited;
+    QElapsedTimer theWait;
     QStringList theComplaints;
     mutable QByteArray theComplaintText;
 };
