@@ -31,7 +31,8 @@ QRect LayOut(const QWidget &aElement, const QRect &aRoom, QTextLayout &rCaption)
     double width = 0;
     for (int i = 0; i < rCaption.lineCount(); ++i) {
         QTextLine line = rCaption.lineAt(i);
-        line.setPosition(QPointF(0, top + i * pitch + (pitch - asked) / 2));
+        const int above = top + i * pitch + (pitch - asked) / 2;
+        line.setPosition(QPointF(0, above));
         width = std::max(width, line.naturalTextWidth());
     }
     return {aRoom.left(), top, qCeil(width), lines * pitch};

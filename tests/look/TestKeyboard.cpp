@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include "browser/TemplateQuerierForm.h"
+#include "controls/ListView.h"
 #include "dialog/DocQueryOptionsFrm.h"
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"
@@ -231,6 +232,30 @@ private slots:
         QTest::keyClick(dialog.Window.focusWidget(), key, modifiers);
         QTRY_VERIFY(QApplication::activePopupWidget());
         QApplication::activePopupWidget()->close();
+    }
+
+    /// What a screen reader says for a row of the periods: a picture means nothing to it.
+    void PictureIsSaidByTheNameOfItsColumn() {
+        ListView list;
+        list.AddColumn(QStringLiteral("*"), 300);
+        list.AddColumn(QStringLiteral("Год"), 900);
+        list.AddColumn(QStringLiteral("Янв"), 540);
+        list.AddColumn(QStringLiteral("Фев"), 540);
+        list.AddColumn(QStringLiteral("1 кв"), 540);
+        ListRow *row = list.AddRow(QStringLiteral("_1"));
+        row->SetIcon(QStringLiteral("period"));
+        row->SetCell(1, QStringLiteral("2026"));
+        row->SetCellIcon(2, QStringLiteral("period"));
+        row->SetCell(4, QStringLiteral("да"), QStringLiteral("quartal"));
+        list.show();
+        QTRY_COMPARE(list.model()->rowCount(), 1);
+        const auto said = [&](int aColumn) {
+            return list.model()->index(0, aColumn).data(Qt::AccessibleTextRole).toString();
+        };
+        QCOMPARE(said(0), QStringLiteral("2026; Янв; да"));
+        QCOMPARE(said(2), QStringLiteral("Янв"));
+        QCOMPARE(said(3), QString());
+        QCOMPARE(said(4), QStringLiteral("да"));
     }
 
     void TabVisitsTheBrowser() {
