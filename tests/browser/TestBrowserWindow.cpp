@@ -186,7 +186,8 @@ private slots:
         ModalDriver driver;
         driver.Expect([](QWidget &aWindow) {
             QSignalSpy pressed(aWindow.findChild<QPushButton *>(), &QPushButton::clicked);
-            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+            QVERIFY(QTest::qWaitForWindowActive(&aWindow));
+            QTest::keyClick(aWindow.focusWidget(), Qt::Key_Escape);
             QCOMPARE(pressed.size(), 1);
         });
         TemplateQuerier().Execute();

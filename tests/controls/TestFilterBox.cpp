@@ -8,9 +8,11 @@
 #include "controls/FilterBox.h"
 #include "controls/ListView.h"
 #include "foundation/mVkGraphLight.h"
+#include "support/Keys.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
+using VkTests::TypeText;
 
 namespace {
 
@@ -41,12 +43,6 @@ public:
     ListView *List = new ListView(this);
 };
 
-void Type(QWidget *aTarget, const QString &aText) {
-    for (const QChar letter : aText)
-        QTest::sendKeyEvent(QTest::Click, aTarget, Qt::Key_unknown, QString(letter),
-                            Qt::NoModifier);
-}
-
 }  // namespace
 
 class TestFilterBox : public QObject {
@@ -68,7 +64,7 @@ private slots:
     void LettersComeFromTheList() {
         Window window;
         const QSignalSpy changes(window.Box, &VkFilterBox::Change);
-        Type(window.List, QStringLiteral("Ромашка7"));
+        TypeText(window.List, QStringLiteral("Ромашка7"));
         QCOMPARE(window.Box->Text(), QStringLiteral("Ромашка7"));
         QCOMPARE(changes.count(), 8);
         QTest::keyClick(window.List, Qt::Key_Backspace);
@@ -80,10 +76,10 @@ private slots:
         Window window;
         window.Box->SetText(QStringLiteral("абвг"));
         window.Box->Edit()->setCursorPosition(2);
-        Type(window.List, QStringLiteral("XY"));
+        TypeText(window.List, QStringLiteral("XY"));
         QCOMPARE(window.Box->Text(), QStringLiteral("абXYвг"));
         window.Box->Edit()->setSelection(1, 4);
-        Type(window.List, QStringLiteral("-"));
+        TypeText(window.List, QStringLiteral("-"));
         QCOMPARE(window.Box->Text(), QStringLiteral("а-г"));
         window.Box->Edit()->selectAll();
         QTest::keyClick(window.List, Qt::Key_Backspace);

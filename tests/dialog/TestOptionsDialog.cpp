@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <functional>
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
@@ -213,9 +213,8 @@ private slots:
             dialog.SetRecord(record);
             ModalDriver driver;
             const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
-                user.theWindow.activateWindow();
                 user.Element(element.toLatin1().constData())->setFocus();
-                QWidget *focus = QApplication::focusWidget();
+                QWidget *focus = user.theWindow.focusWidget();
                 if (!focus || !(focus->objectName() == element ||
                                 focus->parentWidget()->objectName() == element))
                     driver.Complain(QStringLiteral("no focus"));
