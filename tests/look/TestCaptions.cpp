@@ -362,6 +362,7 @@ private slots:
         DocQueryOptionsFrm dialog;
         dialog.SetRecord(nullptr);
         dialog.show();
+        TurnEverythingOn(dialog);
         OpenEveryPage(dialog);
         auto *element = dialog.findChild<QWidget *>(name);
         QVERIFY(element);
