@@ -94,8 +94,8 @@ void WriteBytes(const QString &aName, const QByteArray &aBytes) {
         qFatal("cannot write");
 }
 
-/// Highest use of memory of this process so far, in MB.
-qint64 PeakMemory() {
+/// Highest use of memory of this process so far, in MB; the sanitizers' own use is not looked at.
+[[maybe_unused]] qint64 PeakMemory() {
     QFile status(QStringLiteral("/proc/self/status"));
     if (!status.open(QIODevice::ReadOnly)) return 0;
     for (const QByteArray &line : status.readAll().split('\n')) {
