@@ -33,7 +33,7 @@ FieldFact TickFact(const char *aName, bool Data::*aField, const char *aElement, 
 }
 
 template <class Flags>
-FieldFact BitFact(const char *aName, Flags Data::*aField, const char *aElement, qint32 aBit,
+FieldFact BitFact(const char *aName, Flags Data::*aField, const QByteArray &aElement, qint32 aBit,
                   int aCount) {
     return {aName, [=](Data &record) { record.*aField = Flags(aBit); },
             [=](const OpenPanel &panel) {
@@ -43,7 +43,7 @@ FieldFact BitFact(const char *aName, Flags Data::*aField, const char *aElement, 
                     const QString name = QStringLiteral("%1(%2)").arg(array).arg(i);
                     ticked += panel.Check(qPrintable(name)).Value();
                 }
-                return ticked == 1 && panel.Check(aElement).Value() == 1;
+                return ticked == 1 && panel.Check(aElement.constData()).Value() == 1;
             },
             [=](const Data &record) { return record.*aField == Flags(aBit); }};
 }
@@ -104,8 +104,7 @@ std::vector<FieldFact> Facts() {
         for (std::size_t i = 0; i < values.size(); ++i) {
             const QByteArray element =
                 QByteArray(array) + '(' + QByteArray::number(qulonglong(i)) + ')';
-            facts.push_back(
-                BitFact(name, field, qstrdup(element.constData()), values[i], int(values.size())));
+            facts.push_back(BitFact(name, field, element, values[i], int(values.size())));
         }
     };
 

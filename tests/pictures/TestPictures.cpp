@@ -187,7 +187,7 @@ private slots:
             for (std::size_t x = 0; x < 16; ++x) {
                 const std::size_t colour = 62 + std::size_t{4} * icon[1086 + y * 16 + x];
                 const bool hasMaskColour = Number(icon, colour, 3) == 0xC0C0C0U;
-                const bool isMasked = (icon[1342 + y * 4 + x / 8] >> (7 - x % 8) & 1U) != 0;
+                const bool isMasked = ((icon[1342 + y * 4 + x / 8] & (0x80 >> (x % 8))) != 0);
                 QCOMPARE(hasMaskColour, isMasked);
             }
         }
