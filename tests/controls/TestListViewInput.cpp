@@ -348,7 +348,7 @@ private slots:
         });
         ModalDriver driver;
         driver.ExpectBox(QStringLiteral("Сбой программы"),
-                         QStringLiteral("[Vk_DocQuery::ListView.HeaderClicked]\r\n[S]\r\nD"),
+                         QStringLiteral("[Vk_DocQuery::ListView.ClickHeader]\r\n[S]\r\nD"),
                          QStringLiteral("OK"));
         const QHeaderView *header = shown.List.header();
         QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::NoModifier,
