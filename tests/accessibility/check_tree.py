@@ -380,7 +380,20 @@ def check_pages(dialog):
             check_combos(dialog)
 
 
+def label_of(element):
+    """What a screen reader says before the value of an element that is named by it."""
+    for relation in element.getRelationSet():
+        if relation.getRelationType() == pyatspi.RELATION_LABELLED_BY:
+            return relation.getTarget(0).name
+    return None
+
+
 def check_combos(dialog):
+    for combo in (e for e in walk(dialog) if e.getRoleName() == "combo box"):
+        # What has the focus is the line of a combo that can be typed in.
+        lines = [part.name for part in combo if part.getRoleName() == "text"]
+        if (lines or [label_of(combo)]) != [combo.description.split(", ")[1]]:
+            fault(f'the combo "{combo.description}" is called {lines or label_of(combo)}')
     have = sorted(e.description for e in walk(dialog) if e.getRoleName() == "combo box")
     if have != sorted(COMBOS):
         fault(f"the combos are described as {have}")
