@@ -287,7 +287,7 @@ private slots:
 
 private:
     QString NewOffice() {
-        const QString path = OpenOffice();
+        QString path = OpenOffice();
         Vk_Records::CloseDatabase();
         return path;
     }
