@@ -109,7 +109,8 @@ void ListView::ApplyColumns() {
 
 void ListView::ClickHeader(int aPosition) try {
     ShowSortState();  // the header has turned its arrow by itself
-    emit ColumnClick(Column(aPosition));
+    const ListColumn column = Column(aPosition);  // whoever hears of it may change the columns
+    emit ColumnClick(column);
     ShowSortState();
 } catch (...) {
     ReportErrorToUser(theModule, "ClickHeader");
