@@ -72,7 +72,7 @@ public:
     }
     QString Current() const { return List.SelectedItem() ? List.SelectedItem()->Key() : QString(); }
     QString TakeEvents() {
-        const QString events = Events.join(QStringLiteral(", "));
+        QString events = Events.join(QStringLiteral(", "));
         Events.clear();
         return events;
     }
