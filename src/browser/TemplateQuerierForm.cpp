@@ -17,6 +17,7 @@
 #include "foundation/mVkDBProvider.h"
 #include "foundation/mVkGraphLight.h"
 #include "foundation/mVkPics.h"
+#include "foundation/Present.h"
 
 namespace Vk_DocQuery {
 
@@ -139,24 +140,20 @@ QString TypedCodes(const QKeyEvent &aEvent) {
     return aEvent.text();
 }
 
-[[noreturn]] void RaiseAbsent(const QString &aWhat) {
-    throw Failure(ObjectNotSet, aWhat, QStringLiteral("Объект не задан: %1.").arg(aWhat));
-}
-
 std::shared_ptr<VkTemplType> AsTemplType(const std::shared_ptr<Record> &aRecord) {
-    if (!aRecord) RaiseAbsent(QStringLiteral("VkTemplType"));
+    Present(aRecord, "VkTemplType");
     auto templType = std::dynamic_pointer_cast<VkTemplType>(aRecord);
     if (!templType) RaiseTypeMismatch(QStringLiteral("VkTemplType"));
     return templType;
 }
 
 /// The names of a recordset of GetTemplTypeNames; one that differs in case only is dropped.
-KeyedCollection<QString> ReadFullNames(Recordset *aNames) {
+KeyedCollection<QString> ReadFullNames(const std::shared_ptr<Recordset> &aNames) {
     KeyedCollection<QString> names;
-    if (!aNames) RaiseAbsent(QStringLiteral("GetTemplTypeNames"));
-    IgnoringFailures([&] { aNames->MoveFirst(); });  // fails where there are no rows
-    for (; !aNames->EndOfData(); aNames->MoveNext()) {
-        QString name = VarToStrDef(aNames->Value(QStringLiteral("full_name")), QString());
+    Recordset &rows = Present(aNames, "GetTemplTypeNames");
+    IgnoringFailures([&] { rows.MoveFirst(); });  // fails where there are no rows
+    for (; !rows.EndOfData(); rows.MoveNext()) {
+        QString name = VarToStrDef(rows.Value(QStringLiteral("full_name")), QString());
         name.replace(QLatin1String("\r\n"), QLatin1String(" "));
         names.AddIfAbsent(name, name);
     }
@@ -279,14 +276,13 @@ void TemplateQuerierForm::LoadAllObjects() try {
     theRowsAreMade = false;
     const auto records =
         GetBlankQueries().GetTemplates(Today().addDays(-theYearsLookedBack), Null(), true);
-    if (!records) RaiseAbsent(QStringLiteral("GetTemplates"));
-    theClasses.Reserve(records->Count());
+    theClasses.Reserve(Present(records, "GetTemplates").Count());
     for (const std::shared_ptr<Record> &record : *records) {
         auto form = std::make_shared<IntTemplateClass>();
         form->Class = AsTemplType(record);
         if (form->Class->IsExcludedFromSearch()) continue;
         const double id = form->Class->ID();
-        form->FullNames = ReadFullNames(GetBlankQueries().GetTemplTypeNames(id).get());
+        form->FullNames = ReadFullNames(GetBlankQueries().GetTemplTypeNames(id));
         if (!form->FullNames.IsEmpty()) form->ActualFullName = form->FullNames.At(0);
         theClasses.AddIfAbsent(std::move(form), ObjectKey(id));
     }

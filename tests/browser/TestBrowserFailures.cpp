@@ -69,6 +69,20 @@ private slots:
         QVERIFY2(driver.Done(), driver.Complaint());
     }
 
+    void ASupplierThatGivesNothingKeepsTheWindowClosed() {
+        for (const QString &absent :
+             {QStringLiteral("GetTemplates"), QStringLiteral("GetTemplTypeNames")}) {
+            MemoryOffice::The().Absent = absent;
+            ModalDriver driver;
+            driver.ExpectBox(theTitle,
+                             Chain({QStringLiteral("Execute"), QStringLiteral("LoadAllObjects")},
+                                   QStringLiteral("[%1]\r\nОбъект не задан: %1.").arg(absent)),
+                             theOk);
+            TemplateQuerier().Execute();
+            QVERIFY2(driver.Done(), driver.Complaint());
+        }
+    }
+
     void AnUnknownPictureKeepsTheWindowClosed() {
         MemoryOffice::The().Classes[1].Icon = QStringLiteral("no_such_picture");
         ModalDriver driver;

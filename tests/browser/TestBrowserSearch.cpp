@@ -210,6 +210,13 @@ private slots:
         QCOMPARE(browser.Times.RowCount(), 0);
         QCOMPARE(browser.Times.ColumnCount(), 23);
         QCOMPARE(browser.Cats.Text(), QString());
+
+        browser.ClickForm(21);
+        QCOMPARE(browser.Times.RowCount(), 8);
+        TypeText(&browser.List, QStringLiteral("ъъ"));
+        QCOMPARE(browser.List.RowCount(), 0);
+        QCOMPARE(browser.Times.RowCount(), 0);
+        QCOMPARE(browser.Cats.Text(), QString());
     }
 
     void FormsWithTheIdentities0AndMinus1() {

@@ -75,7 +75,9 @@ private slots:
         const Failure missing = RaisedBy([&] { list.ColumnPosition(QStringLiteral("term")); });
         QCOMPARE(missing.Number(), qint32(InvalidArgument));
         QCOMPARE(missing.Description(), QStringLiteral("В списке нет столбца с ключом \"term\"."));
-        QCOMPARE(RaisedBy([&] { list.Column(3); }).Number(), qint32(SubscriptOutOfRange));
+        const Failure failure = RaisedBy([&] { list.Column(3); });
+        QCOMPARE(failure.Number(), qint32(SubscriptOutOfRange));
+        QCOMPARE(failure.Description(), QStringLiteral("Индекс вне допустимого диапазона: 3."));
         QCOMPARE(RaisedBy([&] { list.ColumnPosition(QString()); }).Number(),
                  qint32(InvalidArgument));
     }
@@ -199,7 +201,9 @@ private slots:
         QCOMPARE(list.PositionOf(list.RowByKey(QStringLiteral("_2"))), 2);
         QCOMPARE(list.PositionOf(nullptr), -1);
         QCOMPARE(RaisedBy([&] { list.Row(4); }).Number(), qint32(SubscriptOutOfRange));
-        QCOMPARE(RaisedBy([&] { list.Row(-1); }).Number(), qint32(SubscriptOutOfRange));
+        const Failure failure = RaisedBy([&] { list.Row(-1); });
+        QCOMPARE(failure.Number(), qint32(SubscriptOutOfRange));
+        QCOMPARE(failure.Description(), QStringLiteral("Индекс вне допустимого диапазона: -1."));
     }
 
     void UnknownPictureRaisesOnceAPictureListIsAttached() {

@@ -345,6 +345,54 @@ private slots:
         QVERIFY2(driver.Done(), driver.Complaint());
     }
 
+    /// The picker does not offer it any more; who has it in the list keeps it.
+    void aVersionThatEndedLongAgoStays() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(D("versions.qvk"));
+        OpenPanel panel;
+        VkDocQueryData record;
+        record.IsTemplate = true;
+        record.TemplatesMode = TemplateVersion;
+        record.Templates = std::make_shared<RecordCollection>();
+        record.Templates->Add(MakeVersion(31));
+        panel.DistributeValues(record);
+        ModalDriver driver;
+        QString offered;
+        ExpectPicker(driver, [&](Picker &picker) {
+            offered = picker.Rows();
+            picker.ClickMark("_32");
+            picker.Click("theOK");
+        });
+        panel.Get<QPushButton>("theTemplatesAdd").click();
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(offered, D("_32 _33 _34"));
+        QCOMPARE(Keys(panel.List("theTemplatesList")), D("_31 _32"));
+        panel.AssembleValuesTo(record);
+        QVERIFY(record.WriteToXmlFile(path));
+        VkDocQueryData reloaded;
+        QVERIFY(reloaded.ReadFromXmlFile(path));
+        OpenPanel other;
+        other.DistributeValues(reloaded);
+        QCOMPARE(Keys(other.List("theTemplatesList")), D("_31 _32"));
+    }
+
+    /// Assistive programs reach the panel past the box, so that the list is looked at afterwards.
+    void rowsThatGoWhileTheQuestionIsUpAreNotAskedFor() {
+        OpenPanel panel;
+        panel.SetTaxpayersType(Taxpayers);
+        panel.SetTaxpayersTypeInList(Taxpayers, true, false);
+        auto &list = panel.List("theTaxpayersList");
+        Add(panel, "theTaxpayerAdd", {D("_1"), D("_2"), D("_3")});
+        ModalDriver driver;
+        driver.Expect([&](QWidget &aBox) {
+            list.RemoveRow(D("_2"));
+            QTest::keyClick(&aBox, Qt::Key_Return);
+        });
+        panel.Get<QPushButton>("theTaxpayerDelete").click();
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(list.RowCount(), 0);
+    }
+
     void listsAreSavedAndReloaded() {
         const QTemporaryDir folder;
         const QString path = folder.filePath(D("lists.qvk"));

@@ -18,6 +18,7 @@
 #include "foundation/Clock.h"
 #include "foundation/mVkGraphLight.h"
 #include "panel/OpenPanel.h"
+#include "support/RaisedBy.h"
 #include "support/TestMain.h"
 
 using namespace VkTests;
@@ -518,6 +519,18 @@ private slots:
         QTabBar *bar = panel.Tabs().Bar();
         while (bar->count() > 0) bar->removeTab(0);
         QCOMPARE(panel.GetCurrentTab(), QString());
+        const Failure failure = RaisedBy([&] { panel.Tabs().SelectedTab(); });
+        QCOMPARE(failure.Number(), qint32(ObjectNotSet));
+        QCOMPARE(failure.Description(), QStringLiteral("Ни одна вкладка не выбрана."));
+    }
+
+    void UnknownTabAndElementAreNamed() {
+        OpenPanel panel;
+        QCOMPARE(
+            RaisedBy([&] { panel.Tabs().SetSelectedTab(QStringLiteral("other")); }).Description(),
+            QStringLiteral("Нет вкладки с ключом \"other\"."));
+        QCOMPARE(RaisedBy([&] { RaiseWrongElement(QStringLiteral("theOther")); }).Description(),
+                 QStringLiteral("На панели нет нужного элемента \"theOther\"."));
     }
 
     // Looks.

@@ -12,9 +12,11 @@
 #include "controls/OptionButton.h"
 #include "controls/ScrollBox.h"
 #include "foundation/Clock.h"
+#include "support/RaisedBy.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
+using VkTests::RaisedBy;
 
 namespace {
 
@@ -63,12 +65,9 @@ private slots:
 
     void OtherCheckBoxValueIsRefused() {
         CheckBox box(QStringLiteral("a"));
-        try {
-            box.SetValue(3);
-            QFAIL("nothing was raised");
-        } catch (const Failure &failure) {
-            QCOMPARE(failure.Number(), qint32(InvalidArgument));
-        }
+        const Failure failure = RaisedBy([&] { box.SetValue(3); });
+        QCOMPARE(failure.Number(), qint32(InvalidArgument));
+        QCOMPARE(failure.Description(), QStringLiteral("Недопустимое значение флажка: 3."));
     }
 
     void LongCaptionWraps() {

@@ -1,6 +1,7 @@
 #include <thread>
 
 #include <QHeaderView>
+#include <QScopeGuard>
 #include <QTest>
 
 #include <Vk_DocQuery/Failure.h>
@@ -8,6 +9,7 @@
 #include "panel/LastTemplates.h"
 #include "panel/OpenPanel.h"
 #include "panel/ShownFailures.h"
+#include "support/RaisedBy.h"
 #include "support/TestMain.h"
 
 using namespace VkTests;
@@ -118,6 +120,17 @@ private slots:
         QCOMPARE(row.CellText(1), term);
         QCOMPARE(row.CellText(2), name);
         QCOMPARE(TermWidth(panel), 2100);
+    }
+
+    /// The picker shows such a version with a blank in place of the date.
+    void VersionWhoseDateIsNullFails() {
+        MemoryOffice::The().Versions.push_back(Version(40, 21, theFirst, Null(), "Налог 3"));
+        const auto removed = qScopeGuard([] { MemoryOffice::The().Versions.pop_back(); });
+        OpenPanel panel;
+        const Failure failure = RaisedBy([&] { Shown(panel, TemplateVersion, {MakeVersion(40)}); });
+        QCOMPARE(failure.Number(), qint32(TypeMismatch));
+        QVERIFY(failure.Description().endsWith(
+            QStringLiteral("RefreshItemInTemplatesList]\r\nНесоответствие типа.")));
     }
 
     void RowWithoutAModeIsBlank() {

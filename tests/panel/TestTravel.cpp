@@ -504,17 +504,28 @@ private slots:
     void AssemblyPutsNewCollections() {
         OpenPanel panel;
         Data record = WithLists();
-        const auto before = record.Templates;
+        const Data before = record;
         panel.DistributeValues(record);
         panel.List("theTemplatesList").RemoveRow(QStringLiteral("_21"));
+        panel.List("theAccStreamsList").RemoveRow(QStringLiteral("_12"));
+        panel.List("theTaxpayersList").RemoveRow(QStringLiteral("_1"));
         panel.AssembleValuesTo(record);
-        QVERIFY(record.Templates != before);
-        QCOMPARE(before->Count(), 2);
-        QCOMPARE(record.Templates->Count(), 1);
-        panel.List("theTemplatesList").ClearRows();
+        QVERIFY(record.Templates != before.Templates);
+        QVERIFY(record.AccStreamsList != before.AccStreamsList);
+        QVERIFY(record.TaxpayersList != before.TaxpayersList);
+        QCOMPARE(Ids(*before.Templates), QStringLiteral("21 22"));
+        QCOMPARE(Ids(*before.AccStreamsList), QStringLiteral("11 12"));
+        QCOMPARE(Ids(*before.TaxpayersList), QStringLiteral("1 3"));
+        QCOMPARE(Ids(*record.Templates), QStringLiteral("22"));
+        QCOMPARE(Ids(*record.AccStreamsList), QStringLiteral("11"));
+        QCOMPARE(Ids(*record.TaxpayersList), QStringLiteral("3"));
+        for (const char *list : {"theTemplatesList", "theAccStreamsList", "theTaxpayersList"})
+            panel.List(list).ClearRows();
         panel.AssembleValuesTo(record);
-        QVERIFY(record.Templates);
-        QCOMPARE(record.Templates->Count(), 0);
+        for (const auto &list : {record.Templates, record.AccStreamsList, record.TaxpayersList}) {
+            QVERIFY(list);
+            QCOMPARE(list->Count(), 0);
+        }
     }
 
     // One refresh, at the last unlock.

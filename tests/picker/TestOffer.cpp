@@ -138,6 +138,17 @@ private slots:
         QVERIFY(shown);
     }
 
+    /// The panel takes it for a failure.
+    void aNullDateIsBlank() {
+        MemoryOffice::The().Versions = {{31, 21, theToday, Null(), D("НДС 1"), D("doc")}};
+        ModalDriver driver;
+        QStringList rows;
+        ExpectPicker(driver, [&](Picker &picker) { rows = RowTexts(picker.List()); });
+        QVERIFY(!SelectObjectsForm().Execute(1, nullptr));
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(rows, QStringList{D("doc: 15.03.2026 - ; НДС 1; 1151001")});
+    }
+
     void elementsStandAsDesigned_data() {
         QTest::addColumn<QString>("caption");
         QTest::addColumn<QRect>("twips");
@@ -330,6 +341,41 @@ private slots:
         RaiseFrom(member);
         ModalDriver driver;
         driver.ExpectBox(D("Сбой программы"), chain, D("OK"));
+        SelectObjectsForm form;
+        QVERIFY(!form.Execute(type, nullptr));
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(!form.isVisible());
+    }
+
+    void aSupplierThatGivesNothingFails_data() {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QString>("absent");
+        QTest::addColumn<QString>("road");
+        QTest::addColumn<QString>("told");
+        const auto row = [](int aType, const char *aAbsent, const char *aRoad, const char *aTold) {
+            QTest::addRow("%d %s", aType, aAbsent) << aType << D(aAbsent) << D(aRoad) << D(aTold);
+        };
+        row(1, "GetTemplates", "LoadAllObjects", "RecordCollection");
+        row(2, "GetTemplates", "LoadAllObjects", "RecordCollection");
+        row(3, "GetAccStreams", "LoadAllObjects", "RecordCollection");
+        row(4, "GetTaxpayers", "LoadAllObjects", "RecordCollection");
+        row(5, "GetPersons", "LoadAllObjects", "GetPersons");
+        row(1, "VkTemplate.TemplateType", "FillList", "TemplateType");
+        row(3, "VkAccStream.Person", "FillList", "Person");
+        row(4, "VkPerson.GetParentOrganization", "FillList", "GetParentOrganization");
+    }
+    void aSupplierThatGivesNothingFails() {
+        QFETCH(int, type);
+        QFETCH(QString, absent);
+        QFETCH(QString, road);
+        QFETCH(QString, told);
+        MemoryOffice::The().Absent = absent;
+        ModalDriver driver;
+        driver.ExpectBox(D("Сбой программы"),
+                         D("[Vk_DocQuery::SelectObjectsForm.Execute]\r\n"
+                           "[Vk_DocQuery::SelectObjectsForm.%1]\r\n[%2]\r\nОбъект не задан: %2.")
+                             .arg(road, told),
+                         D("OK"));
         SelectObjectsForm form;
         QVERIFY(!form.Execute(type, nullptr));
         QVERIFY2(driver.Done(), driver.Complaint());

@@ -58,6 +58,7 @@ public:
     }
     std::shared_ptr<VkPerson> GetParentOrganization() const override {
         Called("VkPerson.GetParentOrganization");
+        if (MemoryOffice::The().Absent == u"VkPerson.GetParentOrganization") return nullptr;
         auto parent = std::make_shared<MemoryPerson>();
         if (theFacts.Parent != 0) parent->SetID(theFacts.Parent);
         return parent;
@@ -94,6 +95,7 @@ public:
     }
     std::shared_ptr<VkPerson> Person() const override {
         Called("VkAccStream.Person");
+        if (MemoryOffice::The().Absent == u"VkAccStream.Person") return nullptr;
         if (theFacts.Person == 0)
             throw Failure(91, QStringLiteral("MemoryRecords"),
                           QStringLiteral("the stream has no person"));
@@ -169,6 +171,7 @@ public:
     }
     std::shared_ptr<VkTemplType> TemplateType() const override {
         Called("VkTemplate.TemplateType");
+        if (MemoryOffice::The().Absent == u"VkTemplate.TemplateType") return nullptr;
         return MakeClass(theFacts.Class);
     }
     QString GetDisplayName() const override {
@@ -216,6 +219,7 @@ public:
     std::shared_ptr<RecordCollection> GetTemplates(const LooseValue &aFrom, const LooseValue &aTo,
                                                    bool aClasses) override {
         Called("GetTemplates");
+        if (MemoryOffice::The().Absent == u"GetTemplates") return nullptr;
         auto result = std::make_shared<RecordCollection>();
         for (const VersionFacts &facts : MemoryOffice::The().Versions) {
             if (!IsInWindow(facts, aFrom, aTo)) continue;
@@ -238,6 +242,7 @@ public:
     }
     std::shared_ptr<Recordset> GetTemplTypeNames(double aID) override {
         Called("GetTemplTypeNames");
+        if (MemoryOffice::The().Absent == u"GetTemplTypeNames") return nullptr;
         Rows rows;
         for (const LooseValue &name :
              FactsOf(MemoryOffice::The().Classes, aID, "VkTemplType").FullNames)
@@ -250,6 +255,7 @@ class MemoryStreamQueries : public DBQAccStream {
 public:
     std::shared_ptr<RecordCollection> GetAccStreams(const QString &, qint32) override {
         Called("GetAccStreams");
+        if (MemoryOffice::The().Absent == u"GetAccStreams") return nullptr;
         auto result = std::make_shared<RecordCollection>();
         for (const StreamFacts &facts : MemoryOffice::The().Streams)
             result->Add(MakeStream(facts.ID), ObjectKey(facts.ID));
@@ -261,10 +267,12 @@ class MemoryPersonQueries : public PersonQueries {
 public:
     std::shared_ptr<RecordCollection> GetPersons(const QString &, qint32) override {
         Called("GetPersons");
+        if (MemoryOffice::The().Absent == u"GetPersons") return nullptr;
         return Those([](const PersonFacts &) { return true; });
     }
     std::shared_ptr<RecordCollection> GetTaxpayers() override {
         Called("GetTaxpayers");
+        if (MemoryOffice::The().Absent == u"GetTaxpayers") return nullptr;
         return Those([](const PersonFacts &facts) { return facts.IsTaxpayer; });
     }
 

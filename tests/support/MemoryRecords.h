@@ -61,6 +61,7 @@ struct MemoryOffice {
     std::vector<VersionFacts> Versions;
     std::map<double, Rows> Categories;  ///< by class
     std::map<double, Rows> Times;       ///< by class
+    QString Absent;                     ///< the operation or record member that gives nothing
     bool CategoriesAbsent = false;
     bool TimesAbsent = false;
     bool Unkeyed = false;  ///< collections of persons come without keys and may repeat a person
