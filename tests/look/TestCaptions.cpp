@@ -21,9 +21,11 @@
 #include <QTreeView>
 
 #include "browser/TemplateQuerierForm.h"
+#include "controls/Colours.h"
 #include "controls/DateBox.h"
 #include "controls/Frame.h"
 #include "controls/NumberBox.h"
+#include "controls/ScrollBox.h"
 #include "dialog/DocQueryOptionsFrm.h"
 #include "foundation/mVkGraphLight.h"
 #include "picker/SelectObjectsForm.h"
@@ -296,6 +298,37 @@ QByteArray Overlaps(const QWidget &aWindow) {
     return faults.join(u'\n').toUtf8();
 }
 
+/// Which sides of an element have no line of that colour from end to end, but for the corners.
+QByteArray MissingEdges(const QImage &aImage, const QWidget &aElement, QRgb aColour) {
+    const double scale = aElement.devicePixelRatioF();
+    const QRectF place(QPointF(aElement.geometry().topLeft()) * scale,
+                       QSizeF(aElement.size()) * scale);
+    const int top =
+        qobject_cast<const Frame *>(&aElement) ? aElement.fontMetrics().height() / 2 : 0;
+    constexpr int theCorner = 3;
+    const auto whole = [&](bool aUpright, int aAt) {
+        const double from = aUpright ? place.top() + top * scale : place.left();
+        const double to = aUpright ? place.bottom() : place.right();
+        for (int i = qRound(from) + theCorner; i < qRound(to) - theCorner; ++i) {
+            if (aImage.pixel(aUpright ? aAt : i, aUpright ? i : aAt) != aColour) return false;
+        }
+        return true;
+    };
+    QByteArray missing;
+    const auto need = [&](const char *aSide, bool aUpright, double aAt) {
+        // The side is somewhere within a pixel of its place.
+        for (int at = qFloor(aAt) - 1; at <= qFloor(aAt) + 1; ++at)
+            if (whole(aUpright, at)) return;
+        missing += QByteArray(aSide) + " of " + aElement.metaObject()->className() + " at " +
+                   QByteArray::number(aElement.x()) + "; ";
+    };
+    need("left", true, place.left());
+    need("right", true, place.right() - 1);
+    need("top", false, place.top() + top * scale);
+    need("bottom", false, place.bottom() - 1);
+    return missing;
+}
+
 }  // namespace
 
 /// All windows in the resolution and with the fonts that this run was started for, which the
@@ -426,6 +459,28 @@ private slots:
                                 "поиск документов?"),
                  QStringLiteral("Норвик: Критерии поиска документов"));
         QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    /// Places on all fractions of a pixel that a scale can lead to.
+    void EdgesAreWhole_data() { Palettes(); }
+    void EdgesAreWhole() {
+        UsePalette();
+        QWidget window;
+        QList<QWidget *> elements;
+        for (int i = 0; i < 8; ++i) {
+            elements << new Frame(QString(), &window) << new ScrollBox(&window);
+            elements[2 * i]->setGeometry(10 + 61 * i, 10 + 3 * i, 50 + i, 40 + i);
+            elements[2 * i + 1]->setGeometry(10 + 61 * i, 90 + 3 * i, 50 + i, 40 + i);
+        }
+        window.resize(520, 170);
+        window.show();
+        const QImage image = window.grab().toImage().convertToFormat(QImage::Format_RGB32);
+        QCOMPARE(image.devicePixelRatio(), window.devicePixelRatioF());
+        const QColor edge = EdgeColour(window.palette());
+        for (const QWidget *element : elements) {
+            const QByteArray missing = MissingEdges(image, *element, edge.rgb());
+            QVERIFY2(missing.isEmpty(), missing);
+        }
     }
 
     void DisabledTextsCanBeRead_data() { Palettes(); }
