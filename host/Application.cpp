@@ -22,26 +22,16 @@ struct Shade {
 };
 
 constexpr auto theDarkShades = std::to_array<Shade>({
-    {QPalette::Window, 0xFF2D2D30},
-    {QPalette::WindowText, 0xFFE6E6E6},
-    {QPalette::Base, 0xFF1E1E21},
-    {QPalette::AlternateBase, 0xFF28282B},
-    {QPalette::Text, 0xFFE6E6E6},
-    {QPalette::PlaceholderText, 0xFF9A9A9E},
-    {QPalette::Button, 0xFF3C3C40},
-    {QPalette::ButtonText, 0xFFE6E6E6},
-    {QPalette::BrightText, 0xFFFF7B72},
-    {QPalette::Light, 0xFF5A5A5F},
-    {QPalette::Midlight, 0xFF4A4A4F},
-    {QPalette::Mid, 0xFF28282B},
-    {QPalette::Dark, 0xFF1A1A1C},
-    {QPalette::Shadow, 0xFF0A0A0B},
-    {QPalette::Highlight, 0xFF2A6CB0},
-    {QPalette::HighlightedText, 0xFFFFFFFF},
-    {QPalette::Link, 0xFF7AB4FF},
-    {QPalette::LinkVisited, 0xFFB79CFF},
-    {QPalette::ToolTipBase, 0xFF3C3C40},
-    {QPalette::ToolTipText, 0xFFE6E6E6},
+    {QPalette::Window, 0xFF2D2D30},      {QPalette::WindowText, 0xFFE6E6E6},
+    {QPalette::Base, 0xFF1E1E21},        {QPalette::AlternateBase, 0xFF28282B},
+    {QPalette::Text, 0xFFE6E6E6},        {QPalette::PlaceholderText, 0xFF9A9A9E},
+    {QPalette::Button, 0xFF3C3C40},      {QPalette::ButtonText, 0xFFE6E6E6},
+    {QPalette::BrightText, 0xFFFF7B72},  {QPalette::Light, 0xFF5A5A5F},
+    {QPalette::Midlight, 0xFF4A4A4F},    {QPalette::Mid, 0xFF28282B},
+    {QPalette::Dark, 0xFF1A1A1C},        {QPalette::Shadow, 0xFF0A0A0B},
+    {QPalette::Highlight, 0xFF2A6CB0},   {QPalette::HighlightedText, 0xFFFFFFFF},
+    {QPalette::Link, 0xFF7AB4FF},        {QPalette::LinkVisited, 0xFFB79CFF},
+    {QPalette::ToolTipBase, 0xFF3C3C40}, {QPalette::ToolTipText, 0xFFE6E6E6},
 });
 constexpr QRgb theDisabledText = 0xFF8A8A8E;
 
