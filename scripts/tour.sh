@@ -152,6 +152,18 @@ click() {
     settle
 }
 
+# hover LEFT TOP: the pointer rests there until its tool tip comes up.
+hover() {
+    local deadline=$((SECONDS + 30)) before
+    before=$(maim -u -f bmp | cksum)
+    xdotool mousemove --window "$window" $(($1 * percent / 1500)) $(($2 * percent / 1500))
+    until [ "$(maim -u -f bmp | cksum)" != "$before" ]; do
+        [ $SECONDS -lt $deadline ] || fail "the tool tip did not come up"
+        sleep 0.05
+    done
+    settle
+}
+
 # on_page LEFT TOP: the element at that place of the tab that is open.
 on_page() { click $(($1 + 30 + 120)) $(($2 + 360 + 120)); }
 # at_bottom LEFT: the button at that place of the dialog's bottom row, whose height is fixed.
@@ -224,6 +236,17 @@ look_at_picker() {
     await "$dialog"
 }
 
+# A name that is longer than its column.
+look_at_tip() {
+    on_page 8280 7620
+    await "Добавление комплектов отчетности"
+    hover 3000 1695
+    picture tool-tip
+    press Escape
+    gone "Добавление комплектов отчетности"
+    await "$dialog"
+}
+
 look_at_pickers() {
     open_tab taxpayer
     on_page 420 180     # theIsTaxpayers
@@ -233,6 +256,7 @@ look_at_pickers() {
     open_tab accstream
     on_page 420 3300    # theIsAccStreamsList
     look_at_picker 8280 7620 "Добавление комплектов отчетности" pick-streams
+    look_at_tip
     open_tab template
     on_page 420 180     # theIsTemplate
     look_at_picker 8220 6420 "Добавление бланков отчетных документов" pick-forms

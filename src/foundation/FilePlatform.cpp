@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QFileIconProvider>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QWindow>
@@ -14,6 +15,10 @@
 namespace Vk_DocQuery {
 
 namespace {
+
+// Room for a long file name beside its size, kind and date.
+constexpr int theWidthInTwips = 12315;
+constexpr int theHeightInTwips = 7500;
 
 QString TextOf(const char *aBytes) {
     return aBytes ? QString::fromUtf8(aBytes) : QString();
@@ -55,6 +60,14 @@ QString ExtensionOf(const Filter &aFilter) {
                                       : plain.match(aFilter.Patterns.first()).captured(1);
 }
 
+/// Qt's own translations lack the word.
+class RussianFileTypes : public QFileIconProvider {
+public:
+    QString type(const QFileInfo &aFile) const override {
+        return aFile.isDir() ? QStringLiteral("Папка") : QFileIconProvider::type(aFile);
+    }
+};
+
 class FileDialog {
 public:
     FileDialog(OpenFileName &aRecord, bool aSave);
@@ -72,12 +85,16 @@ private:
     const OpenFileName &theRecord;
     bool theIsSave;
     QList<Filter> theFilters;
+    RussianFileTypes theTypes;
     QFileDialog theDialog;
 };
 
 FileDialog::FileDialog(OpenFileName &aRecord, bool aSave)
     : theRecord(aRecord), theIsSave(aSave), theFilters(FiltersOf(aRecord.lpstrFilter)) {
     SetOwner();
+    theDialog.setIconProvider(&theTypes);
+    theDialog.resize(theDialog.sizeHint().expandedTo(
+        QSize(PixelsFromTwips(theWidthInTwips), PixelsFromTwips(theHeightInTwips))));
     theDialog.setWindowTitle(TextOf(aRecord.lpstrTitle));
     theDialog.setAcceptMode(aSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     theDialog.setFileMode(Has(AllowMultiSelect) && !aSave ? QFileDialog::ExistingFiles
