@@ -6,7 +6,10 @@
 #include <QFileDialog>
 #include <QFileIconProvider>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QRegularExpression>
+#include <QSplitter>
+#include <QTreeView>
 #include <QWindow>
 
 #include "foundation/Application.h"
@@ -16,9 +19,10 @@ namespace Vk_DocQuery {
 
 namespace {
 
-// Room for a long file name beside its size, kind and date.
-constexpr int theWidthInTwips = 12315;
-constexpr int theHeightInTwips = 7500;
+// Twips.
+constexpr int theWidth = 12315;
+constexpr int theHeight = 7500;
+constexpr int thePlacesWidth = 2400;
 
 QString TextOf(const char *aBytes) {
     return aBytes ? QString::fromUtf8(aBytes) : QString();
@@ -76,6 +80,7 @@ public:
     qint32 FilterIndex() const;
 
 private:
+    void MakeRoom();
     void SetOwner();
     void SetPlace();
     QStringList ChosenFiles() const;
@@ -92,9 +97,7 @@ private:
 FileDialog::FileDialog(OpenFileName &aRecord, bool aSave)
     : theRecord(aRecord), theIsSave(aSave), theFilters(FiltersOf(aRecord.lpstrFilter)) {
     SetOwner();
-    theDialog.setIconProvider(&theTypes);
-    theDialog.resize(theDialog.sizeHint().expandedTo(
-        QSize(PixelsFromTwips(theWidthInTwips), PixelsFromTwips(theHeightInTwips))));
+    MakeRoom();
     theDialog.setWindowTitle(TextOf(aRecord.lpstrTitle));
     theDialog.setAcceptMode(aSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     theDialog.setFileMode(Has(AllowMultiSelect) && !aSave ? QFileDialog::ExistingFiles
@@ -115,6 +118,20 @@ FileDialog::FileDialog(OpenFileName &aRecord, bool aSave)
             theDialog.selectNameFilter(names[aRecord.nFilterIndex - 1]);
     }
     SetPlace();
+}
+
+/// Qt's own dialog is so small that it cuts off dates and names of folders. That of a desktop has
+/// none of these parts.
+void FileDialog::MakeRoom() {
+    theDialog.setIconProvider(&theTypes);
+    theDialog.resize(PixelsFromTwips(theWidth), PixelsFromTwips(theHeight));
+    if (auto *splitter = theDialog.findChild<QSplitter *>(QStringLiteral("splitter")))
+        splitter->setSizes({PixelsFromTwips(thePlacesWidth),
+                            PixelsFromTwips(theWidth) - PixelsFromTwips(thePlacesWidth)});
+    if (const auto *files = theDialog.findChild<QTreeView *>(QStringLiteral("treeView"))) {
+        files->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+        files->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    }
 }
 
 void FileDialog::SetOwner() {

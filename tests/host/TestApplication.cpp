@@ -1,5 +1,3 @@
-#include <cmath>
-
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QDir>
@@ -15,27 +13,13 @@
 #include <Vk_Records/Database.h>
 
 #include "Application.h"
+#include "support/Contrast.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"
 
 using namespace VkTests;
 
 namespace {
-
-double Luminance(const QColor &aColour) {
-    const auto linear = [](double aPart) {
-        return aPart <= 0.04045 ? aPart / 12.92 : std::pow((aPart + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(aColour.redF()) + 0.7152 * linear(aColour.greenF()) +
-           0.0722 * linear(aColour.blueF());
-}
-
-/// From 1, nothing to be seen, to 21, black on white.
-double Contrast(const QColor &aOne, const QColor &aOther) {
-    const double one = Luminance(aOne) + 0.05;
-    const double other = Luminance(aOther) + 0.05;
-    return std::max(one, other) / std::min(one, other);
-}
 
 QString Trouble(const QString &aReason) {
     return QStringLiteral("Не удалось открыть базу данных.\n\n") + aReason;

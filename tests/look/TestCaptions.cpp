@@ -29,6 +29,7 @@
 #include "dialog/DocQueryOptionsFrm.h"
 #include "foundation/mVkGraphLight.h"
 #include "picker/SelectObjectsForm.h"
+#include "support/Contrast.h"
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"
@@ -53,21 +54,6 @@ QPalette DarkPalette() {
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, role, QColor(90, 90, 90));
     return palette;
-}
-
-double Luminance(const QColor &aColour) {
-    const auto linear = [](double aPart) {
-        return aPart <= 0.04045 ? aPart / 12.92 : std::pow((aPart + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(aColour.redF()) + 0.7152 * linear(aColour.greenF()) +
-           0.0722 * linear(aColour.blueF());
-}
-
-/// From 1, nothing to be seen, to 21, black on white.
-double Contrast(const QColor &aOne, const QColor &aOther) {
-    const double one = Luminance(aOne) + 0.05;
-    const double other = Luminance(aOther) + 0.05;
-    return std::max(one, other) / std::min(one, other);
 }
 
 /// Measures what a window writes against the room that its elements give.
