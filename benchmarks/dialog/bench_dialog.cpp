@@ -9,6 +9,7 @@
 #include <QDialog>
 #include <QFrame>
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -116,7 +117,7 @@ Kind KindOf(const QWidget &aWidget, bool &rWhole) {
     if (qobject_cast<const QLineEdit *>(&aWidget)) return Kind::Line;
     if (qobject_cast<const QPushButton *>(&aWidget)) return Kind::Button;
     if (qobject_cast<const QToolButton *>(&aWidget)) return Kind::Tool;
-    if (qobject_cast<const QTreeView *>(&aWidget)) return Kind::Tree;
+    if (IsOf(aWidget, "ListView")) return Kind::Tree;
     if (qobject_cast<const QTabBar *>(&aWidget)) return Kind::TabBar;
     if (qobject_cast<const QLabel *>(&aWidget)) return Kind::Label;
     rWhole = false;
@@ -135,9 +136,10 @@ void Describe(const QWidget &aWidget, int aParent, std::vector<WidgetFacts> &rFa
     facts.Text = aWidget.property("text").toString();
     if (const auto *combo = qobject_cast<const QComboBox *>(&aWidget))
         facts.Editable = combo->isEditable();
-    if (const auto *tree = qobject_cast<const QTreeView *>(&aWidget)) {
-        for (int i = 0; i < tree->model()->columnCount(); ++i)
-            facts.Columns << tree->model()->headerData(i, Qt::Horizontal).toString();
+    if (facts.What == Kind::Tree) {
+        const QAbstractItemModel *columns = aWidget.findChild<QHeaderView *>()->model();
+        for (int i = 0; i < columns->columnCount(); ++i)
+            facts.Columns << columns->headerData(i, Qt::Horizontal).toString();
     }
     if (const auto *bar = qobject_cast<const QTabBar *>(&aWidget)) {
         for (int i = 0; i < bar->count(); ++i) facts.Columns << bar->tabText(i);

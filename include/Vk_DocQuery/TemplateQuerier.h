@@ -13,8 +13,7 @@ namespace Vk_DocQuery {
 /// need.
 class TemplateQuerier {
 public:
-    VK_DOCQUERY_EXPORT TemplateQuerier();
-    VK_DOCQUERY_EXPORT ~TemplateQuerier();
+    TemplateQuerier() = default;
     TemplateQuerier(const TemplateQuerier &) = delete;
     TemplateQuerier &operator=(const TemplateQuerier &) = delete;
 

@@ -20,9 +20,6 @@ QWidget *Owner() {
 
 }  // namespace
 
-TemplateQuerier::TemplateQuerier() = default;
-TemplateQuerier::~TemplateQuerier() = default;
-
 void TemplateQuerier::Execute() try {
     EnsureApplication();
     // A host that destroys the owner while the window is up takes the window with it.

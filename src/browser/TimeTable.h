@@ -20,7 +20,8 @@ public:
 
 private:
     static constexpr std::size_t Place(int aRow, int aColumn) {
-        return static_cast<std::size_t>((aRow + 1) * (theLastColumn + 1) + aColumn);
+        return static_cast<std::size_t>(aRow + 1) * (theLastColumn + 1) +
+               static_cast<std::size_t>(aColumn);
     }
     std::array<qint32, std::size_t{theLastRow + 2} * (theLastColumn + 1)> theCells{};
 };

@@ -8,7 +8,8 @@
 
 #include <Vk_DocQuery/Failure.h>
 
-#include "controls/ListViewModel.h"
+#include "controls/ListViewHeader.h"
+#include "controls/ListViewInterface.h"
 #include "controls/ListViewRows.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkGraphLight.h"
@@ -19,45 +20,37 @@ namespace {
 
 constexpr char theModule[] = "ListView";
 
-/// Selected runs of rows that assistive programs are told of; the marks themselves have no limit.
-constexpr int theMirroredRuns = 500;
-
 }  // namespace
 
 ListView::ListView(QWidget *aParent)
-    : QTreeView(aParent),
+    : QAbstractScrollArea(aParent),
       theRows(std::make_unique<ListViewRows>([this] { Changed(); })),
-      theModel(new ListViewModel(*this)) {
-    setModel(theModel);
-    setRootIsDecorated(false);
-    setItemsExpandable(false);
-    setIndentation(0);
-    setUniformRowHeights(true);
-    setAutoScroll(false);
-    setEditTriggers(NoEditTriggers);
-    setSelectionBehavior(SelectRows);
-    // The marks are kept with the rows, where they survive sorting; the view must not set its own.
-    setSelectionMode(NoSelection);
-    setVerticalScrollMode(ScrollPerItem);
-    setHorizontalScrollMode(ScrollPerPixel);
+      theHeader(new ListViewHeader(*this)) {
+    ListViewInterface::EnterFactory();
+    setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     viewport()->setMouseTracking(true);
     PrepareHeader();
+    PlaceHeader();
 }
 
-ListView::~ListView() = default;
+/// The header asks for the columns as long as it is there.
+ListView::~ListView() {
+    delete theHeader;
+}
 
 // ---- Columns
 
 void ListView::PrepareHeader() {
-    header()->setSectionsClickable(true);
-    header()->setSectionsMovable(false);
-    header()->setStretchLastSection(false);
-    header()->setMinimumSectionSize(1);
-    header()->setHighlightSections(false);
-    connect(header(), &QHeaderView::sectionClicked, this, &ListView::HeaderClicked);
-    connect(header(), &QHeaderView::sectionResized, this,
+    connect(theHeader, &QHeaderView::sectionClicked, this, &ListView::ClickHeader);
+    connect(theHeader, &QHeaderView::sectionHandleDoubleClicked, this, &ListView::FitColumn);
+    connect(theHeader, &QHeaderView::geometriesChanged, this, &ListView::PlaceHeader);
+    connect(theHeader, &QHeaderView::sectionResized, this,
             [this](int aPosition, int /*aOld*/, int aNew) { HeaderResized(aPosition, aNew); });
+}
+
+QHeaderView *ListView::header() const {
+    return theHeader;
 }
 
 void ListView::ClearColumns() {
@@ -75,7 +68,7 @@ int ListView::ColumnCount() const {
     return static_cast<int>(theColumns.size());
 }
 
-ListColumn ListView::Column(int aPosition) const {
+const ListColumn &ListView::Column(int aPosition) const {
     if (aPosition < 0 || aPosition >= ColumnCount()) {
         throw Failure(SubscriptOutOfRange, QStringLiteral("ListView"),
                       QStringLiteral("Индекс вне допустимого диапазона: %1.").arg(aPosition));
@@ -100,38 +93,41 @@ void ListView::SetColumnWidth(int aPosition, int aWidthTwips) {
     theColumns[static_cast<std::size_t>(aPosition)].Width = aWidthTwips;
     theColumnsBeingSet = true;
     const int pixels = PixelsFromTwips(aWidthTwips);
-    header()->setSectionHidden(aPosition, pixels < 1);
-    if (pixels > 0) header()->resizeSection(aPosition, pixels);
+    theHeader->setSectionHidden(aPosition, pixels < 1);
+    if (pixels > 0) theHeader->resizeSection(aPosition, pixels);
     theColumnsBeingSet = false;
 }
 
 void ListView::ApplyColumns() {
     theRows->SetExpectedCells(ColumnCount() - 1);
-    theModel->ResetColumns();
+    theHeader->ResetColumns();
     for (const ListColumn &column : theColumns) SetColumnWidth(column.Index - 1, column.Width);
-    MirrorSelection();
+    MeasureScrolling();
+    TellOfRows();
     Changed();
 }
 
-void ListView::HeaderClicked(int aPosition) try {
+void ListView::ClickHeader(int aPosition) try {
     ShowSortState();  // the header has turned its arrow by itself
     emit ColumnClick(Column(aPosition));
     ShowSortState();
 } catch (...) {
-    ReportErrorToUser(theModule, "HeaderClicked");
+    ReportErrorToUser(theModule, "ClickHeader");
 }
 
 void ListView::HeaderResized(int aPosition, int aPixels) {
     if (!theColumnsBeingSet && aPixels > 0 && aPosition < ColumnCount())
         theColumns[static_cast<std::size_t>(aPosition)].Width = TwipsFromPixels(aPixels);
+    MeasureScrolling();
+    viewport()->update();
 }
 
 void ListView::ShowSortState() {
     const bool shown = IsSorted() && SortKey() >= 0 && SortKey() < ColumnCount();
-    header()->setSortIndicatorShown(shown);
+    theHeader->setSortIndicatorShown(shown);
     if (shown)
-        header()->setSortIndicator(SortKey(),
-                                   SortOrder() == 1 ? Qt::DescendingOrder : Qt::AscendingOrder);
+        theHeader->setSortIndicator(SortKey(),
+                                    SortOrder() == 1 ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
 // ---- Rows
@@ -246,18 +242,21 @@ void ListView::EnsureVisible(ListRow *aRow) {
     const int position = PositionOf(aRow);
     if (position < 0) return;
     Flush();
-    const int across = horizontalScrollBar()->value();
-    scrollTo(theModel->index(position, 0), QAbstractItemView::EnsureVisible);
-    horizontalScrollBar()->setValue(across);
+    const int first = verticalScrollBar()->value();
+    const int whole = std::max(1, WholeRowsInSight());
+    if (position < first)
+        verticalScrollBar()->setValue(position);
+    else if (position >= first + whole)
+        verticalScrollBar()->setValue(position - whole + 1);
 }
 
 // ---- Places
 
 ListRow *ListView::HitTest(QPoint aPoint) const {
     const_cast<ListView *>(this)->Flush();
-    if (!viewport()->rect().contains(aPoint)) return nullptr;
-    const QModelIndex index = indexAt(aPoint);
-    return index.isValid() ? theRows->At(index.row()) : nullptr;
+    if (!viewport()->rect().contains(aPoint) || ColumnAt(aPoint.x()) < 0) return nullptr;
+    const int position = verticalScrollBar()->value() + aPoint.y() / RowHeight();
+    return position < RowCount() ? theRows->At(position) : nullptr;
 }
 
 ListRow *ListView::FirstVisible() const {
@@ -272,7 +271,66 @@ QRect ListView::RowRect(const ListRow *aRow) const {
     const_cast<ListView *>(this)->Flush();
     const int height = RowHeight();
     const int top = (position - verticalScrollBar()->value()) * height;
-    return QRect(-horizontalScrollBar()->value(), top, header()->length(), height);
+    return QRect(-horizontalScrollBar()->value(), top, theHeader->length(), height);
+}
+
+int ListView::ColumnAt(int aX) const {
+    return theHeader->logicalIndexAt(aX);
+}
+
+QRect ListView::CellRect(const ListRow *aRow, int aColumn) const {
+    const QRect row = RowRect(aRow);
+    if (row.isNull() || aColumn < 0 || aColumn >= ColumnCount() ||
+        theHeader->isSectionHidden(aColumn))
+        return QRect();
+    return QRect(theHeader->sectionViewportPosition(aColumn), row.top(),
+                 theHeader->sectionSize(aColumn), row.height());
+}
+
+int ListView::WholeRowsInSight() const {
+    return viewport()->height() / RowHeight();
+}
+
+/// The header stands above the rows and as wide as they.
+void ListView::PlaceHeader() {
+    if (theHeaderBeingPlaced) return;
+    theHeaderBeingPlaced = true;
+    const int height = theHeader->sizeHint().height();
+    setViewportMargins(0, height, 0, 0);
+    const QRect rows = viewport()->geometry();
+    theHeader->setGeometry(rows.left(), rows.top() - height, rows.width(), height);
+    MeasureScrolling();
+    theHeaderBeingPlaced = false;
+}
+
+/// The vertical bar counts rows, the horizontal one pixels.
+void ListView::MeasureScrolling() {
+    constexpr int theStepTwips = 300;
+    const int rows = WholeRowsInSight();
+    verticalScrollBar()->setPageStep(std::max(1, rows));
+    verticalScrollBar()->setRange(0, std::max(0, RowCount() - rows));
+    const int width = viewport()->width();
+    horizontalScrollBar()->setSingleStep(PixelsFromTwips(theStepTwips));
+    horizontalScrollBar()->setPageStep(width);
+    horizontalScrollBar()->setRange(0, std::max(0, theHeader->length() - width));
+    theHeader->setOffset(horizontalScrollBar()->value());
+}
+
+void ListView::resizeEvent(QResizeEvent *aEvent) {
+    Flush();
+    QAbstractScrollArea::resizeEvent(aEvent);
+    PlaceHeader();
+}
+
+void ListView::changeEvent(QEvent *aEvent) {
+    QAbstractScrollArea::changeEvent(aEvent);
+    if (aEvent->type() == QEvent::FontChange || aEvent->type() == QEvent::StyleChange)
+        PlaceHeader();
+}
+
+void ListView::scrollContentsBy(int /*aAcross*/, int /*aDown*/) {
+    theHeader->setOffset(horizontalScrollBar()->value());
+    viewport()->update();
 }
 
 // ---- The way of a change to the screen
@@ -284,56 +342,71 @@ void ListView::Changed() {
 }
 
 void ListView::Flush() try {
-    if (!theFlushPosted) return;
-    theFlushPosted = false;
-    FlushRows();
-    viewport()->update();
+    if (TakeChanges()) viewport()->update();
 } catch (...) {
     ReportErrorToUser(theModule, "Flush");
 }
 
-void ListView::FlushRows() {
+/// Brings order and scroll bars up to what the rows have become; false: nothing has changed.
+bool ListView::TakeChanges() {
+    if (!theFlushPosted) return false;
+    theFlushPosted = false;
     const ListViewRows::Change change = theRows->TakeChange();
     if (change.Rows) {
         const int down = change.Refilled ? 0 : verticalScrollBar()->value();
         static_cast<void>(theRows->Order());
         ShowSortState();
-        theModel->Refresh(RowCount());
-        TellAssistivePrograms();
-        executeDelayedItemsLayout();
+        MeasureScrolling();
         verticalScrollBar()->setValue(down);
+        TellOfRows();
     }
-    if (change.Rows || change.Selection) MirrorSelection();
+    if (change.Rows || change.Selection) TellOfSelection();
+    return true;
 }
 
-void ListView::TellAssistivePrograms() {
+void ListView::TellOfRows() {
     if (!QAccessible::isActive()) return;
     QAccessibleTableModelChangeEvent event(this, QAccessibleTableModelChangeEvent::ModelReset);
     QAccessible::updateAccessibility(&event);
 }
 
-/// The marks and the current row for assistive programs, which ask the selection model.
-void ListView::MirrorSelection() {
-    QItemSelection runs;
-    if (theRows->SelectedCount() > 0) {
-        const std::vector<int> &order = theRows->Order();
-        const int count = static_cast<int>(order.size());
-        const int lastColumn = std::max(0, ColumnCount() - 1);
-        for (int from = 0; from < count && runs.size() < theMirroredRuns; ++from) {
-            if (!theRows->IsSelected(order[static_cast<std::size_t>(from)])) continue;
-            int to = from;
-            while (to + 1 < count && theRows->IsSelected(order[static_cast<std::size_t>(to + 1)]))
-                ++to;
-            runs.append(
-                QItemSelectionRange(theModel->index(from, 0), theModel->index(to, lastColumn)));
-            from = to;
-        }
+/// Of the selection, and of the current row while the list has the focus.
+void ListView::TellOfSelection() {
+    if (!QAccessible::isActive()) return;
+    QAccessibleEvent selection(this, QAccessible::SelectionWithin);
+    QAccessible::updateAccessibility(&selection);
+    if (theRows->Current() < 0 || !hasFocus()) return;
+    QAccessibleEvent focus(this, QAccessible::Focus);
+    focus.setChild(ListViewInterface::ChildOf(*this, theRows->PositionOf(theRows->Current()), 0));
+    QAccessible::updateAccessibility(&focus);
+}
+
+/// Beyond a screenful a screen reader could not say them anyhow.
+void ListView::TellOfMarks(const std::vector<ListRow *> &aRows) {
+    constexpr std::size_t theMost = 100;
+    if (!QAccessible::isActive() || !theCheckBoxes || aRows.size() > theMost) return;
+    QAccessible::State checked;
+    checked.checked = true;
+    for (const ListRow *row : aRows) {
+        const int position = PositionOf(row);
+        if (position < 0) continue;
+        QAccessibleStateChangeEvent event(this, checked);
+        event.setChild(ListViewInterface::ChildOf(*this, position, 0));
+        QAccessible::updateAccessibility(&event);
     }
-    selectionModel()->select(runs, QItemSelectionModel::ClearAndSelect);
-    const int current = theRows->Current();
-    const QModelIndex index =
-        current < 0 ? QModelIndex() : theModel->index(theRows->PositionOf(current), 0);
-    selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+}
+
+QString ListView::SpokenText(const ListRow *aRow, int aColumn) const {
+    if (aColumn > 0) {
+        const QString &text = aRow->CellText(aColumn);
+        return text.isEmpty() && !aRow->CellIcon(aColumn).isEmpty() ? Column(aColumn).Caption
+                                                                    : text;
+    }
+    QStringList texts{aRow->Text()};
+    for (int column = 1; column < ColumnCount(); ++column)
+        if (Column(column).Width > 0) texts << SpokenText(aRow, column);
+    texts.removeAll(QString());
+    return texts.join(QStringLiteral("; "));
 }
 
 }  // namespace Vk_DocQuery

@@ -3,7 +3,8 @@
 #include <memory>
 #include <vector>
 
-#include <QTreeView>
+#include <QAbstractScrollArea>
+#include <QHeaderView>
 
 #include <Vk_DocQuery/Object.h>
 
@@ -11,7 +12,7 @@
 
 namespace Vk_DocQuery {
 
-class ListViewModel;
+class ListViewHeader;
 class ListViewRows;
 
 /// A column of a ListView. Column 0 is the first and shows the row's main text, picture and check
@@ -79,11 +80,11 @@ private:
 /// The list of all windows: rows with a key, a tag, a picture, cells, a check mark and a selected
 /// mark; a current row; sorting by a column; pictures by key; hit test.
 ///
-/// It is a thin model over a vector of rows. A fill makes no widget and no model item per row;
-/// texts are shared with whoever gave them; sort keys are made once per fill and column. Sorting is
-/// put off until somebody asks for the order or the list is painted, so that any number of changes
-/// costs one sort.
-class ListView : public QTreeView {
+/// A row is a line in a table and nothing more: a fill makes no widget, no model item and no place
+/// per row, for all rows have one height; texts are shared with whoever gave them; sort keys are
+/// made once per fill and column. Sorting is put off until somebody asks for the order or the list
+/// is painted, so that any number of changes costs one sort.
+class ListView : public QAbstractScrollArea {
     Q_OBJECT
 
 public:
@@ -96,10 +97,14 @@ public:
                    Qt::Alignment aAlignment = Qt::AlignLeft);
     int ColumnCount() const;
     /// aPosition counts from 0.
-    ListColumn Column(int aPosition) const;
+    const ListColumn &Column(int aPosition) const;
     /// Raises InvalidArgument if no column has the key.
     int ColumnPosition(const QString &aKey) const;
     void SetColumnWidth(int aPosition, int aWidthTwips);
+    /// As wide as the caption and the widest text in sight ask for, which is what two quick clicks
+    /// on the right edge of a header do.
+    void FitColumn(int aPosition);
+    QHeaderView *header() const;
 
     // Rows, in the order in which they stand at that moment.
     int RowCount() const;
@@ -137,7 +142,9 @@ public:
     /// Null shows no pictures. The list keeps the reference.
     void SetSmallIcons(std::shared_ptr<const ImageList> aPictures);
     void SetCheckBoxes(bool aOn);
+    bool HasCheckBoxes() const { return theCheckBoxes; }
     void SetMultiSelect(bool aOn);
+    bool HasMultiSelect() const { return theMultiSelect; }
 
     // Current row and selection. The current row is what the focus frame stands on; setting it by
     // SetSelectedItem also gives it the selected mark.
@@ -153,6 +160,24 @@ public:
     ListRow *HitTest(QPoint aPoint) const;
     ListRow *FirstVisible() const;
     QRect RowRect(const ListRow *aRow) const;
+    /// The position of the column at that distance from the left edge; -1: none.
+    int ColumnAt(int aX) const;
+    QRect CellRect(const ListRow *aRow, int aColumn) const;
+
+    // For those who neither see the list nor have a mouse.
+    /// Does what a click on the row does.
+    void ClickRow(ListRow *aRow);
+    /// Does what a click with Ctrl does on a row that is not selected.
+    void AddToSelection(ListRow *aRow);
+    /// Does what a click on the check box of the row does.
+    void ToggleRow(ListRow *aRow);
+    /// Makes the row the current one and gives the list the focus.
+    void FocusRow(ListRow *aRow);
+    /// Does what a click on the header of a column does.
+    void ClickHeader(int aPosition);
+    /// What a screen reader says of a cell: its text, or the name of the column if a picture stands
+    /// there alone. The first column, which often shows a picture alone, says the whole row.
+    QString SpokenText(const ListRow *aRow, int aColumn) const;
 
 signals:
     /// A header was clicked.
@@ -167,10 +192,6 @@ signals:
     /// The user changed a check mark.
     void ItemCheck(Vk_DocQuery::ListRow *aRow);
 
-public:
-    /// Letters do not move the current row.
-    void keyboardSearch(const QString &aText) override;
-
 protected:
     void keyPressEvent(QKeyEvent *aEvent) override;
     void mousePressEvent(QMouseEvent *aEvent) override;
@@ -181,24 +202,24 @@ protected:
     void focusOutEvent(QFocusEvent *aEvent) override;
     void paintEvent(QPaintEvent *aEvent) override;
     void resizeEvent(QResizeEvent *aEvent) override;
+    void changeEvent(QEvent *aEvent) override;
     bool viewportEvent(QEvent *aEvent) override;
-    void drawRow(QPainter *aPainter, const QStyleOptionViewItem &aOption,
-                 const QModelIndex &aIndex) const override;
+    void scrollContentsBy(int aAcross, int aDown) override;
 
 private:
-    friend class ListViewModel;
-
     void PrepareHeader();
+    void PlaceHeader();
+    void MeasureScrolling();
     void ApplyColumns();
     void ShowSortState();
-    void HeaderClicked(int aPosition);
     void HeaderResized(int aPosition, int aPixels);
 
     void Changed();
     void Flush();
-    void FlushRows();
-    void TellAssistivePrograms();
-    void MirrorSelection();
+    bool TakeChanges();
+    void TellOfRows();
+    void TellOfSelection();
+    void TellOfMarks(const std::vector<ListRow *> &aRows);
 
     void MoveCurrent(int aPosition, Qt::KeyboardModifiers aModifiers);
     void SelectByUser(int aPosition, Qt::KeyboardModifiers aModifiers);
@@ -210,19 +231,23 @@ private:
     void ShowTip(QPoint aPoint, QPoint aGlobal);
 
     int RowHeight() const;
+    int WholeRowsInSight() const;
     QRect CheckRect(const QRect &aCell) const;
     QRect TextRect(const QRect &aCell, int aColumn, bool aHasPicture) const;
-    void DrawFocusOnAll() const;
+    void DrawFocusOnAll(QPainter &aPainter) const;
+    void DrawRow(QPainter &aPainter, const QStyleOptionViewItem &aOption,
+                 const ListRow &aRow) const;
     void DrawCell(QPainter &aPainter, const QStyleOptionViewItem &aOption, const ListRow &aRow,
                   int aColumn) const;
 
     std::unique_ptr<ListViewRows> theRows;
-    ListViewModel *theModel = nullptr;
+    ListViewHeader *theHeader;
     std::vector<ListColumn> theColumns;
     std::shared_ptr<const ImageList> thePictures;
     bool theCheckBoxes = false;
     bool theMultiSelect = false;
     bool theColumnsBeingSet = false;
+    bool theHeaderBeingPlaced = false;
     bool theFlushPosted = false;
     bool thePressed = false;
 };

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScrollBar>
@@ -15,8 +14,6 @@ namespace Vk_DocQuery {
 namespace {
 constexpr char theModule[] = "ListView";
 }  // namespace
-
-void ListView::keyboardSearch(const QString & /*aText*/) {}
 
 void ListView::keyPressEvent(QKeyEvent *aEvent) try {
     Flush();
@@ -39,7 +36,7 @@ void ListView::keyPressEvent(QKeyEvent *aEvent) try {
 
 bool ListView::MoveByKey(const QKeyEvent &aEvent) {
     const int last = RowCount() - 1;
-    const int page = std::max(1, viewport()->height() / RowHeight() - 1);
+    const int page = std::max(1, WholeRowsInSight() - 1);
     const int present = theRows->Current() < 0 ? -1 : theRows->PositionOf(theRows->Current());
     int target = 0;
     switch (aEvent.key()) {
@@ -131,6 +128,7 @@ void ListView::ToggleCheck(const std::vector<int> &aNumbers, bool aChecked) {
         theRows->SetChecked(number, aChecked);
         changed.push_back(theRows->ByNumber(number));
     }
+    TellOfMarks(changed);
     for (ListRow *row : changed) emit ItemCheck(row);
 }
 
@@ -144,8 +142,7 @@ void ListView::mousePressEvent(QMouseEvent *aEvent) try {
         return;
     }
     if (thePressed && IsOnCheckBox(point)) {
-        theRows->SetCurrent(row->Number());
-        ToggleCheck({row->Number()}, !row->IsChecked());
+        ToggleRow(row);
         thePressed = false;
         return;
     }
@@ -176,7 +173,7 @@ void ListView::mouseDoubleClickEvent(QMouseEvent *aEvent) try {
     const QPoint point = aEvent->position().toPoint();
     ListRow *row = HitTest(point);
     if (row && IsOnCheckBox(point))
-        ToggleCheck({row->Number()}, !row->IsChecked());  // two quick clicks on a box turn it twice
+        ToggleRow(row);  // two quick clicks on a box turn it twice
     else
         emit DblClick();
 } catch (...) {
@@ -184,14 +181,46 @@ void ListView::mouseDoubleClickEvent(QMouseEvent *aEvent) try {
 }
 
 bool ListView::IsOnCheckBox(QPoint aPoint) const {
-    if (!theCheckBoxes) return false;
-    const QModelIndex index = indexAt(aPoint);
-    return index.isValid() && index.column() == 0 && CheckRect(visualRect(index)).contains(aPoint);
+    return theCheckBoxes && ColumnAt(aPoint.x()) == 0 &&
+           CheckRect(CellRect(HitTest(aPoint), 0)).contains(aPoint);
+}
+
+void ListView::ClickRow(ListRow *aRow) try {
+    SelectByUser(PositionOf(aRow), Qt::NoModifier);
+    emit ItemClick(aRow);
+    emit Click();
+} catch (...) {
+    ReportErrorToUser(theModule, "ClickRow");
+}
+
+void ListView::AddToSelection(ListRow *aRow) try {
+    if (aRow->IsSelected()) return;
+    SelectByUser(PositionOf(aRow), Qt::ControlModifier);
+    emit ItemClick(aRow);
+    emit Click();
+} catch (...) {
+    ReportErrorToUser(theModule, "AddToSelection");
+}
+
+void ListView::ToggleRow(ListRow *aRow) try {
+    theRows->SetCurrent(aRow->Number());
+    ToggleCheck({aRow->Number()}, !aRow->IsChecked());
+} catch (...) {
+    ReportErrorToUser(theModule, "ToggleRow");
+}
+
+void ListView::FocusRow(ListRow *aRow) try {
+    theRows->SetCurrent(aRow->Number());
+    EnsureVisible(aRow);
+    setFocus(Qt::OtherFocusReason);
+} catch (...) {
+    ReportErrorToUser(theModule, "FocusRow");
 }
 
 /// The focus alone makes no row the current one.
 void ListView::focusInEvent(QFocusEvent *aEvent) {
     QAbstractScrollArea::focusInEvent(aEvent);
+    TellOfSelection();
     viewport()->update();
 }
 

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
-#include <QHeaderView>
 #include <QHelpEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QToolTip>
 
 #include "controls/Colours.h"
+#include "controls/ListViewHeader.h"
 #include "controls/ListViewRows.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkGraphLight.h"
@@ -29,26 +29,37 @@ int PictureSize() {
 
 }  // namespace
 
-void ListView::paintEvent(QPaintEvent *aEvent) {
-    Flush();
-    QTreeView::paintEvent(aEvent);
-    // Without a current row the focus would not show.
-    if (theRows->Current() < 0 && hasFocus() && isActiveWindow()) DrawFocusOnAll();
-}
-
-void ListView::DrawFocusOnAll() const {
+/// A change that nobody has shown yet may touch more than what is to be painted.
+void ListView::paintEvent(QPaintEvent *aEvent) try {
+    if (TakeChanges() && !aEvent->rect().contains(viewport()->rect())) viewport()->update();
     QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::Highlight));
-    painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
+    QStyleOptionViewItem option;
+    option.initFrom(this);
+    option.font = font();
+    option.state.setFlag(QStyle::State_MouseOver, false);
+    option.state.setFlag(QStyle::State_HasFocus, false);
+    const int height = RowHeight();
+    const int first = verticalScrollBar()->value();
+    const int from = first + std::max(0, aEvent->rect().top()) / height;
+    const int last = std::min(first + aEvent->rect().bottom() / height, RowCount() - 1);
+    const int left = -horizontalScrollBar()->value();
+    for (int position = from; position <= last; ++position) {
+        option.rect = QRect(left, (position - first) * height, theHeader->length(), height);
+        DrawRow(painter, option, *theRows->At(position));
+    }
+    // Without a current row the focus would not show.
+    if (theRows->Current() < 0 && hasFocus() && isActiveWindow()) DrawFocusOnAll(painter);
+} catch (...) {
+    ReportErrorToUser(theModule, "paintEvent", QString(), UseRepeatLimit);
 }
 
-void ListView::resizeEvent(QResizeEvent *aEvent) {
-    Flush();
-    QTreeView::resizeEvent(aEvent);
+void ListView::DrawFocusOnAll(QPainter &aPainter) const {
+    aPainter.setPen(palette().color(QPalette::Highlight));
+    aPainter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
 }
 
 bool ListView::viewportEvent(QEvent *aEvent) {
-    if (aEvent->type() != QEvent::ToolTip) return QTreeView::viewportEvent(aEvent);
+    if (aEvent->type() != QEvent::ToolTip) return QAbstractScrollArea::viewportEvent(aEvent);
     const auto *help = static_cast<QHelpEvent *>(aEvent);
     try {
         ShowTip(help->pos(), help->globalPos());
@@ -60,20 +71,37 @@ bool ListView::viewportEvent(QEvent *aEvent) {
 
 /// The whole text of a cell that shows only a part of it.
 void ListView::ShowTip(QPoint aPoint, QPoint aGlobal) {
-    const ListRow *row = HitTest(aPoint);
-    const QModelIndex index = row ? indexAt(aPoint) : QModelIndex();
     QString tip;
-    if (index.isValid()) {
-        const int column = index.column();
+    QRect cell;
+    if (const ListRow *row = HitTest(aPoint)) {
+        const int column = ColumnAt(aPoint.x());
         const QString &text = column == 0 ? row->Text() : row->CellText(column);
         const bool picture = !(column == 0 ? row->Icon() : row->CellIcon(column)).isEmpty();
-        const QRect room = TextRect(visualRect(index), column, picture) & viewport()->rect();
+        cell = CellRect(row, column);
+        const QRect room = TextRect(cell, column, picture) & viewport()->rect();
         if (fontMetrics().horizontalAdvance(text) > room.width()) tip = text;
     }
     if (tip.isEmpty())
         QToolTip::hideText();
     else
-        QToolTip::showText(aGlobal, tip.toHtmlEscaped(), viewport(), visualRect(index));
+        QToolTip::showText(aGlobal, tip.toHtmlEscaped(), viewport(), cell);
+}
+
+/// Of many rows those in sight count, which are the ones that the user wants to read.
+void ListView::FitColumn(int aPosition) try {
+    int width = theHeader->sectionSizeHint(aPosition);
+    const int first = verticalScrollBar()->value();
+    const int last = std::min(first + WholeRowsInSight(), RowCount() - 1);
+    for (int position = first; position <= last; ++position) {
+        const ListRow *row = theRows->At(position);
+        const QString &text = aPosition == 0 ? row->Text() : row->CellText(aPosition);
+        const bool picture = !(aPosition == 0 ? row->Icon() : row->CellIcon(aPosition)).isEmpty();
+        const int beside = -TextRect(QRect(0, 0, 0, RowHeight()), aPosition, picture).width();
+        width = std::max(width, beside + fontMetrics().horizontalAdvance(text) + 1);
+    }
+    theHeader->resizeSection(aPosition, width);
+} catch (...) {
+    ReportErrorToUser(theModule, "FitColumn");
 }
 
 int ListView::RowHeight() const {
@@ -95,41 +123,35 @@ QRect ListView::TextRect(const QRect &aCell, int aColumn, bool aHasPicture) cons
                  QPoint(aCell.right() - theTextGap, aCell.bottom()));
 }
 
-void ListView::drawRow(QPainter *aPainter, const QStyleOptionViewItem &aOption,
-                       const QModelIndex &aIndex) const try {
-    if (aIndex.row() >= RowCount()) return;
-    const ListRow *row = theRows->At(aIndex.row());
+void ListView::DrawRow(QPainter &aPainter, const QStyleOptionViewItem &aOption,
+                       const ListRow &aRow) const {
     QStyleOptionViewItem option = aOption;
     const bool active = hasFocus() && isActiveWindow();
     const QPalette::ColorGroup group = !isEnabled() ? QPalette::Disabled
                                        : active     ? QPalette::Active
                                                     : QPalette::Inactive;
-    option.rect = QRect(header()->sectionViewportPosition(header()->logicalIndex(0)),
-                        aOption.rect.top(), header()->length(), aOption.rect.height());
-    const bool selected = row->IsSelected();
-    if (selected) aPainter->fillRect(option.rect, palette().brush(group, QPalette::Highlight));
-    aPainter->setPen(palette().color(group, selected ? QPalette::HighlightedText : QPalette::Text));
+    const bool selected = aRow.IsSelected();
+    if (selected) aPainter.fillRect(option.rect, palette().brush(group, QPalette::Highlight));
+    aPainter.setPen(palette().color(group, selected ? QPalette::HighlightedText : QPalette::Text));
     option.state.setFlag(QStyle::State_Selected, selected);
 
     const QRect shown = viewport()->rect();
     for (int column = 0; column < ColumnCount(); ++column) {
-        if (header()->isSectionHidden(column)) continue;
+        if (theHeader->isSectionHidden(column)) continue;
         QStyleOptionViewItem cell = option;
-        cell.rect.setLeft(header()->sectionViewportPosition(column));
-        cell.rect.setWidth(header()->sectionSize(column));
+        cell.rect.setLeft(theHeader->sectionViewportPosition(column));
+        cell.rect.setWidth(theHeader->sectionSize(column));
         if (cell.rect.left() <= shown.right() && cell.rect.right() >= shown.left())
-            DrawCell(*aPainter, cell, *row, column);
+            DrawCell(aPainter, cell, aRow, column);
     }
-    if (theRows->Current() == row->Number() && active) {
+    if (theRows->Current() == aRow.Number() && active) {
         QStyleOptionFocusRect focus;
         focus.QStyleOption::operator=(option);
         focus.state |= QStyle::State_KeyboardFocusChange | QStyle::State_HasFocus;
         focus.backgroundColor =
             palette().color(group, selected ? QPalette::Highlight : QPalette::Base);
-        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, aPainter, this);
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &aPainter, this);
     }
-} catch (...) {
-    ReportErrorToUser(theModule, "drawRow", QString(), UseRepeatLimit);
 }
 
 void ListView::DrawCell(QPainter &aPainter, const QStyleOptionViewItem &aOption,

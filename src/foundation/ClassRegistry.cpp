@@ -33,7 +33,7 @@ SplashWindow::~SplashWindow() = default;
 void ClassRegistry::Register(const QString &aClass, Factory aFactory) {
     Classes &classes = TheClasses();
     const std::lock_guard lock(classes.theLock);
-    classes.theFactories.insert(aClass.toCaseFolded(), std::move(aFactory));
+    classes.theFactories.emplace(aClass.toCaseFolded(), std::move(aFactory));
 }
 
 void ClassRegistry::Unregister(const QString &aClass) {

@@ -1,5 +1,6 @@
 #include "foundation/FilePlatform.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include <QDir>
@@ -160,10 +161,9 @@ void FileDialog::SetPlace() {
 
 QStringList FileDialog::Ask() {
     while (theDialog.exec() == QDialog::Accepted) {
-        const QStringList files = ChosenFiles();
-        bool allowed = !files.isEmpty();
-        for (const QString &file : files) allowed = allowed && IsAllowed(file);
-        if (allowed) return files;
+        QStringList files = ChosenFiles();
+        const auto isAllowed = [this](const QString &file) { return IsAllowed(file); };
+        if (!files.isEmpty() && std::all_of(files.cbegin(), files.cend(), isAllowed)) return files;
     }
     return {};
 }

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "foundation/mErrorHandling.h"
 #include "query/Fields.h"
 #include "queryfile/mVkXmlToolsErr.h"
@@ -179,7 +181,7 @@ XmlNode RootOf(const XmlNode &aNode) {
 }  // namespace
 
 bool VkDocQueryData::ReadFromXmlFile(const QString &aFileName) try {
-    const QString name = aFileName;  // may be the very field that is cleared here
+    QString name = aFileName;  // may be the very field that is cleared here
     LastError.clear();
     FileName.clear();
     XmlDocument document;
@@ -188,7 +190,7 @@ bool VkDocQueryData::ReadFromXmlFile(const QString &aFileName) try {
         return false;
     }
     if (!ReadFromXml(document.Node())) return false;
-    FileName = name;
+    FileName = std::move(name);
     return true;
 } catch (...) {
     RaiseErrorUp(theModule, "ReadFromXmlFile");

@@ -103,7 +103,7 @@ QString ReadFileBytes(const QString &aFileName, qint64 aLargest, QByteArray &rBy
         return ReasonNotOpened(file, errno);
     const auto tooLarge = [=] {
         return QStringLiteral("Файл слишком велик: допускается не более %1 МБ.")
-            .arg(aLargest / (1024 * 1024));
+            .arg(aLargest / (qint64{1024} * 1024));
     };
     const qint64 size = info.size();
     if (size > aLargest) return tooLarge();

@@ -44,7 +44,7 @@ struct XmlParseError {
 class XmlDocument {
 public:
     /// Largest file that is read.
-    static constexpr qint64 theLargestSize = 64 * 1024 * 1024;
+    static constexpr qint64 theLargestSize = qint64{64} * 1024 * 1024;
 
     /// False leaves the cause in ParseError.
     bool Load(const QString &aFileName);

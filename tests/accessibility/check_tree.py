@@ -34,7 +34,7 @@ PAGES = {
         ("check box", "Список налогоплательщиков"),
         ("radio button", "Конкретные налогоплательщики"),
         ("radio button", "Обособленные подразделения, чьей головной организацией является ..."),
-        ("tree", "Список налогоплательщиков"),
+        ("table", "Список налогоплательщиков"),
         ("table column header", "ИНН"),
         ("table column header", "КПП"),
         ("table column header", "Наименование/ ФИО"),
@@ -61,7 +61,7 @@ PAGES = {
         ("text", "Код второго контр. органа начинается на..."),
         ("label", "(можно указывать несколько кодов, разделяя их пробелами или запятыми)"),
         ("check box", "Список конкретных комплектов отчетности"),
-        ("tree", "Список конкретных комплектов отчетности"),
+        ("table", "Список конкретных комплектов отчетности"),
         ("table column header", "Название"),
         ("table column header", "К.орг."),
         ("push button", "Добавить ..."),
@@ -88,7 +88,7 @@ PAGES = {
         ("check box", "Список отчетных форм (бланков)"),
         ("radio button", "Наименование отчетной формы"),
         ("radio button", "Наименование и версия бланка"),
-        ("tree", "Список отчетных форм (бланков)"),
+        ("table", "Список отчетных форм (бланков)"),
         ("table column header", "Наименование"),
         ("push button", "Добавить ..."),
         ("push button", "Удалить"),
@@ -151,7 +151,7 @@ FORMS = ["Декларация по налогу на прибыль", "Декл
 PICKER_TITLE = "Добавление налогоплательщиков, сдающих отчетность"
 PICKER = [
     ("text", "Фильтр:"),
-    ("tree", "Объекты, которые можно добавить"),
+    ("table", "Объекты, которые можно добавить"),
     ("push button", "Пометить всё"),
     ("push button", "Снять все отметки"),
     ("push button", "Пометить выделенные"),
@@ -166,10 +166,10 @@ BROWSER_TIMES = "Отчетные периоды, в которых доступ
 BROWSER = [
     ("label", "1. Наберите буквы названия отчетной формы или цифры КНД:"),
     ("text", "Фильтр:"),
-    ("tree", BROWSER_LIST),
+    ("table", BROWSER_LIST),
     ("table column header", "КНД"),
     ("text", "Комплекты отчетности, в которых доступна указанная отчетная форма:"),
-    ("tree", BROWSER_TIMES),
+    ("table", BROWSER_TIMES),
     ("table column header", "Янв"),
     ("push button", "Закрыть"),
 ]
@@ -316,7 +316,7 @@ def check_there(parent, wanted):
             fault(f'"{parent.name}" has no {entry[0]} "{entry[1]}"')
 
 
-INPUTS = {"push button", "check box", "radio button", "text", "combo box", "tree", "page tab", "list"}
+INPUTS = {"push button", "check box", "radio button", "text", "combo box", "table", "page tab", "list"}
 
 
 def check_all_are_named(parent):
@@ -380,7 +380,20 @@ def check_pages(dialog):
             check_combos(dialog)
 
 
+def label_of(element):
+    """What a screen reader says before the value of an element that is named by it."""
+    for relation in element.getRelationSet():
+        if relation.getRelationType() == pyatspi.RELATION_LABELLED_BY:
+            return relation.getTarget(0).name
+    return None
+
+
 def check_combos(dialog):
+    for combo in (e for e in walk(dialog) if e.getRoleName() == "combo box"):
+        # What has the focus is the line of a combo that can be typed in.
+        lines = [part.name for part in combo if part.getRoleName() == "text"]
+        if (lines or [label_of(combo)]) != [combo.description.split(", ")[1]]:
+            fault(f'the combo "{combo.description}" is called {lines or label_of(combo)}')
     have = sorted(e.description for e in walk(dialog) if e.getRoleName() == "combo box")
     if have != sorted(COMBOS):
         fault(f"the combos are described as {have}")
@@ -422,7 +435,7 @@ def rows_of(tree):
 
 
 def check_rows(window, list_name, wanted):
-    tree = one(window, "tree", list_name)
+    tree = one(window, "table", list_name)
     until(f'rows in "{list_name}"', lambda: rows_of(tree))
     said = [row.name for row in rows_of(tree)]
     if said != wanted:
@@ -455,21 +468,77 @@ def check_picker(dialog):
     picker = window(PICKER_TITLE)
     check_there(picker, PICKER)
     check_all_are_named(picker)
-    tree = one(picker, "tree", "Объекты, которые можно добавить")
+    tree = one(picker, "table", "Объекты, которые можно добавить")
     rows = until("rows to choose from", lambda: rows_of(tree))
     if any(row.name in TAXPAYERS or row.name.count("; ") < 1 for row in rows):
         fault(f"the offer is said as {[row.name for row in rows]}")
+    check_sorting(picker, tree)
+    check_marks(picker, tree)
     press(picker, "push button", "Пометить всё")
     until("the marks", lambda: all(is_checked(row) for row in rows_of(tree)))
-    chosen = rows[-1].name
+    chosen = rows_of(tree)[-1].name
     write(one(picker, "text", "Фильтр:"), chosen.split("; ")[0])
     until("the filtered rows", lambda: [row.name for row in rows_of(tree)] == [chosen])
     press(picker, "push button", "OK")
     gone(PICKER_TITLE)
-    listed = one(dialog, "tree", "Список налогоплательщиков")
+    listed = one(dialog, "table", "Список налогоплательщиков")
     # Of the head organisation the two lists show different names.
     begin = "; ".join(chosen.split("; ")[:3])
-    until("the chosen taxpayer in the list", lambda: [row for row in rows_of(listed) if row.name.startswith(begin)])
+    added = until("the chosen taxpayer in the list", lambda: [r for r in rows_of(listed) if r.name.startswith(begin)])
+    check_selection(dialog, listed, added[0].name)
+
+
+def has(element, state):
+    return element.getState().contains(state)
+
+
+def check_sorting(picker, tree):
+    """A press on a header sorts up, the next one down, and the third gives the first order back."""
+    offered = [row.name for row in rows_of(tree)]
+    header = one(picker, "table column header", "Наименование/ФИО")
+    orders = []
+    for _ in range(3):
+        before = [row.name for row in rows_of(tree)]
+        act(header, "Press")
+        orders.append(until("another order", lambda: (now := [r.name for r in rows_of(tree)]) != before and now))
+        header = one(picker, "table column header", "Наименование/ФИО")
+    if len(set(map(tuple, orders))) != 3 or orders[2] != offered or any(sorted(o) != sorted(offered) for o in orders):
+        fault("pressing a header does not sort up, down and back")
+
+
+def check_marks(picker, tree):
+    """A row is marked and made the current one by what it offers itself."""
+    rows = rows_of(tree)
+    act(rows[2], "Toggle")
+    until("the mark of one row", lambda: [is_checked(row) for row in rows_of(tree)].count(True) == 1)
+    if not is_checked(rows_of(tree)[2]):
+        fault("another row than the toggled one is marked")
+    act(rows[3], "SetFocus")
+    until("the focus on a row", lambda: has(rows_of(tree)[3], pyatspi.STATE_FOCUSED))
+    act(rows[2], "Toggle")
+    until("the mark to go", lambda: not any(is_checked(row) for row in rows_of(tree)))
+
+
+def check_selection(dialog, listed, added):
+    """Rows are selected and let go; what is selected is deleted, and nothing else."""
+
+    def selected():
+        return [row.name for row in rows_of(listed) if has(row, pyatspi.STATE_SELECTED)]
+
+    names = [row.name for row in rows_of(listed)]
+    if selected() != [added]:
+        fault(f"after the add {selected()} is selected")
+    table = listed.queryTable()
+    table.removeRowSelection(names.index(added))
+    until("the selection to go", lambda: not selected())
+    table.addRowSelection(1)
+    table.addRowSelection(2)
+    until("two selected rows", lambda: selected() == names[1:3])
+    act(rows_of(listed)[names.index(added)], "Press")
+    until("one selected row", lambda: selected() == [added])
+    press(dialog, "push button", "Удалить")
+    press(window("Удаление из списка"), "push button", "Да")
+    until("the row to go", lambda: [row.name for row in rows_of(listed)] == [name for name in names if name != added])
 
 
 def check_browser(host):
@@ -482,15 +551,30 @@ def check_browser(host):
     browser = window(BROWSER_TITLE)
     check_there(browser, BROWSER)
     check_all_are_named(browser)
-    tree = one(browser, "tree", BROWSER_LIST)
+    tree = one(browser, "table", BROWSER_LIST)
     all_forms = len(rows_of(tree))
     write(one(browser, "text", "Фильтр:"), "прибыль")
     until("the filtered forms", lambda: 0 < len(rows_of(tree)) < all_forms)
     for row in rows_of(tree):
         if "прибыль" not in row.name.lower():
             fault(f'the filter leaves the form "{row.name}"')
+    check_periods(browser, tree)
     press(browser, "push button", "Закрыть")
     gone(BROWSER_TITLE)
+
+
+def check_periods(browser, tree):
+    """A form is chosen by its row, and a year says the periods whose pictures stand in it."""
+    times = one(browser, "table", BROWSER_TIMES)
+    if rows_of(times):
+        fault("there are periods before a form is chosen")
+    act(rows_of(tree)[0], "Press")
+    said = until("the periods", lambda: [row.name for row in rows_of(times)])
+    captions = [part.name for part in times if part.getRoleName() == "table column header"]
+    for row in said:
+        year, *periods = row.split("; ")
+        if not (year.isdigit() and len(year) == 4 and periods and set(periods) <= set(captions)):
+            fault(f'a year of periods is said as "{row}"')
 
 
 def everything(element):

@@ -72,13 +72,6 @@ void OpenBrowser::ClickForm(double aID) {
     QTest::mouseClick(List.viewport(), Qt::LeftButton, {}, QPoint(60, place.center().y()));
 }
 
-void TypeInto(QWidget &aWidget, const QString &aText) {
-    for (const QChar typed : aText) {
-        const auto key = static_cast<Qt::Key>(typed.toUpper().unicode());
-        QTest::sendKeyEvent(QTest::Click, &aWidget, key, QString(typed), Qt::NoModifier);
-    }
-}
-
 QString Chain(const QStringList &aProcs, const QString &aRest) {
     QString chain;
     for (const QString &proc : aProcs)

@@ -37,9 +37,6 @@ struct OpenBrowser {
     QPushButton &Close;
 };
 
-/// Presses and releases the keys that type the text.
-void TypeInto(QWidget &aWidget, const QString &aText);
-
 /// The text of a box that shows a failure which went up through these procedures of the browser,
 /// outermost first.
 QString Chain(const QStringList &aProcs, const QString &aRest);

@@ -2,6 +2,7 @@
 #include <QTest>
 
 #include "OpenBrowser.h"
+#include "support/Keys.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
@@ -218,7 +219,7 @@ private slots:
     void LettersTypedInTheListGoToTheFilter() {
         OpenBrowser browser;
         browser.List.setFocus();
-        TypeInto(browser.List, QStringLiteral("абв"));
+        TypeText(&browser.List, QStringLiteral("абв"));
         QCOMPARE(browser.Filter.text(), QStringLiteral("абв"));
         QCOMPARE(browser.Listed(), QStringList{QStringLiteral("_1")});
         QCOMPARE(browser.List.SelectedItem(), nullptr);
@@ -262,7 +263,7 @@ private slots:
         OpenBrowser browser;
         QApplication::clipboard()->setText(QStringLiteral("аб"));
         QTest::keyClick(&browser.Filter, Qt::Key_V, Qt::ControlModifier);
-        TypeInto(browser.Filter, QStringLiteral("г"));
+        TypeText(&browser.Filter, QStringLiteral("г"));
         QCOMPARE(browser.Filter.text(), QStringLiteral("абг"));
         QCOMPARE(browser.Listed(), QStringList{QStringLiteral("_2")});
     }

@@ -5,6 +5,7 @@
 
 #include "foundation/Clock.h"
 #include "OpenBrowser.h"
+#include "support/Keys.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"
 
@@ -130,7 +131,7 @@ private slots:
     /// The needle is found in a name that is not shown.
     void MatchOnALaterNameShowsTheFirst() {
         OpenBrowser browser;
-        TypeInto(browser.Filter, QStringLiteral("прежняя"));
+        TypeText(&browser.Filter, QStringLiteral("прежняя"));
         QCOMPARE(browser.Listed(), QStringList{QStringLiteral("_21")});
         QCOMPARE(browser.List.Row(0)->CellText(3),
                  QStringLiteral("Налоговая декларация по налогу на добавленную стоимость"));
@@ -171,7 +172,7 @@ private slots:
         QCOMPARE(counter.Calls[theNames], 3);
         QCOMPARE(counter.Calls[theAvailability], 0);
         counter.Calls.clear();
-        TypeInto(browser.Filter, QStringLiteral("прибыль"));
+        TypeText(&browser.Filter, QStringLiteral("прибыль"));
         QCOMPARE(counter.Calls[QStringLiteral("GetTemplates")], 0);
         QCOMPARE(counter.Calls[theNames], 0);
         QCOMPARE(counter.Calls[theAvailability], 0);
@@ -204,7 +205,7 @@ private slots:
         browser.ClickForm(21);
         QCOMPARE(browser.Times.RowCount(), 8);
         QVERIFY(!browser.Cats.Text().isEmpty());
-        TypeInto(browser.List, QStringLiteral("н"));
+        TypeText(&browser.List, QStringLiteral("н"));
         QCOMPARE(browser.List.SelectedItem(), nullptr);
         QCOMPARE(browser.Times.RowCount(), 0);
         QCOMPARE(browser.Times.ColumnCount(), 23);
@@ -300,7 +301,7 @@ private slots:
         OpenBrowser browser;
         browser.List.EnsureVisible(browser.List.Row(302));
         QVERIFY(browser.List.FirstVisible() != browser.List.Row(0));
-        TypeInto(browser.Filter, QStringLiteral("форма"));
+        TypeText(&browser.Filter, QStringLiteral("форма"));
         QCOMPARE(browser.List.RowCount(), 300);
         QCOMPARE(browser.List.FirstVisible(), browser.List.Row(0));
     }

@@ -1,3 +1,5 @@
+#include <QAccessible>
+#include <QApplication>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QScrollBar>
@@ -341,6 +343,78 @@ private slots:
         QVERIFY(!header->isSortIndicatorShown());
     }
 
+    void AssistiveProgramsDoWhatTheMouseDoes() {
+        Shown shown;
+        QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&shown.List);
+        QAccessibleTableInterface *table = face->tableInterface();
+        const auto act = [&](QAccessibleInterface *aPart, const QString &aAction) {
+            QVERIFY(aPart->actionInterface()->actionNames().contains(aAction));
+            aPart->actionInterface()->doAction(aAction);
+        };
+        act(table->cellAt(2, 1), QAccessibleActionInterface::pressAction());
+        QCOMPARE(shown.Selected(), QStringLiteral("_3"));
+        QCOMPARE(shown.TakeEvents(), QStringLiteral("item _3, click"));
+        act(table->cellAt(4, 0), QAccessibleActionInterface::toggleAction());
+        QCOMPARE(shown.Checked(), QStringLiteral("_5"));
+        QCOMPARE(shown.Current(), QStringLiteral("_5"));
+        QCOMPARE(shown.TakeEvents(), QStringLiteral("check _5"));
+        QVERIFY(table->cellAt(4, 0)->state().checked);
+        QVERIFY(!table->cellAt(3, 0)->state().checked);
+        QVERIFY(!table->cellAt(4, 1)->actionInterface()->actionNames().contains(
+            QAccessibleActionInterface::toggleAction()));
+        act(table->cellAt(19, 0), QAccessibleActionInterface::setFocusAction());
+        QCOMPARE(shown.Current(), QStringLiteral("_20"));
+        QCOMPARE(shown.Selected(), QStringLiteral("_3"));
+        QVERIFY(shown.List.viewport()->rect().contains(
+            shown.List.RowRect(shown.List.Row(19)).center()));
+        QVERIFY(table->cellAt(19, 0)->state().focused);
+        QCOMPARE(face->focusChild(), table->cellAt(19, 0));
+
+        QVERIFY(table->selectRow(0));
+        QCOMPARE(shown.Selected(), QStringLiteral("_1 _3"));
+        QVERIFY(table->selectRow(0));  // stays
+        QCOMPARE(shown.Selected(), QStringLiteral("_1 _3"));
+        QVERIFY(table->unselectRow(2));
+        QVERIFY(!table->unselectRow(2));
+        QVERIFY(!table->selectRow(20));
+        QCOMPARE(shown.Selected(), QStringLiteral("_1"));
+
+        QSignalSpy columns(&shown.List, &ListView::ColumnClick);
+        act(face->child(1), QAccessibleActionInterface::pressAction());
+        QCOMPARE(columns.size(), 1);
+        QCOMPARE(columns.at(0).at(0).value<ListColumn>().Index, 2);
+
+        shown.List.setEnabled(false);
+        shown.TakeEvents();
+        table->cellAt(5, 0)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        face->child(1)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QVERIFY(!table->selectRow(5));
+        QCOMPARE(shown.Selected(), QStringLiteral("_1"));
+        QCOMPARE(shown.TakeEvents(), QString());
+        QCOMPARE(columns.size(), 1);
+    }
+
+    void AssistiveSelectionOfOneRowTakesTheOtherAway() {
+        Shown shown(false, false);
+        QAccessibleTableInterface *table =
+            QAccessible::queryAccessibleInterface(&shown.List)->tableInterface();
+        QVERIFY(table->selectRow(1));
+        QVERIFY(table->selectRow(4));
+        QCOMPARE(shown.Selected(), QStringLiteral("_5"));
+        QCOMPARE(shown.TakeEvents(), QStringLiteral("item _2, click, item _5, click"));
+        QVERIFY(!table->cellAt(4, 0)->actionInterface()->actionNames().contains(
+            QAccessibleActionInterface::toggleAction()));
+    }
+
+    void WheelScrollsRows() {
+        Shown shown;
+        const QPoint place = shown.PlaceOf(2);
+        QWheelEvent wheel(place, shown.List.viewport()->mapToGlobal(place), QPoint(),
+                          QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(shown.List.viewport(), &wheel);
+        QCOMPARE(shown.List.FirstVisible(), shown.List.Row(QApplication::wheelScrollLines()));
+    }
+
     void FailingHandlerIsShownAndGoesNoFurther() {
         Shown shown;
         connect(&shown.List, &ListView::ColumnClick, &shown.List, [](const ListColumn &) {
@@ -348,7 +422,7 @@ private slots:
         });
         ModalDriver driver;
         driver.ExpectBox(QStringLiteral("Сбой программы"),
-                         QStringLiteral("[Vk_DocQuery::ListView.HeaderClicked]\r\n[S]\r\nD"),
+                         QStringLiteral("[Vk_DocQuery::ListView.ClickHeader]\r\n[S]\r\nD"),
                          QStringLiteral("OK"));
         const QHeaderView *header = shown.List.header();
         QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::NoModifier,

@@ -109,6 +109,7 @@ private slots:
                 text += letters[qsizetype(random() % 4)];
             return text;
         };
+        objects.reserve(300);
         for (int i = 0; i < 300; ++i) objects.push_back({word(40), word(40), word(100)});
         const SearchTexts texts = Made(objects);
         int finds = 0;

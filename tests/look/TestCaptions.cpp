@@ -18,12 +18,12 @@
 #include <QTabBar>
 #include <QTest>
 #include <QTextLayout>
-#include <QTreeView>
 
 #include "browser/TemplateQuerierForm.h"
 #include "controls/Colours.h"
 #include "controls/DateBox.h"
 #include "controls/Frame.h"
+#include "controls/ListView.h"
 #include "controls/NumberBox.h"
 #include "controls/ScrollBox.h"
 #include "dialog/DocQueryOptionsFrm.h"
@@ -86,7 +86,7 @@ private:
             return Line(*box, QStringLiteral("10000"));
         if (const auto *line = qobject_cast<const QLineEdit *>(&aElement))
             return Line(*line, QStringLiteral("Щ"));
-        if (const auto *list = qobject_cast<const QTreeView *>(&aElement)) return List(*list);
+        if (const auto *list = qobject_cast<const ListView *>(&aElement)) return List(*list);
         if (const auto *box = qobject_cast<const QScrollArea *>(&aElement)) return Scrolled(*box);
     }
 
@@ -205,18 +205,17 @@ private:
         Need(aLine, aText, QSizeF(Width(aLine, aText), InkHeight(aLine)), room);
     }
 
-    void List(const QTreeView &aList) {
+    void List(const ListView &aList) {
         const QHeaderView &header = *aList.header();
         for (int i = 0; i < header.count(); ++i) {
             if (header.isSectionHidden(i)) continue;
-            const QString text = aList.model()->headerData(i, Qt::Horizontal).toString();
+            const QString text = aList.Column(i).Caption;
             // A column of a pixel or two only carries what the list sorts by.
             if (header.sectionSize(i) < PixelsFromTwips(100)) continue;
             Need(header, text, QSizeF(Width(header, text), InkHeight(header)),
                  QSizeF(header.sectionSize(i) - 2, header.height()));
         }
-        const int row = aList.sizeHintForRow(0);
-        if (row >= 0 && row < InkHeight(aList))
+        if (aList.RowCount() > 0 && aList.RowRect(aList.Row(0)).height() < InkHeight(aList))
             Fault(aList, QStringLiteral("the rows are too low"));
     }
 

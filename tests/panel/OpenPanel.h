@@ -79,9 +79,10 @@ inline QString Keys(const ListView &aList) {
     return keys.join(u' ');
 }
 
-inline std::shared_ptr<RecordCollection> Records(std::vector<std::shared_ptr<Record>> aRecords) {
+inline std::shared_ptr<RecordCollection> Records(
+    const std::vector<std::shared_ptr<Record>> &aRecords) {
     auto collection = std::make_shared<RecordCollection>();
-    for (auto &record : aRecords) collection->Add(record);
+    for (const auto &record : aRecords) collection->Add(record);
     return collection;
 }
 

@@ -28,6 +28,7 @@ QString SelectedKeys(const ListView &aList) {
 
 std::vector<Object *> TagsOf(const ListView &aList) {
     std::vector<Object *> tags;
+    tags.reserve(static_cast<std::size_t>(aList.RowCount()));
     for (int i = 0; i < aList.RowCount(); ++i) tags.push_back(aList.Row(i)->Tag().get());
     return tags;
 }

@@ -37,7 +37,7 @@ int MainOrgWidth(const OpenPanel &aPanel) {
 QString Cells(const ListRow &aRow) {
     QStringList cells;
     for (int i = 1; i <= aRow.CellCount(); ++i) {
-        const QString icon = aRow.CellIcon(i);
+        const QString &icon = aRow.CellIcon(i);
         cells << (icon.isEmpty() ? aRow.CellText(i) : aRow.CellText(i) + u'{' + icon + u'}');
     }
     return cells.join(u'|');

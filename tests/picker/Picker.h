@@ -12,6 +12,8 @@
 #include <Vk_DocQuery/Records.h>
 
 #include "controls/ListView.h"
+#include "picker/SelectObjectsForm.h"
+#include "support/Keys.h"
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"
 
@@ -47,11 +49,9 @@ public:
     void Press(Qt::Key aKey, Qt::KeyboardModifiers aModifiers = Qt::NoModifier) const {
         QTest::keyClick(Focused(), aKey, aModifiers);
     }
-    /// Letters for the element that has the focus.
+    /// Letters, each for the element that has the focus by then.
     void Type(const QString &aText) const {
-        for (const QChar letter : aText)
-            QTest::sendKeyEvent(QTest::Click, Focused(), Qt::Key(letter.toUpper().unicode()),
-                                QString(letter), Qt::NoModifier);
+        for (const QChar letter : aText) TypeText(Focused(), letter);
     }
     void Click(const char *aButton) const { QTest::mouseClick(&Button(aButton), Qt::LeftButton); }
     void ClickHeader(int aColumn) const {
@@ -103,6 +103,14 @@ inline QString KeysOf(const std::shared_ptr<Vk_DocQuery::RecordCollection> &aRec
     QStringList keys;
     for (const auto &record : *aRecords) keys << Vk_DocQuery::ObjectKey(record->ID());
     return keys.join(u' ');
+}
+
+/// Runs the picker over taxpayers and gives the keys of the result, or what went otherwise.
+inline QString Chosen(const std::function<void(ModalDriver &, Picker &)> &aWork) {
+    ModalDriver driver;
+    ExpectPicker(driver, [&](Picker &picker) { aWork(driver, picker); });
+    const auto result = Vk_DocQuery::SelectObjectsForm().Execute(4, nullptr);
+    return driver.Done() ? KeysOf(result) : QString::fromUtf8(driver.Complaint());
 }
 
 inline std::shared_ptr<const Vk_DocQuery::RecordCollection> Listed(

@@ -22,16 +22,6 @@ QString D(const char *aText) {
 class TestMarking : public QObject {
     Q_OBJECT
 
-private:
-    /// Runs the picker over taxpayers and gives the keys of the result.
-    static QString Chosen(std::function<void(ModalDriver &, Picker &)> aWork) {
-        ModalDriver driver;
-        ExpectPicker(driver, [&](Picker &picker) { aWork(driver, picker); });
-        const auto result = SelectObjectsForm().Execute(4, nullptr);
-        if (!driver.Done()) return QString::fromUtf8(driver.Complaint());
-        return KeysOf(result);
-    }
-
 private slots:
     void init() {
         MemoryOffice::Install();

@@ -38,7 +38,7 @@ QString ColumnsOf(const ListView &aList) {
 QString RowText(const ListRow &aRow) {
     QStringList cells;
     for (int i = 1; i <= aRow.CellCount(); ++i) {
-        const QString icon = aRow.CellIcon(i);
+        const QString &icon = aRow.CellIcon(i);
         cells << aRow.CellText(i) + (icon.isEmpty() ? QString() : u'{' + icon + u'}');
     }
     return aRow.Text() + aRow.Icon() + QStringLiteral(": ") + cells.join(QStringLiteral("; "));

@@ -23,13 +23,6 @@ class TestPickerKeys : public QObject {
     Q_OBJECT
 
 private:
-    static QString Chosen(std::function<void(ModalDriver &, Picker &)> aWork) {
-        ModalDriver driver;
-        ExpectPicker(driver, [&](Picker &picker) { aWork(driver, picker); });
-        const auto result = SelectObjectsForm().Execute(4, nullptr);
-        if (!driver.Done()) return QString::fromUtf8(driver.Complaint());
-        return KeysOf(result);
-    }
     static void Run(std::function<void(Picker &)> aWork) {
         QCOMPARE(Chosen([&](ModalDriver &, Picker &picker) { aWork(picker); }), D("nothing"));
     }

@@ -28,8 +28,8 @@ const char16_t *const theNewRecord[] = {
     u"        IsNotes=\"0\" NotesMode=\"0\" Notes=\"\" ",
     u"        IsSignDate=\"0\" SignDate1=\"\" SignDate2=\"\" ",
     u"        IsSignerFio=\"0\" SignerSurname=\"\" ",
-    u"        IsOrvex=\"0\" IsOrvexStages=\"0\" OrvexStages=\"0\" IsOrvexTerms=\"0\" "
-    u"OrvexTerms=\"0\" ",
+    (u"        IsOrvex=\"0\" IsOrvexStages=\"0\" OrvexStages=\"0\" IsOrvexTerms=\"0\" "
+     u"OrvexTerms=\"0\" "),
     u"        IsFss=\"0\" IsFssStages=\"0\" FssStages=\"0\" IsFssTerms=\"0\" FssTerms=\"0\" ",
     u"        IsDocNum=\"0\" DocNumMode=\"1\" DocNum1=\"0\" DocNum2=\"0\" LastDocNumsCount=\"10\" ",
     u"        WholePfrCluster=\"0\" ",
@@ -43,15 +43,15 @@ const char16_t *const theNewRecord[] = {
     u"    <PeriodCriteria ",
     u"        IsPeriods=\"0\" PeriodCriterion=\"1\" ",
     u"        OnePeriodYear=\"@\" OnePeriodMonthID=\"16\" ",
-    u"        RangePeriodYear1=\"@\" RangePeriodMonth1=\"1\" RangePeriodYear2=\"@\" "
-    u"RangePeriodMonth2=\"12\" ",
+    (u"        RangePeriodYear1=\"@\" RangePeriodMonth1=\"1\" RangePeriodYear2=\"@\" "
+     u"RangePeriodMonth2=\"12\" "),
     u"        IsPeriodTypes=\"0\" PeriodTypes=\"0\" ",
     u"    />",
     u"    <AccStreamCriteria ",
     u"        IsAccStreamType=\"0\" AccStreamTypes=\"0\" ",
     u"        IsAccStreamOpeness=\"0\" AccStreamOpen=\"1\" ",
-    u"        IsContoraPrefix1=\"0\" ContoraPrefix1=\"\" IsContoraPrefix2=\"0\" "
-    u"ContoraPrefix2=\"\" ContoraJoining=\"0\" ",
+    (u"        IsContoraPrefix1=\"0\" ContoraPrefix1=\"\" IsContoraPrefix2=\"0\" "
+     u"ContoraPrefix2=\"\" ContoraJoining=\"0\" "),
     u"        IsAccStreamsList=\"0\" ",
     u"    >",
     u"        <AccStreamsList>",

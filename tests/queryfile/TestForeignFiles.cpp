@@ -243,18 +243,18 @@ private slots:
         QFETCH(QString, kind);
         QFETCH(bool, read);
         QFETCH(QString, reason);
-        constexpr qsizetype fiftyMegabytes = 50 * 1024 * 1024;
+        constexpr qsizetype megabyte = qsizetype{1024} * 1024;
         QByteArray bytes;
-        if (kind == QStringLiteral("blanks")) bytes = QByteArray(fiftyMegabytes, ' ');
+        if (kind == QStringLiteral("blanks")) bytes = QByteArray(50 * megabyte, ' ');
         if (kind == QStringLiteral("inner"))
-            bytes = "<VkDocQuery>" + QByteArray(9 * 1024 * 1024, ' ') + "</VkDocQuery>";
+            bytes = "<VkDocQuery>" + QByteArray(9 * megabyte, ' ') + "</VkDocQuery>";
         if (kind == QStringLiteral("large"))
             bytes = QByteArray(XmlDocument::theLargestSize + 1, 'x');
         if (kind == QStringLiteral("deep"))
             bytes = QByteArray("<VkDocQuery>").repeated(100000) +
                     QByteArray("</VkDocQuery>").repeated(100000);
         if (kind == QStringLiteral("attribute"))
-            bytes = "<VkDocQuery a=\"" + QByteArray(20 * 1024 * 1024, 'x') + "\"/>";
+            bytes = "<VkDocQuery a=\"" + QByteArray(20 * megabyte, 'x') + "\"/>";
         if (kind == QStringLiteral("ids"))
             bytes = "<VkDocQuery><TaxpayersCriteria IsTaxpayers='1'><TaxpayersList>" +
                     QByteArray("<i id='abc'/>").repeated(200000) +

@@ -24,7 +24,7 @@ QString ServerPrograms() {
     const QDir versions(QStringLiteral("/usr/lib/postgresql"));
     for (const QString &version :
          versions.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
-        const QString folder = versions.filePath(version + QStringLiteral("/bin/"));
+        QString folder = versions.filePath(version + QStringLiteral("/bin/"));
         if (QFile::exists(folder + QStringLiteral("initdb"))) return folder;
     }
     return QString();

@@ -44,7 +44,7 @@ constexpr const char16_t *theStatements[] = {
 }  // namespace
 
 QString OpenSmallOffice(OfficeFolder &aFolder) {
-    const QString address = aFolder.NewAddress();
+    QString address = aFolder.NewAddress();
     Vk_Records::OpenDatabase(address, Vk_Records::NewDatabase::Empty);
     QStringList statements;
     for (const char16_t *statement : theStatements) statements << QString::fromUtf16(statement);

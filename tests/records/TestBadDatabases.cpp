@@ -12,6 +12,7 @@
 #include <Vk_DocQuery/Providers.h>
 #include <Vk_Records/Database.h>
 
+#include "Schema.h"
 #include "SmallOffice.h"
 #include "support/AsNobody.h"
 #include "support/TestMain.h"
@@ -253,9 +254,40 @@ private slots:
                     ->Count() >= 60);
     }
 
+    void NoRoomForTheTables() {
+        const QString address = theFolder.NewAddress();
+        const QString path = theFolder.Shown(address);
+        {
+            Vk_Records::Connection connection(Vk_Records::AddressOf(address));
+            connection.Run(QStringLiteral("PRAGMA max_page_count = 5"));
+            CheckRefusal(
+                [&] { Vk_Records::EnsureSchema(connection, [](Vk_Records::Connection &) {}); },
+                Vk_Records::DatabaseFull,
+                QStringLiteral("На диске с базой данных \"%1\" не осталось места. Освободите место "
+                               "и повторите.")
+                    .arg(path));
+        }
+        QCOMPARE(theFolder.Tamper(address, {QStringLiteral("SELECT count(*) FROM sqlite_master")})
+                     .toInt(),
+                 0);
+        Vk_Records::OpenDatabase(address);
+    }
+
+    void CompiledFileMissing() {
+        const QString address = theFolder.NewAddress();
+        Q_CLEANUP_RESOURCE(records);
+        const Failure failure = RaisedBy([&] { Vk_Records::OpenDatabase(address); });
+        Q_INIT_RESOURCE(records);
+        QCOMPARE(failure.Description(),
+                 QStringLiteral("В программе нет файла \"sql/schema.sql\". Установите ее заново."));
+        QCOMPARE(failure.Number(), qint32(Vk_Records::DatabaseQueryFailed));
+        QVERIFY(!QFile::exists(theFolder.Shown(address)));
+        Vk_Records::OpenDatabase(address);
+    }
+
 private:
     QString NewOffice() {
-        const QString path = OpenOffice();
+        QString path = OpenOffice();
         Vk_Records::CloseDatabase();
         return path;
     }

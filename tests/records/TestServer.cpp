@@ -10,6 +10,7 @@
 #include <Vk_DocQuery/Providers.h>
 #include <Vk_Records/Database.h>
 
+#include "Connection.h"
 #include "SmallOffice.h"
 #include "support/TestMain.h"
 
@@ -165,6 +166,20 @@ private slots:
             QStringLiteral("База данных \"%1\" повреждена: relation \"person\" does not exist. "
                            "Восстановите ее из резервной копии.")
                 .arg(theServer.Shown(address)));
+    }
+
+    void NoRoomOnTheServersDisk() {
+        const QString address = OpenSmallOffice(theServer);
+        const Failure failure = RaisedBy([] {
+            Vk_Records::ThisThreadsConnection().Run(
+                QStringLiteral("DO $$ BEGIN RAISE EXCEPTION 'could not extend file' "
+                               "USING ERRCODE = 'disk_full'; END $$"));
+        });
+        QCOMPARE(failure.Description(),
+                 QStringLiteral("На диске с базой данных \"%1\" не осталось места. Освободите "
+                                "место и повторите.")
+                     .arg(theServer.Shown(address)));
+        QCOMPARE(failure.Number(), qint32(Vk_Records::DatabaseFull));
     }
 
     void ServerGoesAwayAndComesBack() {

@@ -7,8 +7,8 @@ namespace VkTests {
 /// Types a text of any letters; QTest::keyClicks knows the Latin ones alone.
 inline void TypeText(QWidget *aWidget, const QString &aText) {
     for (const QChar letter : aText)
-        QTest::sendKeyEvent(QTest::Click, aWidget, Qt::Key_unknown, QString(letter),
-                            Qt::NoModifier);
+        QTest::sendKeyEvent(QTest::Click, aWidget, Qt::Key(letter.toUpper().unicode()),
+                            QString(letter), Qt::NoModifier);
 }
 
 }  // namespace VkTests

@@ -1,0 +1,50 @@
+#include "controls/ListViewHeader.h"
+
+#include "controls/ListView.h"
+
+namespace Vk_DocQuery {
+
+ListViewHeaderModel::ListViewHeaderModel(const ListView &aList) : theList(aList) {}
+
+void ListViewHeaderModel::Reset() {
+    beginResetModel();
+    theColumnCount = theList.ColumnCount();
+    endResetModel();
+}
+
+int ListViewHeaderModel::rowCount(const QModelIndex & /*aParent*/) const {
+    return 0;
+}
+
+int ListViewHeaderModel::columnCount(const QModelIndex &aParent) const {
+    return aParent.isValid() ? 0 : theColumnCount;
+}
+
+QVariant ListViewHeaderModel::data(const QModelIndex & /*aIndex*/, int /*aRole*/) const {
+    return QVariant();
+}
+
+QVariant ListViewHeaderModel::headerData(int aSection, Qt::Orientation aOrientation,
+                                         int aRole) const {
+    if (aOrientation != Qt::Horizontal || aSection < 0 || aSection >= theList.ColumnCount())
+        return QVariant();
+    const ListColumn &column = theList.Column(aSection);
+    if (aRole == Qt::DisplayRole) return column.Caption;
+    if (aRole == Qt::TextAlignmentRole)
+        return QVariant::fromValue(column.Alignment | Qt::AlignVCenter);
+    return QVariant();
+}
+
+ListViewHeader::ListViewHeader(ListView &aList)
+    : QHeaderView(Qt::Horizontal, &aList), theModel(new ListViewHeaderModel(aList)) {
+    theModel->setParent(this);
+    setModel(theModel);
+    setFocusPolicy(Qt::NoFocus);
+    setSectionsClickable(true);
+    setSectionsMovable(false);
+    setStretchLastSection(false);
+    setMinimumSectionSize(1);
+    setHighlightSections(false);
+}
+
+}  // namespace Vk_DocQuery
