@@ -27,6 +27,19 @@ int Distance(const QColor &aOne, const QColor &aOther) {
     return std::abs(qGray(aOne.rgb()) - qGray(aOther.rgb()));
 }
 
+/// Filled places are rounded to pixels just as the elements themselves are; a drawn line may come
+/// to lie beside them.
+void PaintEdges(QPainter &aPainter, const QWidget &aElement, const QRect &aPlace,
+                const QColor &aColour) {
+    const double scale = aElement.devicePixelRatioF();
+    const double width = std::max(1.0, std::floor(scale)) / scale;
+    const QRectF place(aPlace);
+    aPainter.fillRect(QRectF(place.left(), place.top(), place.width(), width), aColour);
+    aPainter.fillRect(QRectF(place.left(), place.bottom() - width, place.width(), width), aColour);
+    aPainter.fillRect(QRectF(place.left(), place.top(), width, place.height()), aColour);
+    aPainter.fillRect(QRectF(place.right() - width, place.top(), width, place.height()), aColour);
+}
+
 /// The colours of the desktop, with what is too faint in them replaced. Those that the window has
 /// got before do not count.
 QPalette ReadableColours(const QWidget &aWindow) {
@@ -73,17 +86,17 @@ QColor EdgeColour(const QPalette &aPalette) {
     return Between(aPalette.color(QPalette::Window), aPalette.color(QPalette::WindowText), theEdge);
 }
 
-/// Filled places are rounded to pixels just as the elements themselves are; a drawn line may come
-/// to lie beside them.
 void PaintEdges(QPainter &aPainter, const QWidget &aElement, const QRect &aPlace) {
-    const double scale = aElement.devicePixelRatioF();
-    const double width = std::max(1.0, std::floor(scale)) / scale;
-    const QRectF place(aPlace);
-    const QColor colour = EdgeColour(aElement.palette());
-    aPainter.fillRect(QRectF(place.left(), place.top(), place.width(), width), colour);
-    aPainter.fillRect(QRectF(place.left(), place.bottom() - width, place.width(), width), colour);
-    aPainter.fillRect(QRectF(place.left(), place.top(), width, place.height()), colour);
-    aPainter.fillRect(QRectF(place.right() - width, place.top(), width, place.height()), colour);
+    PaintEdges(aPainter, aElement, aPlace, EdgeColour(aElement.palette()));
+}
+
+void PaintEdgesOver(QWidget &aArea, const QEvent &aEvent) {
+    if (aEvent.type() == QEvent::FocusIn || aEvent.type() == QEvent::FocusOut) aArea.update();
+    if (aEvent.type() != QEvent::Paint) return;
+    QPainter painter(&aArea);
+    const QPalette &palette = aArea.palette();
+    PaintEdges(painter, aArea, aArea.rect(),
+               aArea.hasFocus() ? palette.color(QPalette::Highlight) : EdgeColour(palette));
 }
 
 void KeepDisabledReadable(QWidget &aWindow) {

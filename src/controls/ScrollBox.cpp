@@ -1,8 +1,5 @@
 #include "controls/ScrollBox.h"
 
-#include <QEvent>
-#include <QPainter>
-
 #include "controls/Colours.h"
 
 namespace Vk_DocQuery {
@@ -22,13 +19,9 @@ void ScrollBox::FitContent() {
     Content()->resize(qMax(room.width(), used.right() + 1), qMax(room.height(), used.bottom() + 1));
 }
 
-/// The area itself paints nothing but the edge around what it scrolls.
 bool ScrollBox::event(QEvent *aEvent) {
     const bool result = QScrollArea::event(aEvent);
-    if (aEvent->type() == QEvent::Paint) {
-        QPainter painter(this);
-        PaintEdges(painter, *this, rect());
-    }
+    PaintEdgesOver(*this, *aEvent);
     return result;
 }
 

@@ -20,6 +20,7 @@
 #include <QTextLayout>
 
 #include "browser/TemplateQuerierForm.h"
+#include "browser/TextPane.h"
 #include "controls/Colours.h"
 #include "controls/DateBox.h"
 #include "controls/Frame.h"
@@ -453,11 +454,15 @@ private slots:
         QWidget window;
         QList<QWidget *> elements;
         for (int i = 0; i < 8; ++i) {
-            elements << new Frame(QString(), &window) << new ScrollBox(&window);
-            elements[2 * i]->setGeometry(10 + 61 * i, 10 + 3 * i, 50 + i, 40 + i);
-            elements[2 * i + 1]->setGeometry(10 + 61 * i, 90 + 3 * i, 50 + i, 40 + i);
+            QWidget *const column[] = {new Frame(QString(), &window), new ScrollBox(&window),
+                                       new TextPane(&window)};
+            for (int row = 0; row < 3; ++row) {
+                column[row]->setGeometry(10 + 61 * i, 10 + 80 * row + 3 * i, 50 + i, 40 + i);
+                column[row]->setFocusPolicy(Qt::NoFocus);
+                elements << column[row];
+            }
         }
-        window.resize(520, 170);
+        window.resize(520, 250);
         window.show();
         const QImage image = window.grab().toImage().convertToFormat(QImage::Format_RGB32);
         QCOMPARE(image.devicePixelRatio(), window.devicePixelRatioF());

@@ -1,10 +1,13 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QImage>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QTabBar>
 #include <QTest>
 
+#include "browser/TextPane.h"
+#include "controls/Colours.h"
 #include "dialog/DocQueryOptionsFrm.h"
 #include "picker/ObjectTypes.h"
 #include "picker/SelectObjectsForm.h"
@@ -104,6 +107,21 @@ private slots:
         QVERIFY2(driver.Done(), driver.Complaint());
         QVERIFY(!fresh.isNull());
         QCOMPARE(followed, fresh);
+    }
+
+    void EdgeTellsTheFocus() {
+        QWidget window;
+        auto *pane = new TextPane(&window);
+        auto *button = new QPushButton(&window);
+        pane->setGeometry(10, 10, 100, 60);
+        button->setGeometry(10, 80, 100, 25);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        const auto edge = [&] { return window.grab().toImage().pixelColor(10, 40); };
+        pane->setFocus();
+        QTRY_COMPARE(edge(), window.palette().color(QPalette::Highlight));
+        button->setFocus();
+        QTRY_COMPARE(edge(), EdgeColour(window.palette()));
     }
 
     /// It covers the edge of its frame, and nothing else is to be seen of that.
