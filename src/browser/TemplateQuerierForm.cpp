@@ -139,12 +139,6 @@ QString TypedCodes(const QKeyEvent &aEvent) {
     return aEvent.text();
 }
 
-QString TrimmedOfBlanks(QStringView aText) {
-    while (aText.startsWith(u' ')) aText = aText.sliced(1);
-    while (aText.endsWith(u' ')) aText.chop(1);
-    return aText.toString();
-}
-
 [[noreturn]] void RaiseAbsent(const QString &aWhat) {
     throw Failure(ObjectNotSet, aWhat, QStringLiteral("Объект не задан: %1.").arg(aWhat));
 }
@@ -302,7 +296,7 @@ void TemplateQuerierForm::LoadAllObjects() try {
 
 /// The rows and what is searched are made by the first fill, the later ones choose among them.
 void TemplateQuerierForm::FillList() try {
-    const QString needle = TrimmedOfBlanks(theFilterA->text().toUpper());
+    const QString needle = SearchTexts::NeedleOf(theFilterA->text());
     if (!theRowsAreMade) MakeRows();
     theFormList->ShowOnly(theSearchTexts.Matching(needle));
 } catch (...) {

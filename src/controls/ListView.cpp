@@ -4,6 +4,8 @@
 
 #include <QAccessible>
 #include <QHeaderView>
+#include <QMetaMethod>
+#include <QPointer>
 #include <QScrollBar>
 
 #include <Vk_DocQuery/Failure.h>
@@ -51,6 +53,15 @@ void ListView::PrepareHeader() {
 
 QHeaderView *ListView::header() const {
     return theHeader;
+}
+
+QString ListView::HeaderTip(int aPosition) const {
+    if (!isSignalConnected(QMetaMethod::fromSignal(&ListView::ColumnClick))) return QString();
+    const std::vector<int> shown = ShownColumns();
+    const auto place = std::find(shown.begin(), shown.end(), aPosition) - shown.begin();
+    constexpr int theKeys = 9;
+    return place < theKeys ? QStringLiteral("Сортировка: щелчок или Ctrl+%1").arg(place + 1)
+                           : QStringLiteral("Сортировка: щелчок");
 }
 
 void ListView::ClearColumns() {
@@ -108,11 +119,20 @@ void ListView::ApplyColumns() {
 }
 
 void ListView::ClickHeader(int aPosition) try {
-    ShowSortState();  // the header has turned its arrow by itself
-    emit ColumnClick(Column(aPosition));
-    ShowSortState();
+    ShowSortState();                              // the header has turned its arrow by itself
+    const ListColumn column = Column(aPosition);  // whoever hears of it may change the columns
+    const QPointer<ListView> self(this);
+    emit ColumnClick(column);
+    if (self) ShowSortState();
 } catch (...) {
     ReportErrorToUser(theModule, "ClickHeader");
+}
+
+std::vector<int> ListView::ShownColumns() const {
+    std::vector<int> shown;
+    for (int column = 0; column < ColumnCount(); ++column)
+        if (!theHeader->isSectionHidden(column)) shown.push_back(column);
+    return shown;
 }
 
 void ListView::HeaderResized(int aPosition, int aPixels) {
@@ -209,6 +229,11 @@ void ListView::SetMultiSelect(bool aOn) {
     theRows->SetMultiSelect(aOn);
 }
 
+void ListView::CheckRows(const std::vector<ListRow *> &aRows, bool aChecked) {
+    for (ListRow *row : aRows) row->SetChecked(aChecked);
+    TellOfMarks(aRows);
+}
+
 ListRow *ListView::SelectedItem() const {
     return theRows->Current() < 0 ? nullptr : theRows->ByNumber(theRows->Current());
 }
@@ -297,9 +322,15 @@ void ListView::PlaceHeader() {
     theHeaderBeingPlaced = true;
     const int height = theHeader->sizeHint().height();
     setViewportMargins(0, height, 0, 0);
-    const QRect rows = viewport()->geometry();
-    theHeader->setGeometry(rows.left(), rows.top() - height, rows.width(), height);
-    MeasureScrolling();
+    // A bar that comes or goes changes the room, which may bring or take the other one.
+    constexpr int theMostPasses = 3;
+    QSize room;
+    for (int pass = 0; pass < theMostPasses && room != viewport()->size(); ++pass) {
+        const QRect rows = viewport()->geometry();
+        room = rows.size();
+        theHeader->setGeometry(rows.left(), rows.top() - height, rows.width(), height);
+        MeasureScrolling();
+    }
     theHeaderBeingPlaced = false;
 }
 
@@ -381,10 +412,11 @@ void ListView::TellOfSelection() {
     QAccessible::updateAccessibility(&focus);
 }
 
-/// Beyond a screenful a screen reader could not say them anyhow.
+/// Of more rows than a screen reader could say it is told that the list has changed.
 void ListView::TellOfMarks(const std::vector<ListRow *> &aRows) {
     constexpr std::size_t theMost = 100;
-    if (!QAccessible::isActive() || !theCheckBoxes || aRows.size() > theMost) return;
+    if (!QAccessible::isActive() || !theCheckBoxes) return;
+    if (aRows.size() > theMost) return TellOfRows();
     QAccessible::State checked;
     checked.checked = true;
     for (const ListRow *row : aRows) {

@@ -105,6 +105,8 @@ public:
     /// on the right edge of a header do.
     void FitColumn(int aPosition);
     QHeaderView *header() const;
+    /// Says by what key the column is sorted; empty in a list that nobody sorts.
+    QString HeaderTip(int aPosition) const;
 
     // Rows, in the order in which they stand at that moment.
     int RowCount() const;
@@ -165,6 +167,9 @@ public:
     QRect CellRect(const ListRow *aRow, int aColumn) const;
 
     // For those who neither see the list nor have a mouse.
+    /// Gives the rows that mark without asking anybody. Who listens for the user's changes hears
+    /// nothing.
+    void CheckRows(const std::vector<ListRow *> &aRows, bool aChecked);
     /// Does what a click on the row does.
     void ClickRow(ListRow *aRow);
     /// Does what a click with Ctrl does on a row that is not selected.
@@ -211,6 +216,7 @@ private:
     void PlaceHeader();
     void MeasureScrolling();
     void ApplyColumns();
+    std::vector<int> ShownColumns() const;
     void ShowSortState();
     void HeaderResized(int aPosition, int aPixels);
 
@@ -227,6 +233,8 @@ private:
     void ToggleByKey();
     void ToggleCheck(const std::vector<int> &aNumbers, bool aChecked);
     bool MoveByKey(const QKeyEvent &aEvent);
+    bool ActOnColumnByKey(const QKeyEvent &aEvent);
+    void TellClick(ListRow *aRow);
     bool IsOnCheckBox(QPoint aPoint) const;
     void ShowTip(QPoint aPoint, QPoint aGlobal);
 

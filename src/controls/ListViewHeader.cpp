@@ -32,6 +32,7 @@ QVariant ListViewHeaderModel::headerData(int aSection, Qt::Orientation aOrientat
     if (aRole == Qt::DisplayRole) return column.Caption;
     if (aRole == Qt::TextAlignmentRole)
         return QVariant::fromValue(column.Alignment | Qt::AlignVCenter);
+    if (aRole == Qt::ToolTipRole) return theList.HeaderTip(aSection);
     return QVariant();
 }
 

@@ -4,6 +4,7 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPointer>
 #include <QScrollBar>
 
 #include "controls/ListViewRows.h"
@@ -27,7 +28,7 @@ void ListView::keyPressEvent(QKeyEvent *aEvent) try {
         } else {
             ToggleByKey();
         }
-    } else if (!MoveByKey(*aEvent)) {
+    } else if (!MoveByKey(*aEvent) && !ActOnColumnByKey(*aEvent)) {
         aEvent->ignore();
     }
 } catch (...) {
@@ -71,6 +72,22 @@ bool ListView::MoveByKey(const QKeyEvent &aEvent) {
     return true;
 }
 
+/// Ctrl with a digit is a click on the header of that column, counted as they are seen; Ctrl with
+/// the plus sign makes all columns as wide as their texts.
+bool ListView::ActOnColumnByKey(const QKeyEvent &aEvent) {
+    const auto modifiers = aEvent.modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier);
+    if (modifiers != Qt::ControlModifier) return false;
+    const std::vector<int> shown = ShownColumns();
+    if (aEvent.key() == Qt::Key_Plus) {
+        for (const int column : shown) FitColumn(column);
+        return true;
+    }
+    const int number = aEvent.key() - Qt::Key_1;
+    if (number < 0 || number >= std::min(9, static_cast<int>(shown.size()))) return false;
+    ClickHeader(shown[static_cast<std::size_t>(number)]);
+    return true;
+}
+
 void ListView::MoveCurrent(int aPosition, Qt::KeyboardModifiers aModifiers) {
     ListRow *row = theRows->At(aPosition);
     const bool moved = theRows->Current() != row->Number();
@@ -102,7 +119,9 @@ void ListView::SelectByUser(int aPosition, Qt::KeyboardModifiers aModifiers) {
     theRows->SetCurrent(number);
 }
 
+/// Positions before the first row stand for none, as in a list without rows.
 void ListView::SelectRange(int aFrom, int aTo) {
+    if (aFrom < 0 || aTo < 0) return;
     const std::vector<int> &order = theRows->Order();
     for (int i = std::min(aFrom, aTo); i <= std::max(aFrom, aTo); ++i)
         theRows->SetSelected(order[static_cast<std::size_t>(i)], true);
@@ -129,7 +148,12 @@ void ListView::ToggleCheck(const std::vector<int> &aNumbers, bool aChecked) {
         changed.push_back(theRows->ByNumber(number));
     }
     TellOfMarks(changed);
-    for (ListRow *row : changed) emit ItemCheck(row);
+    // Whoever hears of it may refill the list or take it away.
+    std::vector<int> numbers;
+    for (const ListRow *row : changed) numbers.push_back(row->Number());
+    const QPointer<ListView> self(this);
+    for (const int number : numbers)
+        if (self && theRows->Stands(number)) emit ItemCheck(theRows->ByNumber(number));
 }
 
 void ListView::mousePressEvent(QMouseEvent *aEvent) try {
@@ -147,8 +171,9 @@ void ListView::mousePressEvent(QMouseEvent *aEvent) try {
         return;
     }
     if (!thePressed && row->IsSelected()) return;
+    const bool moved = theRows->Current() != row->Number();
     SelectByUser(theRows->PositionOf(row->Number()), aEvent->modifiers());
-    if (thePressed) emit ItemClick(row);
+    if (thePressed || moved) emit ItemClick(row);
 } catch (...) {
     ReportErrorToUser(theModule, "mousePressEvent");
 }
@@ -187,17 +212,22 @@ bool ListView::IsOnCheckBox(QPoint aPoint) const {
 
 void ListView::ClickRow(ListRow *aRow) try {
     SelectByUser(PositionOf(aRow), Qt::NoModifier);
-    emit ItemClick(aRow);
-    emit Click();
+    TellClick(aRow);
 } catch (...) {
     ReportErrorToUser(theModule, "ClickRow");
+}
+
+/// A failure that is shown on the way may end with the window gone.
+void ListView::TellClick(ListRow *aRow) {
+    const QPointer<ListView> self(this);
+    emit ItemClick(aRow);
+    if (self) emit Click();
 }
 
 void ListView::AddToSelection(ListRow *aRow) try {
     if (aRow->IsSelected()) return;
     SelectByUser(PositionOf(aRow), Qt::ControlModifier);
-    emit ItemClick(aRow);
-    emit Click();
+    TellClick(aRow);
 } catch (...) {
     ReportErrorToUser(theModule, "AddToSelection");
 }
@@ -210,9 +240,11 @@ void ListView::ToggleRow(ListRow *aRow) try {
 }
 
 void ListView::FocusRow(ListRow *aRow) try {
+    const bool moved = theRows->Current() != aRow->Number();
     theRows->SetCurrent(aRow->Number());
     EnsureVisible(aRow);
     setFocus(Qt::OtherFocusReason);
+    if (moved) emit ItemClick(aRow);
 } catch (...) {
     ReportErrorToUser(theModule, "FocusRow");
 }

@@ -1,5 +1,9 @@
 #include "controls/ListViewInterface.h"
 
+#include <utility>
+
+#include <QCoreApplication>
+
 #include "controls/ListView.h"
 
 namespace Vk_DocQuery {
@@ -44,8 +48,13 @@ public:
 
     bool isValid() const override { return List() && Column() < List()->ColumnCount(); }
     QString text(QAccessible::Text aText) const override {
-        return isValid() && aText == QAccessible::Name ? List()->Column(Column()).Caption
-                                                       : QString();
+        if (!isValid()) return QString();
+        if (aText == QAccessible::Name) return List()->Column(Column()).Caption;
+        if (aText != QAccessible::Description || !List()->IsSorted() ||
+            List()->SortKey() != Column())
+            return QString();
+        return List()->SortOrder() == 1 ? QStringLiteral("по убыванию")
+                                        : QStringLiteral("по возрастанию");
     }
     QRect rect() const override {
         if (!isValid()) return QRect();
@@ -184,10 +193,16 @@ ListViewInterface::~ListViewInterface() {
     ForgetChildren();
 }
 
+/// A child may be the one whose question or action has changed the rows, so that they go later.
 void ListViewInterface::ForgetChildren() {
-    for (const QAccessible::Id id : std::as_const(theChildren))
-        QAccessible::deleteAccessibleInterface(id);
-    theChildren.clear();
+    if (theChildren.isEmpty()) return;
+    const auto forget = [children = std::exchange(theChildren, {})] {
+        for (const QAccessible::Id id : children) QAccessible::deleteAccessibleInterface(id);
+    };
+    if (QCoreApplication::instance())
+        QMetaObject::invokeMethod(QCoreApplication::instance(), forget, Qt::QueuedConnection);
+    else
+        forget();
 }
 
 void ListViewInterface::modelChange(QAccessibleTableModelChangeEvent * /*aEvent*/) {

@@ -5,6 +5,7 @@
 #include <QHelpEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QTextDocument>
 #include <QToolTip>
 
 #include "controls/Colours.h"
@@ -84,7 +85,9 @@ void ListView::ShowTip(QPoint aPoint, QPoint aGlobal) {
     if (tip.isEmpty())
         QToolTip::hideText();
     else
-        QToolTip::showText(aGlobal, tip.toHtmlEscaped(), viewport(), cell);
+        // A plain text would stand in one line, however long it is.
+        QToolTip::showText(aGlobal, Qt::convertFromPlainText(tip, Qt::WhiteSpaceNormal), viewport(),
+                           cell);
 }
 
 /// Of many rows those in sight count, which are the ones that the user wants to read.

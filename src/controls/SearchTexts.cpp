@@ -92,6 +92,14 @@ QString SearchTexts::Text(int aNumber) const {
                    static_cast<qsizetype>(theEnds[number] - begin));
 }
 
+QString SearchTexts::NeedleOf(const QString &aFilter) {
+    const QString upper = aFilter.toUpper();
+    QStringView needle(upper);
+    while (needle.startsWith(u' ')) needle = needle.sliced(1);
+    while (needle.endsWith(u' ')) needle.chop(1);
+    return needle.toString();
+}
+
 std::vector<int> SearchTexts::Matching(const QString &aFilter) const {
     std::vector<int> found;
     if (aFilter.isEmpty()) {

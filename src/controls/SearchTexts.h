@@ -24,6 +24,9 @@ public:
     /// aNumber counts from 0.
     QString Text(int aNumber) const;
 
+    /// What a filter looks for: its text in upper case without the blanks around it. Other white
+    /// space belongs to it.
+    static QString NeedleOf(const QString &aFilter);
     /// Numbers of the objects in whose text the filter occurs, ascending. The comparison is exact,
     /// so that the filter has to be upper-case; an empty filter finds all.
     std::vector<int> Matching(const QString &aFilter) const;

@@ -71,9 +71,10 @@ ListRow *VkDocQueryCriteries::AddItemOfType(const std::shared_ptr<Record> &aObje
 }
 
 void VkDocQueryCriteries::PerformDeleteItems(ListView &aList) try {
-    const std::vector<ListRow *> selected = aList.SelectedRows();
-    if (!ConfirmDeletion(selected.size())) return;
-    for (const ListRow *row : selected) aList.RemoveRow(QString(row->Key()));
+    if (!ConfirmDeletion(aList.SelectedRows().size())) return;
+    QStringList keys;
+    for (const ListRow *row : aList.SelectedRows()) keys << row->Key();
+    for (const QString &key : keys) aList.RemoveRow(key);
 } catch (...) {
     RaiseErrorUp(theModule, "PerformDeleteItems");
 }

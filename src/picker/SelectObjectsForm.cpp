@@ -221,7 +221,7 @@ void SelectObjectsForm::Unload() {
 /// A refill shows a part of the rows that were made first and asks no record again. Only a row that
 /// stays shown keeps its mark.
 void SelectObjectsForm::FillList(bool aFirstFill) try {
-    const QString filter = theFilter->Text().toUpper().trimmed();
+    const QString filter = SearchTexts::NeedleOf(theFilter->Text());
     if (!theRowsAreMade) {
         AddRows();
         if (filter.isEmpty()) return;
@@ -273,15 +273,15 @@ bool SelectObjectsForm::Validate() const try {
 }
 
 void SelectObjectsForm::CheckObjects(bool aCheck, bool aSelectedOnly) try {
-    bool touched = false;
-    for (int i = 0; i < theList->RowCount(); ++i) {
-        ListRow *row = theList->Row(i);
-        if (aSelectedOnly && !row->IsSelected()) continue;
-        row->SetChecked(aCheck);
-        touched = true;
+    std::vector<ListRow *> rows;
+    if (aSelectedOnly) {
+        rows = theList->SelectedRows();
+        if (rows.empty() && theList->SelectedItem()) rows.push_back(theList->SelectedItem());
+    } else {
+        rows.reserve(static_cast<std::size_t>(theList->RowCount()));
+        for (int i = 0; i < theList->RowCount(); ++i) rows.push_back(theList->Row(i));
     }
-    ListRow *current = theList->SelectedItem();
-    if (aSelectedOnly && !touched && current) current->SetChecked(aCheck);
+    theList->CheckRows(rows, aCheck);
 } catch (...) {
     RaiseErrorUp(theModule, "CheckObjects");
 }

@@ -6,6 +6,7 @@
 #include <QSignalSpy>
 #include <QStyle>
 #include <QTest>
+#include <QTextDocumentFragment>
 #include <QToolTip>
 #include <QVBoxLayout>
 
@@ -71,7 +72,7 @@ public:
     }
     QString Current() const { return List.SelectedItem() ? List.SelectedItem()->Key() : QString(); }
     QString TakeEvents() {
-        const QString events = Events.join(QStringLiteral(", "));
+        QString events = Events.join(QStringLiteral(", "));
         Events.clear();
         return events;
     }
@@ -343,6 +344,122 @@ private slots:
         QVERIFY(!header->isSortIndicatorShown());
     }
 
+    void CtrlAInAListWithoutRowsSelectsNothing() {
+        Shown shown;
+        shown.List.ShowOnly({});
+        shown.Key(Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(shown.Selected(), QString());
+        shown.List.ClearRows();
+        shown.Key(Qt::Key_A, Qt::ControlModifier);
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_End, Qt::Key_PageUp, Qt::Key_Space})
+            shown.Key(key, Qt::ShiftModifier);
+        QCOMPARE(shown.Selected(), QString());
+        QCOMPARE(shown.TakeEvents(), QString());
+    }
+
+    void RightClickTellsOfTheRowItMakesCurrent() {
+        Shown shown;
+        shown.ClickRow(1);
+        shown.TakeEvents();
+        const auto rightClick = [&](int aRow) {
+            QTest::mouseClick(shown.List.viewport(), Qt::RightButton, {}, shown.PlaceOf(aRow));
+        };
+        rightClick(3);
+        QCOMPARE(shown.Current(), QStringLiteral("_4"));
+        QCOMPARE(shown.Selected(), QStringLiteral("_4"));
+        QCOMPARE(shown.TakeEvents(), QStringLiteral("item _4"));
+        rightClick(3);
+        QCOMPARE(shown.TakeEvents(), QString());
+    }
+
+    void CtrlWithADigitClicksTheHeader() {
+        Shown shown;
+        shown.List.AddColumn(QStringLiteral("Код"), 1500);
+        QList<int> indexes;
+        connect(&shown.List, &ListView::ColumnClick, &shown.List,
+                [&](const ListColumn &aColumn) { indexes << aColumn.Index; });
+        shown.Key(Qt::Key_2, Qt::ControlModifier);
+        shown.Key(Qt::Key_3, Qt::ControlModifier | Qt::KeypadModifier);
+        shown.Key(Qt::Key_4, Qt::ControlModifier);
+        shown.Key(Qt::Key_1);
+        QCOMPARE(indexes, (QList<int>{2, 3}));
+        shown.List.SetColumnWidth(0, 0);  // columns count as they are seen
+        shown.Key(Qt::Key_1, Qt::ControlModifier);
+        QCOMPARE(indexes, (QList<int>{2, 3, 2}));
+        QCOMPARE(shown.TakeEvents(), QString());
+    }
+
+    void CtrlWithThePlusSignFitsTheColumns() {
+        Shown shown;
+        const QString text = QString(u'Ж').repeated(50);
+        shown.List.Row(1)->SetCell(1, text);
+        const int checkColumn = shown.List.header()->sectionSize(0);
+        shown.Key(Qt::Key_Plus, Qt::ControlModifier | Qt::KeypadModifier);
+        QVERIFY(shown.List.header()->sectionSize(1) >
+                shown.List.fontMetrics().horizontalAdvance(text));
+        QVERIFY(shown.List.header()->sectionSize(0) <= checkColumn);
+    }
+
+    void HeaderTellsTheKeyThatSorts() {
+        ListView list;
+        list.AddColumn(QStringLiteral("*"), 0);
+        for (int i = 0; i < 10; ++i) list.AddColumn(QStringLiteral("Столбец"), 1500);
+        const auto tip = [&](int aColumn) {
+            return list.header()->model()->headerData(aColumn, Qt::Horizontal, Qt::ToolTipRole);
+        };
+        QCOMPARE(tip(1).toString(), QString());
+        connect(&list, &ListView::ColumnClick, &list, [] {});
+        QCOMPARE(tip(1).toString(), QStringLiteral("Сортировка: щелчок или Ctrl+1"));
+        QCOMPARE(tip(9).toString(), QStringLiteral("Сортировка: щелчок или Ctrl+9"));
+        QCOMPARE(tip(10).toString(), QStringLiteral("Сортировка: щелчок"));
+    }
+
+    void HeaderSaysItsSorting() {
+        Shown shown;
+        QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&shown.List);
+        const auto said = [&] { return face->child(1)->text(QAccessible::Description); };
+        QCOMPARE(said(), QString());
+        shown.List.SetSortKey(1);
+        shown.List.SetSorted(true);
+        QCOMPARE(said(), QStringLiteral("по возрастанию"));
+        QCOMPARE(face->child(0)->text(QAccessible::Description), QString());
+        shown.List.SetSortOrder(1);
+        QCOMPARE(said(), QStringLiteral("по убыванию"));
+    }
+
+    void WhoHearsOfAClickMayTakeTheListAway() {
+        for (const QString &action :
+             {QAccessibleActionInterface::pressAction(), QAccessibleActionInterface::toggleAction(),
+              QAccessibleActionInterface::setFocusAction()}) {
+            auto shown = std::make_unique<Shown>();
+            connect(&shown->List, &ListView::ItemClick, qApp, [&] { shown.reset(); });
+            connect(&shown->List, &ListView::ItemCheck, qApp, [&] { shown.reset(); });
+            QAccessible::queryAccessibleInterface(&shown->List)
+                ->tableInterface()
+                ->cellAt(1, 0)
+                ->actionInterface()
+                ->doAction(action);
+            QVERIFY(!shown);
+        }
+        auto shown = std::make_unique<Shown>();
+        connect(&shown->List, &ListView::ColumnClick, qApp, [&] { shown.reset(); });
+        shown->List.ClickHeader(1);
+        QVERIFY(!shown);
+    }
+
+    void WhoHearsOfAMarkMayRefillTheList() {
+        Shown shown;
+        QTest::mouseClick(shown.List.viewport(), Qt::LeftButton, {}, shown.PlaceOf(0));
+        shown.ClickRow(5, Qt::ShiftModifier);
+        shown.TakeEvents();
+        connect(&shown.List, &ListView::ItemCheck, &shown.List, [&] {
+            shown.List.ShowOnly({0, 3});
+        });
+        shown.Key(Qt::Key_Space);
+        QCOMPARE(shown.TakeEvents(), QStringLiteral("check _1, check _4"));
+        QCOMPARE(shown.Checked(), QStringLiteral("_1 _4"));
+    }
+
     void AssistiveProgramsDoWhatTheMouseDoes() {
         Shown shown;
         QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&shown.List);
@@ -369,6 +486,7 @@ private slots:
             shown.List.RowRect(shown.List.Row(19)).center()));
         QVERIFY(table->cellAt(19, 0)->state().focused);
         QCOMPARE(face->focusChild(), table->cellAt(19, 0));
+        QCOMPARE(shown.TakeEvents(), QStringLiteral("item _20"));
 
         QVERIFY(table->selectRow(0));
         QCOMPARE(shown.Selected(), QStringLiteral("_1 _3"));
@@ -432,7 +550,8 @@ private slots:
 
     void CutTextIsShownWhole() {
         Shown shown;
-        const QString text = QString(u'Ж').repeated(80);
+        const QString text =
+            QStringLiteral("ООО \"Ромашка\" & <b>Ко</b> ") + QString(u'Ж').repeated(80);
         shown.List.Row(1)->SetCell(1, text);
         shown.List.FirstVisible();
         const auto ask = [&](int aRow) {
@@ -441,7 +560,10 @@ private slots:
             QCoreApplication::sendEvent(shown.List.viewport(), &event);
         };
         ask(1);
-        QTRY_COMPARE(QToolTip::text(), text);
+        QTRY_VERIFY(QToolTip::isVisible());
+        // What is shown is the text itself, in lines, and none of it is taken for a tag.
+        QVERIFY(Qt::mightBeRichText(QToolTip::text()));
+        QCOMPARE(QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText(), text);
         ask(2);
         QTRY_VERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
     }

@@ -88,6 +88,14 @@ private slots:
         QCOMPARE(texts.Matching(QStringLiteral("A")), std::vector<int>());
     }
 
+    void needleIsTheFilterWithoutTheBlanksAroundIt() {
+        QCOMPARE(SearchTexts::NeedleOf(QStringLiteral("  ооо  ромашка ")),
+                 QStringLiteral("ООО  РОМАШКА"));
+        QCOMPARE(SearchTexts::NeedleOf(QStringLiteral("   ")), QString());
+        // A tab and a blank that does not break are no blanks.
+        QCOMPARE(SearchTexts::NeedleOf(QStringLiteral(" \tа\u00A0 ")), QStringLiteral("\tА\u00A0"));
+    }
+
     void isClearedWhole() {
         SearchTexts texts = Made({{QStringLiteral("one")}});
         texts.Clear();

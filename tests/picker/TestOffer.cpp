@@ -28,7 +28,7 @@ QString D(const char *aText) {
 QString ColumnsOf(const ListView &aList) {
     QStringList columns;
     for (int i = 0; i < aList.ColumnCount(); ++i) {
-        const ListColumn column = aList.Column(i);
+        const ListColumn &column = aList.Column(i);
         columns << column.Caption + u' ' + QString::number(column.Width) + column.Key;
     }
     return columns.join(QStringLiteral("; "));
