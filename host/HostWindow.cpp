@@ -25,6 +25,8 @@ using namespace Vk_DocQuery;
 
 namespace {
 
+constexpr int theGapOfSentences = 2;
+
 /// The text of the .qvk file of the record.
 QString FileTextOf(VkDocQueryData &aRecord) {
     const QTemporaryDir folder;
@@ -88,6 +90,7 @@ void HostWindow::MakeMenus() {
 void HostWindow::MakeSurface() {
     theWords = new QListWidget;
     theWords->setWordWrap(true);
+    theWords->setSpacing(theGapOfSentences);
     theFileText = new QPlainTextEdit;
     theFileText->setReadOnly(true);
     theFileText->setLineWrapMode(QPlainTextEdit::NoWrap);

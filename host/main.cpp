@@ -1,16 +1,10 @@
 // An example of a program that embeds the library, over a sample office.
-//   vk_docquery_host [DATABASE]     such as sqlite:/home/me/office.db
+//   vk_docquery_host [--dark] [DATABASE]     such as sqlite:/home/me/office.db
 #include <QApplication>
 #include <QDir>
-#include <QLibraryInfo>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QStandardPaths>
-#include <QTranslator>
 
-#include <Vk_DocQuery/Failure.h>
-#include <Vk_Records/Database.h>
-
+#include "Application.h"
 #include "HostWindow.h"
 
 namespace {
@@ -22,41 +16,19 @@ QString SampleOffice() {
     return QStringLiteral("sqlite:") + folder.filePath(QStringLiteral("office.db"));
 }
 
-/// Asks again as long as the user wants to; false if the user gives up.
-bool OpenRecords(const QString &aDatabase) {
-    for (;;) {
-        try {
-            Vk_Records::OpenDatabase(aDatabase);
-            return true;
-        } catch (const Vk_DocQuery::Failure &failure) {
-            QMessageBox box(
-                QMessageBox::Critical, QStringLiteral("Норвик"),
-                QStringLiteral("Не удалось открыть базу данных.\n\n") + failure.Description());
-            box.addButton(QStringLiteral("Повторить"), QMessageBox::AcceptRole);
-            auto *leave = box.addButton(QStringLiteral("Выход"), QMessageBox::RejectRole);
-            box.setEscapeButton(leave);
-            box.exec();
-            if (box.clickedButton() == leave) return false;
-        }
-    }
-}
-
 }  // namespace
 
 int main(int aCount, char **aArguments) {
     QApplication application(aCount, aArguments);
-    QApplication::setApplicationName(QStringLiteral("Norvik"));
-    QTranslator translator;
-    if (translator.load(QStringLiteral("qtbase_ru"),
-                        QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        QApplication::installTranslator(&translator);
+    PrepareApplication();
 
-    const QStringList arguments = QApplication::arguments();
-    if (arguments.size() > 2) {
-        qCritical("usage: vk_docquery_host [DATABASE]");
+    QStringList arguments = QApplication::arguments().mid(1);
+    if (arguments.removeAll(QStringLiteral("--dark")) > 0) TakeDarkColours();
+    if (arguments.size() > 1 || arguments.join(u' ').startsWith(u'-')) {
+        qCritical("usage: vk_docquery_host [--dark] [DATABASE]");
         return 2;
     }
-    if (!OpenRecords(arguments.size() == 2 ? arguments[1] : SampleOffice())) return 1;
+    if (!OpenRecords(arguments.isEmpty() ? SampleOffice() : arguments.first())) return 1;
     HostWindow window;
     window.show();
     return QApplication::exec();

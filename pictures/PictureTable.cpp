@@ -230,7 +230,6 @@ constexpr PictureRow theRows[] = {
     {"window_dialog", "search", Tone::Blue, "", "", "", "", Group::Window},
     {"window_picker", "picker", Tone::Blue, "", "", "", "", Group::Window},
     {"window_browser", "browser", Tone::Violet, "", "", "", "", Group::Window},
-    {"window_host", "host", Tone::Teal, "", "", "", "", Group::Window},
     // clang-format on
 };
 

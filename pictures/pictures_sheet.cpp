@@ -52,7 +52,7 @@ std::vector<Caption> AllPictures() {
         all.push_back({QStringLiteral("status %1").arg(i), StatusPicture(i)});
     for (const int number : {OkPicture, CancelPicture, HelpPicture})
         all.push_back({QStringLiteral("standard picture %1").arg(number), StandardPicture(number)});
-    for (const char *name : {"dialog", "picker", "browser", "host"})
+    for (const char *name : {"dialog", "picker", "browser"})
         all.push_back(
             {QStringLiteral("window: ") + QLatin1String(name), WindowIcon(QLatin1String(name))});
     return all;

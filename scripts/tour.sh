@@ -1,13 +1,19 @@
 #!/usr/bin/env bash
-# tour.sh HOST DIR: plays the main job on a display of its own with the keys and the mouse, and leaves a
-# picture of every window and tab in DIR, and the query that was saved on the way.
+# tour.sh HOST DIR [ROUND]: plays the program on displays of its own with the keys and the mouse.
 #
-# Positions are those of the windows' design, in twips; the display has 96 dots per inch, 15 twips each.
+# The round 100-light is the main job from end to end; it leaves its pictures straight in DIR, and the
+# query that was saved on the way. Each other round shows all windows and tabs, empty and with every
+# criterion on, in another size and other colours, and leaves its pictures in a folder of its name.
+# Without ROUND all of them are played, two at a time.
+#
+# Positions are those of the windows' design, in twips; at 100 % the display has 96 dots per inch, 15
+# twips each.
 set -euo pipefail
-host=$1
+rounds="100-light 100-dark 125-light 125-dark 150-light 150-dark 200-light 200-dark"
+host=$(realpath "$1")
 mkdir -p "$2"
 out=$(cd "$2" && pwd)
-query=$out/Query.qvk
+round=${3:-}
 work=$(mktemp -d)
 pids=()
 
@@ -15,7 +21,7 @@ finish() {
     local result=$?
     trap - EXIT
     for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
-    wait 2>/dev/null || true
+    wait || true
     rm -rf "$work"
     exit $result
 }
@@ -23,21 +29,40 @@ trap finish EXIT
 
 fail() {
     maim "$out/failed.png" 2>/dev/null || true
-    printf 'tour: %s; the screen at that moment is %s\n' "$*" "$out/failed.png" >&2
+    printf 'tour %s: %s; the screen at that moment is %s\n' "$round" "$*" "$out/failed.png" >&2
     exit 1
 }
 
+play_all_rounds() {
+    local name
+    for name in $rounds; do
+        if [ ${#pids[@]} -ge 2 ]; then wait -n; fi
+        "${BASH_SOURCE[0]}" "$host" "$out" "$name" &
+        pids+=($!)
+    done
+    while [ -n "$(jobs -rp)" ]; do wait -n; done
+    pids=()
+}
+
+# A desktop makes windows larger in one of two ways: it gives programs a factor, or it tells them more
+# dots per inch. The light rounds have the one, the dark rounds the other.
 start_display() {
+    export QT_QPA_PLATFORM=xcb QT_SCALE_FACTOR=1 LC_ALL=C.UTF-8
+    unset WAYLAND_DISPLAY XAUTHORITY QT_QPA_PLATFORMTHEME QT_STYLE_OVERRIDE QT_FONT_DPI
+    local dots=96
+    if [ "$colours" = dark ]; then
+        dots=$((96 * percent / 100))
+    else
+        QT_SCALE_FACTOR=$((percent / 100)).$((percent % 100))
+    fi
     # Xvfb picks a free number and tells it.
     mkfifo "$work/number"
-    Xvfb -displayfd 3 -screen 0 1280x1024x24 -dpi 96 -nolisten tcp -noreset \
-        3>"$work/number" >"$work/xvfb.log" 2>&1 &
+    Xvfb -displayfd 3 -screen 0 "$((1280 * percent / 100))x$((1024 * percent / 100))x24" -dpi 96 \
+        -nolisten tcp -noreset 3>"$work/number" >"$work/xvfb.log" 2>&1 &
     pids+=($!)
     read -r -t 20 number <>"$work/number" || { cat "$work/xvfb.log" >&2; exit 1; }
     export DISPLAY=:$number
-    unset WAYLAND_DISPLAY XAUTHORITY
-    export QT_QPA_PLATFORM=xcb QT_SCALE_FACTOR=1 LC_ALL=C.UTF-8
-    unset QT_QPA_PLATFORMTHEME QT_STYLE_OVERRIDE QT_FONT_DPI
+    xprop -root -f RESOURCE_MANAGER 8s -set RESOURCE_MANAGER $'Xft.dpi:\t'"$dots"$'\n'
     HOME=$work openbox >"$work/openbox.log" 2>&1 &
     pids+=($!)
     # A window that comes up before its manager is there may stay unseen.
@@ -87,19 +112,18 @@ settle() {
             [ $SECONDS -lt $deadline ] || fail "the programs do not come to rest"
             sleep 0.02
         done
-        now=$(maim -u -i "$window" 2>/dev/null | cksum) || now=
+        now=$(maim -u -f bmp -i "$window" 2>/dev/null | cksum) || now=
         [ -n "$now" ] && [ "$now" = "$before" ] && return
         [ -n "$now" ] || xdotool getwindowname "$window" >/dev/null 2>&1 || return 0
         [ $SECONDS -lt $deadline ] || fail "the window does not come to rest"
         before=$now
-        sleep 0.1
+        sleep 0.05
     done
 }
 
-# The window with its frame, as the user sees it.
+# picture NAME: the window with its frame and what lies over it, as the user sees it.
 pictures=0
 picture() {
-    settle
     pictures=$((pictures + 1))
     local left top width height l r t b edges
     read -r left top width height < <(xwininfo -id "$window" |
@@ -124,7 +148,19 @@ write() {
 }
 # click LEFT TOP: twips inside the window.
 click() {
-    xdotool mousemove --sync --window "$window" $(($1 / 15)) $(($2 / 15)) click 1
+    xdotool mousemove --window "$window" $(($1 * percent / 1500)) $(($2 * percent / 1500)) click 1
+    settle
+}
+
+# hover LEFT TOP: the pointer rests there until its tool tip comes up.
+hover() {
+    local deadline=$((SECONDS + 30)) before
+    before=$(maim -u -f bmp | cksum)
+    xdotool mousemove --window "$window" $(($1 * percent / 1500)) $(($2 * percent / 1500))
+    until [ "$(maim -u -f bmp | cksum)" != "$before" ]; do
+        [ $SECONDS -lt $deadline ] || fail "the tool tip did not come up"
+        sleep 0.05
+    done
     settle
 }
 
@@ -135,8 +171,8 @@ at_bottom() {
     local WIDTH HEIGHT
     eval "$(xdotool getwindowgeometry --shell "$window" | grep -E '^(WIDTH|HEIGHT)=')"
     local left=$1
-    [ "$left" -ge 0 ] || left=$((WIDTH * 15 + left))
-    click $((left + 600)) $((HEIGHT * 15 - 855 + 180 + 240))
+    [ "$left" -ge 0 ] || left=$((WIDTH * 1500 / percent + left))
+    click $((left + 600)) $((HEIGHT * 1500 / percent - 855 + 180 + 240))
 }
 
 load=180 save=1800 save_as=3420 ok=-3450 cancel=-1875 # negative: from the right edge
@@ -200,6 +236,17 @@ look_at_picker() {
     await "$dialog"
 }
 
+# A name that is longer than its column.
+look_at_tip() {
+    on_page 8280 7620
+    await "Добавление комплектов отчетности"
+    hover 3000 1695
+    picture tool-tip
+    press Escape
+    gone "Добавление комплектов отчетности"
+    await "$dialog"
+}
+
 look_at_pickers() {
     open_tab taxpayer
     on_page 420 180     # theIsTaxpayers
@@ -209,6 +256,7 @@ look_at_pickers() {
     open_tab accstream
     on_page 420 3300    # theIsAccStreamsList
     look_at_picker 8280 7620 "Добавление комплектов отчетности" pick-streams
+    look_at_tip
     open_tab template
     on_page 420 180     # theIsTemplate
     look_at_picker 8220 6420 "Добавление бланков отчетных документов" pick-forms
@@ -232,14 +280,41 @@ pick_taxpayers() {
     picture after-add
 }
 
+# A query with all criteria on. One thing is missing in it, the surname.
+write_full_query() {
+    iconv -f UTF-8 -t CP1251 >"$1" <<'QUERY'
+<?xml version="1.0" encoding="windows-1251"?>
+<VkDocQuery ver="1">
+    <DocCriteria IsDocStatus="1" DocStatuses="15" IsNotes="1" NotesMode="2" Notes="срочно"
+        IsSignDate="1" SignDate1="01.10.2025" SignDate2="31.12.2025" IsSignerFio="1" SignerSurname=""
+        IsDocNum="1" DocNumMode="0" DocNum1="1" DocNum2="250" WholePfrCluster="1"/>
+    <TemplateCriteria IsTemplate="1" TemplatesMode="1">
+        <Templates><i id="1001"/><i id="1002"/><i id="1003"/></Templates>
+    </TemplateCriteria>
+    <PeriodCriteria IsPeriods="1" PeriodCriterion="2" OnePeriodYear="2025" OnePeriodMonthID="16"
+        RangePeriodYear1="2025" RangePeriodMonth1="1" RangePeriodYear2="2025" RangePeriodMonth2="12"
+        IsPeriodTypes="1" PeriodTypes="127"/>
+    <AccStreamCriteria IsAccStreamType="1" AccStreamTypes="319" IsAccStreamOpeness="1" AccStreamOpen="1"
+        IsContoraPrefix1="1" ContoraPrefix1="7701, 7702" IsContoraPrefix2="1" ContoraPrefix2="7703"
+        ContoraJoining="1" IsAccStreamsList="1">
+        <AccStreamsList><i id="9001"/><i id="9003"/></AccStreamsList>
+    </AccStreamCriteria>
+    <TaxpayersCriteria IsTaxpayers="1" TaxpayersType="2" IncludeMainOrgDocs="1">
+        <TaxpayersList><i id="101"/><i id="102"/><i id="103"/></TaxpayersList>
+    </TaxpayersCriteria>
+    <OtherOptions LastTab="taxpayer"/>
+</VkDocQuery>
+QUERY
+}
+
+# load_query FILE
 load_query() {
-    write_colleagues_query "$out/Colleague.qvk"
     at_bottom $load
     await "Открыть файл критериев поиска"
-    write "$out/Colleague.qvk"
+    write "$1"
     picture open-file
     press Return
-    await "$dialog - \[$out/Colleague.qvk\]"
+    await "$dialog - \[$1\]"
 }
 
 state_search() {
@@ -284,6 +359,18 @@ be_warned_and_correct() {
     on_page 5900 1620   # theSignerSurname
     write "Петров"
     pictures_of_tabs filled
+}
+
+look_at_drop_downs() {
+    open_tab time
+    on_page 4300 1480   # thePerMonth1
+    picture drop-down-month
+    press Escape
+    open_tab doc
+    on_page 5820 540    # theSignDate1
+    press alt+Down
+    picture drop-down-date
+    press Escape
 }
 
 save_query() {
@@ -339,6 +426,16 @@ browse_forms() {
     await "Норвик"
 }
 
+look_at_browser() {
+    press F8
+    await "$browser"
+    picture forms-all
+    find_form with-periods "ндс"
+    press Escape
+    gone "$browser"
+    await "Норвик"
+}
+
 # What was typed and clicked has to be in the file.
 check_query() {
     local wanted
@@ -364,24 +461,73 @@ WANTED
         fail "the saved query has not three taxpayers and the two that were added"
 }
 
+start_host() {
+    local option=
+    if [ "$colours" = dark ]; then option=--dark; fi
+    cd "$out"
+    HOME=$work XDG_RUNTIME_DIR=$work "$host" ${option:+"$option"} "sqlite:$work/office.db" &
+    pids+=($!)
+    await "Норвик"
+    picture host
+}
+
+leave_host() {
+    xdotool key ctrl+q
+    gone "Норвик"
+}
+
+do_the_whole_job() {
+    start_host
+    look_at_empty_dialog
+    look_at_pickers
+    write_colleagues_query "$out/Colleague.qvk"
+    load_query "$out/Colleague.qvk"
+    pick_taxpayers
+    state_search
+    be_warned_and_correct
+    look_at_drop_downs
+    save_query
+    confirm
+    check_query
+    browse_forms
+    leave_host
+}
+
+look_at_all_windows() {
+    start_host
+    look_at_empty_dialog
+    look_at_pickers
+    write_full_query "$work/Full.qvk"
+    load_query "$work/Full.qvk"
+    be_warned_and_correct
+    look_at_drop_downs
+    save_query
+    confirm
+    look_at_browser
+    leave_host
+}
+
+if [ -z "$round" ]; then
+    play_all_rounds
+    printf 'The tour is over: the pictures of the windows and the saved query are in %s\n' "$out"
+    exit
+fi
+case " $rounds " in
+    *" $round "*) ;;
+    *) printf 'tour: there is no round "%s", only %s\n' "$round" "$rounds" >&2; exit 2 ;;
+esac
+percent=${round%-*}
+colours=${round#*-}
+if [ "$round" = 100-light ]; then
+    road=do_the_whole_job
+    query=$out/Query.qvk
+else
+    road=look_at_all_windows
+    out=$out/$round
+    query=$work/Query.qvk
+    mkdir -p "$out"
+fi
 rm -f "$out"/[0-9][0-9]-*.png "$out/failed.png"
 start_display
-host=$(realpath "$host")
-cd "$out"
-HOME=$work XDG_RUNTIME_DIR=$work "$host" "sqlite:$work/office.db" &
-pids+=($!)
-await "Норвик"
-picture host
-look_at_empty_dialog
-look_at_pickers
-load_query
-pick_taxpayers
-state_search
-be_warned_and_correct
-save_query
-confirm
-check_query
-browse_forms
-xdotool key ctrl+q
-gone "Норвик"
-printf 'The tour is over: %d pictures of the windows and the saved query are in %s\n' "$pictures" "$out"
+$road
+printf 'tour %s: %d pictures of the windows are in %s\n' "$round" "$pictures" "$out"

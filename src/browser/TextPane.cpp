@@ -4,6 +4,8 @@
 
 #include <QTextCursor>
 
+#include "controls/Colours.h"
+
 namespace Vk_DocQuery {
 
 TextPane::TextPane(QWidget *aParent) : QPlainTextEdit(aParent) {
@@ -32,6 +34,12 @@ void TextPane::ReplaceSelection(const QString &aText) {
     theSelStart += static_cast<int>(aText.size());
     theSelLength = 0;
     Changed();
+}
+
+bool TextPane::event(QEvent *aEvent) {
+    const bool result = QPlainTextEdit::event(aEvent);
+    PaintEdgesOver(*this, *aEvent);
+    return result;
 }
 
 void TextPane::Changed() {

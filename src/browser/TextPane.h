@@ -29,6 +29,9 @@ public:
     /// Shows at once what was written.
     void Flush();
 
+protected:
+    bool event(QEvent *aEvent) override;
+
 private:
     void Changed();
 

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QApplication>
+#include <QEvent>
+#include <QPainter>
 #include <QWidget>
 
 namespace Vk_DocQuery {
@@ -24,21 +27,23 @@ int Distance(const QColor &aOne, const QColor &aOther) {
     return std::abs(qGray(aOne.rgb()) - qGray(aOther.rgb()));
 }
 
-}  // namespace
-
-QColor EdgeColour(const QPalette &aPalette) {
-    return Between(aPalette.color(QPalette::Window), aPalette.color(QPalette::WindowText), theEdge);
+/// Filled places are rounded to pixels just as the elements themselves are; a drawn line may come
+/// to lie beside them.
+void PaintEdges(QPainter &aPainter, const QWidget &aElement, const QRect &aPlace,
+                const QColor &aColour) {
+    const double scale = aElement.devicePixelRatioF();
+    const double width = std::max(1.0, std::floor(scale)) / scale;
+    const QRectF place(aPlace);
+    aPainter.fillRect(QRectF(place.left(), place.top(), place.width(), width), aColour);
+    aPainter.fillRect(QRectF(place.left(), place.bottom() - width, place.width(), width), aColour);
+    aPainter.fillRect(QRectF(place.left(), place.top(), width, place.height()), aColour);
+    aPainter.fillRect(QRectF(place.right() - width, place.top(), width, place.height()), aColour);
 }
 
-QPen EdgePen(const QWidget &aElement) {
-    QPen pen(EdgeColour(aElement.palette()),
-             std::max(1.0, std::floor(aElement.devicePixelRatioF())));
-    pen.setCosmetic(true);
-    return pen;
-}
-
-void KeepDisabledReadable(QWidget &aWindow) {
-    const QPalette colours = aWindow.palette();
+/// The colours of the desktop, with what is too faint in them replaced. Those that the window has
+/// got before do not count.
+QPalette ReadableColours(const QWidget &aWindow) {
+    const QPalette colours = QApplication::palette(&aWindow);
     QPalette palette;
     palette.setResolveMask(0);
     constexpr std::pair<QPalette::ColorRole, QPalette::ColorRole> theRoles[] = {
@@ -52,7 +57,50 @@ void KeepDisabledReadable(QWidget &aWindow) {
         if (Distance(colours.color(QPalette::Disabled, text), under) < Distance(readable, under))
             palette.setColor(QPalette::Disabled, text, readable);
     }
-    aWindow.setPalette(palette);
+    return palette;
+}
+
+/// Lives as long as its window and goes with the desktop from light to dark and back.
+class DisabledKeeper : public QObject {
+public:
+    explicit DisabledKeeper(QWidget &aWindow) : QObject(&aWindow), theWindow(aWindow) {
+        aWindow.installEventFilter(this);
+        Follow();
+    }
+
+protected:
+    bool eventFilter(QObject * /*aObject*/, QEvent *aEvent) override {
+        if (aEvent->type() == QEvent::ApplicationPaletteChange) Follow();
+        return false;
+    }
+
+private:
+    void Follow() { theWindow.setPalette(ReadableColours(theWindow)); }
+
+    QWidget &theWindow;
+};
+
+}  // namespace
+
+QColor EdgeColour(const QPalette &aPalette) {
+    return Between(aPalette.color(QPalette::Window), aPalette.color(QPalette::WindowText), theEdge);
+}
+
+void PaintEdges(QPainter &aPainter, const QWidget &aElement, const QRect &aPlace) {
+    PaintEdges(aPainter, aElement, aPlace, EdgeColour(aElement.palette()));
+}
+
+void PaintEdgesOver(QWidget &aArea, const QEvent &aEvent) {
+    if (aEvent.type() == QEvent::FocusIn || aEvent.type() == QEvent::FocusOut) aArea.update();
+    if (aEvent.type() != QEvent::Paint) return;
+    QPainter painter(&aArea);
+    const QPalette &palette = aArea.palette();
+    PaintEdges(painter, aArea, aArea.rect(),
+               aArea.hasFocus() ? palette.color(QPalette::Highlight) : EdgeColour(palette));
+}
+
+void KeepDisabledReadable(QWidget &aWindow) {
+    new DisabledKeeper(aWindow);
 }
 
 }  // namespace Vk_DocQuery

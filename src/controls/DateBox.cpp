@@ -86,6 +86,7 @@ public:
         connect(clear, &QPushButton::clicked, this, [this] { theBox.Take(QDate()); });
         connect(Calendar, &QCalendarWidget::currentPageChanged, this, [this] { NameMonth(); });
         setFocusProxy(days);
+        ColourWeekends();
     }
 
     void ShowDate(QDate aDate) {
@@ -95,6 +96,10 @@ public:
     }
 
 protected:
+    void changeEvent(QEvent *aEvent) override {
+        QFrame::changeEvent(aEvent);
+        if (Calendar && aEvent->type() == QEvent::PaletteChange) ColourWeekends();
+    }
     bool eventFilter(QObject *aObject, QEvent *aEvent) override {
         if (aEvent->type() != QEvent::KeyPress) return QFrame::eventFilter(aObject, aEvent);
         const auto *key = static_cast<QKeyEvent *>(aEvent);
@@ -110,6 +115,16 @@ protected:
     }
 
 private:
+    /// The red that a calendar has by itself cannot be read on a dark ground.
+    void ColourWeekends() {
+        const bool dark = palette().color(QPalette::Base).lightness() <
+                          palette().color(QPalette::Text).lightness();
+        QTextCharFormat format;
+        format.setForeground(dark ? QColor(255, 128, 128) : QColor(200, 0, 0));
+        Calendar->setWeekdayTextFormat(Qt::Saturday, format);
+        Calendar->setWeekdayTextFormat(Qt::Sunday, format);
+    }
+
     /// The heading begins with a capital, too. The arrow of its menu is drawn over the end of the
     /// text, so that blanks make room for it.
     void NameMonth() {
@@ -118,7 +133,7 @@ private:
     }
 
     DateBox &theBox;
-    QCalendarWidget *Calendar;
+    QCalendarWidget *Calendar = nullptr;
 };
 
 /// The calendar is a window of its own, which would be missing from the tree that a screen reader

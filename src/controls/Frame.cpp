@@ -48,8 +48,7 @@ void Frame::paintEvent(QPaintEvent * /*aEvent*/) {
         const QRect gap = text.adjusted(-theCaptionMargin, 0, theCaptionMargin, 0);
         painter.setClipRegion(QRegion(rect()).subtracted(gap));
     }
-    painter.setPen(EdgePen(*this));
-    painter.drawRect(rect().adjusted(0, edge, -1, -1));
+    PaintEdges(painter, *this, rect().adjusted(0, edge, 0, 0));
 
     painter.setClipping(false);
     painter.setPen(palette().color(QPalette::WindowText));

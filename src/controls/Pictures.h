@@ -30,7 +30,7 @@ enum StandardPictureNumber : int {
 
 QIcon StandardPicture(int aNumber);
 
-/// aWindow is "dialog", "picker", "browser" or "host".
+/// aWindow is "dialog", "picker" or "browser".
 QIcon WindowIcon(const QString &aWindow);
 
 }  // namespace Vk_DocQuery

@@ -1,5 +1,7 @@
 #include "controls/ScrollBox.h"
 
+#include "controls/Colours.h"
+
 namespace Vk_DocQuery {
 
 ScrollBox::ScrollBox(QWidget *aParent) : QScrollArea(aParent) {
@@ -15,6 +17,12 @@ void ScrollBox::FitContent() {
     const QRect used = Content()->childrenRect();
     const QSize room = maximumViewportSize();
     Content()->resize(qMax(room.width(), used.right() + 1), qMax(room.height(), used.bottom() + 1));
+}
+
+bool ScrollBox::event(QEvent *aEvent) {
+    const bool result = QScrollArea::event(aEvent);
+    PaintEdgesOver(*this, *aEvent);
+    return result;
 }
 
 void ScrollBox::resizeEvent(QResizeEvent *aEvent) {

@@ -16,6 +16,7 @@ public:
     void FitContent();
 
 protected:
+    bool event(QEvent *aEvent) override;
     void resizeEvent(QResizeEvent *aEvent) override;
 };
 

@@ -163,8 +163,7 @@ void TabControl::PlacePages() {
 
 void TabControl::paintEvent(QPaintEvent * /*aEvent*/) {
     QPainter painter(this);
-    painter.setPen(EdgePen(*this));
-    painter.drawRect(rect().adjusted(0, thePagePlace.y() - 1, -1, -1));
+    PaintEdges(painter, *this, rect().adjusted(0, thePagePlace.y() - 1, 0, 0));
 }
 
 void TabControl::resizeEvent(QResizeEvent *aEvent) {

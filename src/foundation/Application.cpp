@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QLibraryInfo>
+#include <QLocale>
 #include <QTranslator>
 
 #include <Vk_DocQuery/Failure.h>
@@ -42,6 +43,7 @@ void EnsureApplication() {
     static char *arguments[] = {name, nullptr};
     static auto *application = new QApplication(count, arguments);  // never released, as the slots
                                                                     // of the accessors are not
+    QLocale::setDefault(QLocale(QLocale::Russian, QLocale::Russia));
     static QTranslator translator;
     if (translator.load(QStringLiteral("qtbase_ru"),
                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))

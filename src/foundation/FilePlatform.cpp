@@ -5,8 +5,12 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QFileIconProvider>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QRegularExpression>
+#include <QSplitter>
+#include <QTreeView>
 #include <QWindow>
 
 #include "foundation/Application.h"
@@ -15,6 +19,11 @@
 namespace Vk_DocQuery {
 
 namespace {
+
+// Twips.
+constexpr int theWidth = 12315;
+constexpr int theHeight = 7500;
+constexpr int thePlacesWidth = 2400;
 
 QString TextOf(const char *aBytes) {
     return aBytes ? QString::fromUtf8(aBytes) : QString();
@@ -56,6 +65,14 @@ QString ExtensionOf(const Filter &aFilter) {
                                       : plain.match(aFilter.Patterns.first()).captured(1);
 }
 
+/// Qt's own translations lack the word.
+class RussianFileTypes : public QFileIconProvider {
+public:
+    QString type(const QFileInfo &aFile) const override {
+        return aFile.isDir() ? QStringLiteral("Папка") : QFileIconProvider::type(aFile);
+    }
+};
+
 class FileDialog {
 public:
     FileDialog(OpenFileName &aRecord, bool aSave);
@@ -64,6 +81,7 @@ public:
     qint32 FilterIndex() const;
 
 private:
+    void MakeRoom();
     void SetOwner();
     void SetPlace();
     QStringList ChosenFiles() const;
@@ -73,12 +91,14 @@ private:
     const OpenFileName &theRecord;
     bool theIsSave;
     QList<Filter> theFilters;
+    RussianFileTypes theTypes;
     QFileDialog theDialog;
 };
 
 FileDialog::FileDialog(OpenFileName &aRecord, bool aSave)
     : theRecord(aRecord), theIsSave(aSave), theFilters(FiltersOf(aRecord.lpstrFilter)) {
     SetOwner();
+    MakeRoom();
     theDialog.setWindowTitle(TextOf(aRecord.lpstrTitle));
     theDialog.setAcceptMode(aSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     theDialog.setFileMode(Has(AllowMultiSelect) && !aSave ? QFileDialog::ExistingFiles
@@ -99,6 +119,20 @@ FileDialog::FileDialog(OpenFileName &aRecord, bool aSave)
             theDialog.selectNameFilter(names[aRecord.nFilterIndex - 1]);
     }
     SetPlace();
+}
+
+/// Qt's own dialog is so small that it cuts off dates and names of folders. That of a desktop has
+/// none of these parts.
+void FileDialog::MakeRoom() {
+    theDialog.setIconProvider(&theTypes);
+    theDialog.resize(PixelsFromTwips(theWidth), PixelsFromTwips(theHeight));
+    if (auto *splitter = theDialog.findChild<QSplitter *>(QStringLiteral("splitter")))
+        splitter->setSizes({PixelsFromTwips(thePlacesWidth),
+                            PixelsFromTwips(theWidth) - PixelsFromTwips(thePlacesWidth)});
+    if (const auto *files = theDialog.findChild<QTreeView *>(QStringLiteral("treeView"))) {
+        files->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+        files->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    }
 }
 
 void FileDialog::SetOwner() {

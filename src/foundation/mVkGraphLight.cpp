@@ -23,18 +23,21 @@ double PixelsPerInch() {
     return screen ? screen->logicalDotsPerInchX() : 96.0;
 }
 
-/// A box over the window that is up; texts are plain, so that a file name with "<" shows as it is.
+/// A box over the window that is up, in the font of that window; texts are plain, so that a file
+/// name with "<" shows as it is.
 class Box : public QMessageBox {
 public:
     Box(Icon aIcon, const QString &aText, const QString &aTitle)
         : QMessageBox(aIcon, aTitle, aText, NoButton, Owner()) {
         setTextFormat(Qt::PlainText);
         setTextInteractionFlags(Qt::TextSelectableByMouse);
+        if (parentWidget()) setFont(parentWidget()->font());
     }
 
     QPushButton *AddButton(StandardButton aButton, const QString &aCaption) {
         QPushButton *button = addButton(aButton);
         button->setText(aCaption);
+        button->setIcon(QIcon());  // the captions say it all, and few desktops draw one
         return button;
     }
 
@@ -106,7 +109,7 @@ void EnableControl(QWidget &aControl, bool aEnabled, QWidget *aCompanion) {
     const QPalette colours = QApplication::palette();
     const QColor ground = colours.color(aEnabled ? QPalette::Active : QPalette::Disabled,
                                         aEnabled ? QPalette::Base : QPalette::Button);
-    QPalette palette = aControl.palette();
+    QPalette palette;  // says nothing of the other colours, which the element inherits
     palette.setColor(QPalette::Base, ground);
     aControl.setPalette(palette);
     if (aCompanion) aCompanion->setEnabled(aEnabled);

@@ -4,6 +4,8 @@
 #include <limits>
 #include <vector>
 
+#include <QApplication>
+#include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -106,6 +108,7 @@ Frame *MadeFrame(const ElementRow &aRow, QWidget *aParent) {
 CheckBox *MadeCheckBox(const ElementRow &aRow, QWidget *aParent) {
     auto *box = new CheckBox(QString::fromUtf16(aRow.Caption), aParent);
     const auto *frame = qobject_cast<Frame *>(aParent);
+    box->setBackgroundRole(QPalette::Window);
     box->setAutoFillBackground(frame && frame->HasBorder());
     return box;
 }
@@ -132,6 +135,7 @@ QString CriterionAround(const QWidget &aElement) {
 
 VkDocQueryCriteries::VkDocQueryCriteries(QWidget *aParent) try : QWidget(aParent) {
     setFont(WindowFont());
+    theColours = QApplication::palette();
     MakeTabs();
     MakeElements();
     SetTabOrder();
@@ -343,6 +347,16 @@ QString VkDocQueryCriteries::GetCurrentTab() const {
 
 QSize VkDocQueryCriteries::sizeHint() const {
     return DesignSize();
+}
+
+/// The rules give elements colours of the desktop, which may have changed.
+void VkDocQueryCriteries::changeEvent(QEvent *aEvent) try {
+    QWidget::changeEvent(aEvent);
+    if (aEvent->type() != QEvent::PaletteChange || theColours == QApplication::palette()) return;
+    theColours = QApplication::palette();
+    RefreshControls(false);
+} catch (...) {
+    ReportErrorToUser(theModule, "changeEvent");
 }
 
 void VkDocQueryCriteries::resizeEvent(QResizeEvent *aEvent) {

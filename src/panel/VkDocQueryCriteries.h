@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <QPalette>
 #include <QWidget>
 
 #include <Vk_DocQuery/VkDocQueryData.h>
@@ -97,11 +98,13 @@ protected:
     void PerformAddItems(ListView &aList, qint32 aObjectsType);
     void PerformDeleteItems(ListView &aList);
 
+    void changeEvent(QEvent *aEvent) override;
     void resizeEvent(QResizeEvent *aEvent) override;
 
     qint32 theLockCount = 0;
     bool theRefreshPending = false;
     bool theRefreshDisabled = false;
+    QPalette theColours;  // of the desktop, as the rules have seen them last
     DocQueryTemplatesMode theCurTemplatesMode = DocQueryTemplatesMode(0);
     DocQueryTaxpayersType theCurTaxpayersType = DocQueryTaxpayersType(0);
 

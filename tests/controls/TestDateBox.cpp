@@ -1,6 +1,6 @@
+#include <QApplication>
 #include <QCalendarWidget>
 #include <QClipboard>
-#include <QGuiApplication>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QStyledItemDelegate>
@@ -12,6 +12,7 @@
 
 #include "controls/DateBox.h"
 #include "controls/PictureButton.h"
+#include "support/Contrast.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"
 
@@ -127,7 +128,7 @@ private slots:
 
     void DatesCanBePasted() {
         Window window;
-        QGuiApplication::clipboard()->setText(QStringLiteral("15.08.2025"));
+        QApplication::clipboard()->setText(QStringLiteral("15.08.2025"));
         QTest::keyClick(window.Edit(), Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(Shown(window.Box->Value()), QStringLiteral("15.08.2025"));
     }
@@ -222,6 +223,26 @@ private slots:
         QTRY_VERIFY(window.Cancel->hasFocus());
         QCoreApplication::processEvents();
         QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void WeekendsCanBeReadOnEveryGround() {
+        const QPalette light = QApplication::palette();
+        QPalette night = light;
+        night.setColor(QPalette::Base, QColor(30, 30, 33));
+        night.setColor(QPalette::Text, QColor(230, 230, 230));
+        Window window;
+        QTest::keyClick(window.Edit(), Qt::Key_F4);
+        for (const bool dark : {false, true, false}) {
+            QApplication::setPalette(dark ? night : light);
+            QApplication::processEvents();
+            const QColor ground = window.Calendar()->palette().color(QPalette::Base);
+            QCOMPARE(ground.lightness() < 128, dark);
+            for (const auto day : {Qt::Saturday, Qt::Sunday}) {
+                const QColor text = window.Calendar()->weekdayTextFormat(day).foreground().color();
+                QVERIFY(Contrast(text, ground) >= 4.5);
+                QVERIFY(text.red() > text.blue());
+            }
+        }
     }
 
     void CalendarOpensByKeyAndButton() {

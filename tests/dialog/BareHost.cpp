@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -72,6 +73,8 @@ int RunAndCancel() {
     DocQueryEditor editor;
     if (!qobject_cast<QApplication *>(QCoreApplication::instance()))
         return Complain(QStringLiteral("no application was made"));
+    if (QLocale().name() != QStringLiteral("ru_RU"))
+        return Complain(QStringLiteral("Qt would write dates as in ") + QLocale().name());
 
     const auto record = std::make_shared<VkDocQueryData>();
     record->Notes = QStringLiteral("прежнее");

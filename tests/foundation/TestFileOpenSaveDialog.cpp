@@ -2,6 +2,7 @@
 #include <QComboBox>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileIconProvider>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -383,6 +384,8 @@ private slots:
             Same(driver, dialog->labelText(QFileDialog::FileName), QStringLiteral("&Имя файла:"));
             Same(driver, dialog->labelText(QFileDialog::FileType), QStringLiteral("Тип файлов:"));
             Same(driver, dialog->labelText(QFileDialog::LookIn), QStringLiteral("Папка:"));
+            Same(driver, dialog->iconProvider()->type(QFileInfo(theFolder->path())),
+                 QStringLiteral("Папка"));
             if (dialog->parentWidget() != &owner) driver.Complain(QStringLiteral("owner"));
             Type(*dialog, QStringLiteral("Мои критерии.qvk"));
         });

@@ -224,6 +224,25 @@ private slots:
         QVERIFY2(driver.Done(), driver.Complaint());
     }
 
+    void BoxIsWrittenAsItsOwnerIs() {
+        QDialog owner;
+        QFont font = owner.font();
+        font.setPointSizeF(font.pointSizeF() + 3);
+        owner.setFont(font);
+        owner.show();
+        QVERIFY(QTest::qWaitForWindowActive(&owner));
+        ModalDriver driver;
+        driver.Expect([&](QWidget &aBox) {
+            if (aBox.font() != font) driver.Complain(QStringLiteral("the box has another font"));
+            for (auto *button : aBox.findChildren<QPushButton *>()) {
+                if (!button->icon().isNull()) driver.Complain(button->text());
+            }
+            aBox.close();
+        });
+        ShowInfoBox(theText, theTitle);
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
     void EnablingGivesTheWindowColour() {
         QLineEdit control;
         control.setPalette(QPalette(Qt::red, Qt::red));

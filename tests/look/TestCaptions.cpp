@@ -20,13 +20,17 @@
 #include <QTextLayout>
 
 #include "browser/TemplateQuerierForm.h"
+#include "browser/TextPane.h"
+#include "controls/Colours.h"
 #include "controls/DateBox.h"
 #include "controls/Frame.h"
 #include "controls/ListView.h"
 #include "controls/NumberBox.h"
+#include "controls/ScrollBox.h"
 #include "dialog/DocQueryOptionsFrm.h"
 #include "foundation/mVkGraphLight.h"
 #include "picker/SelectObjectsForm.h"
+#include "support/Contrast.h"
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"
@@ -51,21 +55,6 @@ QPalette DarkPalette() {
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, role, QColor(90, 90, 90));
     return palette;
-}
-
-double Luminance(const QColor &aColour) {
-    const auto linear = [](double aPart) {
-        return aPart <= 0.04045 ? aPart / 12.92 : std::pow((aPart + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(aColour.redF()) + 0.7152 * linear(aColour.greenF()) +
-           0.0722 * linear(aColour.blueF());
-}
-
-/// From 1, nothing to be seen, to 21, black on white.
-double Contrast(const QColor &aOne, const QColor &aOther) {
-    const double one = Luminance(aOne) + 0.05;
-    const double other = Luminance(aOther) + 0.05;
-    return std::max(one, other) / std::min(one, other);
 }
 
 /// Measures what a window writes against the room that its elements give.
@@ -295,6 +284,37 @@ QByteArray Overlaps(const QWidget &aWindow) {
     return faults.join(u'\n').toUtf8();
 }
 
+/// Which sides of an element have no line of that colour from end to end, but for the corners.
+QByteArray MissingEdges(const QImage &aImage, const QWidget &aElement, QRgb aColour) {
+    const double scale = aElement.devicePixelRatioF();
+    const QRectF place(QPointF(aElement.geometry().topLeft()) * scale,
+                       QSizeF(aElement.size()) * scale);
+    const int top =
+        qobject_cast<const Frame *>(&aElement) ? aElement.fontMetrics().height() / 2 : 0;
+    constexpr int theCorner = 3;
+    const auto whole = [&](bool aUpright, int aAt) {
+        const double from = aUpright ? place.top() + top * scale : place.left();
+        const double to = aUpright ? place.bottom() : place.right();
+        for (int i = qRound(from) + theCorner; i < qRound(to) - theCorner; ++i) {
+            if (aImage.pixel(aUpright ? aAt : i, aUpright ? i : aAt) != aColour) return false;
+        }
+        return true;
+    };
+    QByteArray missing;
+    const auto need = [&](const char *aSide, bool aUpright, double aAt) {
+        // The side is somewhere within a pixel of its place.
+        for (int at = qFloor(aAt) - 1; at <= qFloor(aAt) + 1; ++at)
+            if (whole(aUpright, at)) return;
+        missing += QByteArray(aSide) + " of " + aElement.metaObject()->className() + " at " +
+                   QByteArray::number(aElement.x()) + "; ";
+    };
+    need("left", true, place.left());
+    need("right", true, place.right() - 1);
+    need("top", false, place.top() + top * scale);
+    need("bottom", false, place.bottom() - 1);
+    return missing;
+}
+
 }  // namespace
 
 /// All windows in the resolution and with the fonts that this run was started for, which the
@@ -425,6 +445,32 @@ private slots:
                                 "поиск документов?"),
                  QStringLiteral("Норвик: Критерии поиска документов"));
         QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    /// Places on all fractions of a pixel that a scale can lead to.
+    void EdgesAreWhole_data() { Palettes(); }
+    void EdgesAreWhole() {
+        UsePalette();
+        QWidget window;
+        QList<QWidget *> elements;
+        for (int i = 0; i < 8; ++i) {
+            QWidget *const column[] = {new Frame(QString(), &window), new ScrollBox(&window),
+                                       new TextPane(&window)};
+            for (int row = 0; row < 3; ++row) {
+                column[row]->setGeometry(10 + 61 * i, 10 + 80 * row + 3 * i, 50 + i, 40 + i);
+                column[row]->setFocusPolicy(Qt::NoFocus);
+                elements << column[row];
+            }
+        }
+        window.resize(520, 250);
+        window.show();
+        const QImage image = window.grab().toImage().convertToFormat(QImage::Format_RGB32);
+        QCOMPARE(image.devicePixelRatio(), window.devicePixelRatioF());
+        const QColor edge = EdgeColour(window.palette());
+        for (const QWidget *element : elements) {
+            const QByteArray missing = MissingEdges(image, *element, edge.rgb());
+            QVERIFY2(missing.isEmpty(), missing);
+        }
     }
 
     void DisabledTextsCanBeRead_data() { Palettes(); }

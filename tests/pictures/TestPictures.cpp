@@ -384,7 +384,7 @@ private slots:
     }
 
     void WindowIconsComeInLargeSizesToo() {
-        for (const char *name : {"dialog", "picker", "browser", "host"}) {
+        for (const char *name : {"dialog", "picker", "browser"}) {
             const QIcon icon = WindowIcon(QLatin1String(name));
             for (const int side : {16, 20, 24, 32, 48, 64, 128})
                 QVERIFY2(icon.availableSizes().contains(QSize(side, side)), name);

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+
+/// Gives the program its name, its icon, and Russian words and dates in the windows of Qt itself.
+void PrepareApplication();
+
+/// Takes dark colours, for a desktop that passes none on.
+void TakeDarkColours();
+
+/// Opens the database and asks again as long as the user wants to; false if the user gives up.
+bool OpenRecords(const QString &aDatabase);

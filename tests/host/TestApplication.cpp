@@ -1,0 +1,112 @@
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QIcon>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <Vk_Records/Database.h>
+
+#include "Application.h"
+#include "support/Contrast.h"
+#include "support/ModalDriver.h"
+#include "support/TestMain.h"
+
+using namespace VkTests;
+
+namespace {
+
+QString Trouble(const QString &aReason) {
+    return QStringLiteral("Не удалось открыть базу данных.\n\n") + aReason;
+}
+
+}  // namespace
+
+class TestApplication : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { PrepareApplication(); }
+
+    void ProgramHasAnIcon() {
+        const QIcon icon = QApplication::windowIcon();
+        for (const int side : {16, 32, 64}) {
+            const QImage image = icon.pixmap(side, side).toImage();
+            QCOMPARE(image.size(), QSize(side, side));
+            QVERIFY(qAlpha(image.pixel(side / 2, side / 4)) == 255);
+        }
+    }
+
+    void QtSpeaksRussian() {
+        QCOMPARE(QLocale().name(), QStringLiteral("ru_RU"));
+        const QString words = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+        if (!QFileInfo::exists(words + QStringLiteral("/qtbase_ru.qm")))
+            QSKIP("Qt's translations are not installed");
+        const QDialogButtonBox box(QDialogButtonBox::Cancel);
+        QCOMPARE(box.button(QDialogButtonBox::Cancel)->text().remove(u'&'),
+                 QStringLiteral("Отмена"));
+    }
+
+    void DarkColoursCanBeRead() {
+        const QPalette before = QApplication::palette();
+        TakeDarkColours();
+        const QPalette dark = QApplication::palette();
+        QApplication::setPalette(before);
+        constexpr std::pair<QPalette::ColorRole, QPalette::ColorRole> thePairs[] = {
+            {QPalette::WindowText, QPalette::Window},
+            {QPalette::Text, QPalette::Base},
+            {QPalette::ButtonText, QPalette::Button},
+            {QPalette::ToolTipText, QPalette::ToolTipBase},
+            {QPalette::HighlightedText, QPalette::Highlight},
+            {QPalette::Link, QPalette::Base},
+            {QPalette::PlaceholderText, QPalette::Base},
+        };
+        for (const auto &[text, ground] : thePairs) {
+            QVERIFY(dark.color(ground).lightness() < dark.color(text).lightness());
+            QVERIFY2(Contrast(dark.color(text), dark.color(ground)) >= 4.5,
+                     qPrintable(QString::number(text)));
+        }
+        for (const auto &[text, ground] : {thePairs[0], thePairs[1], thePairs[2]})
+            QVERIFY(Contrast(dark.color(QPalette::Disabled, text), dark.color(ground)) >= 3);
+    }
+
+    void UserMayTryAgainAndGiveUp() {
+        const QString text = Trouble(
+            QStringLiteral("Адрес базы данных \"office\" не распознан. Укажите адрес вида "
+                           "\"sqlite:/папка/office.db\" или \"postgresql://имя@сервер/база\"."));
+        ModalDriver driver;
+        driver.ExpectBox(QStringLiteral("Норвик"), text, QStringLiteral("Повторить"));
+        driver.ExpectBox(QStringLiteral("Норвик"), text, QStringLiteral("Выход"));
+        QVERIFY(!OpenRecords(QStringLiteral("office")));
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void EscapeGivesUp() {
+        ModalDriver driver;
+        driver.Expect([](QWidget &aBox) { QTest::keyClick(&aBox, Qt::Key_Escape); });
+        QVERIFY(!OpenRecords(QStringLiteral("office")));
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void TroubleMayBeOverAtTheSecondTry() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("data/office.db"));
+        ModalDriver driver;
+        driver.Expect([&](QWidget &aBox) {
+            QDir(folder.path()).mkdir(QStringLiteral("data"));
+            QTest::keyClick(&aBox, Qt::Key_Return);  // the first button
+        });
+        QVERIFY(OpenRecords(QStringLiteral("sqlite:") + path));
+        Vk_Records::CloseDatabase();
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(QFile::exists(path));
+    }
+};
+
+VK_TEST_CLASS(TestApplication);
+#include "TestApplication.moc"
