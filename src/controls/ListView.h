@@ -198,6 +198,7 @@ signals:
     void ItemCheck(Vk_DocQuery::ListRow *aRow);
 
 protected:
+    bool event(QEvent *aEvent) override;
     void keyPressEvent(QKeyEvent *aEvent) override;
     void mousePressEvent(QMouseEvent *aEvent) override;
     void mouseMoveEvent(QMouseEvent *aEvent) override;

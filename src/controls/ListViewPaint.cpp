@@ -30,6 +30,13 @@ int PictureSize() {
 
 }  // namespace
 
+bool ListView::event(QEvent *aEvent) {
+    if (aEvent->type() != QEvent::Paint) return QAbstractScrollArea::event(aEvent);
+    const bool handled = QAbstractScrollArea::event(aEvent);
+    PaintEdgesOver(*this, *aEvent);
+    return handled;
+}
+
 /// A change that nobody has shown yet may touch more than what is to be painted.
 void ListView::paintEvent(QPaintEvent *aEvent) try {
     if (TakeChanges() && !aEvent->rect().contains(viewport()->rect())) viewport()->update();

@@ -455,14 +455,14 @@ private slots:
         QList<QWidget *> elements;
         for (int i = 0; i < 8; ++i) {
             QWidget *const column[] = {new Frame(QString(), &window), new ScrollBox(&window),
-                                       new TextPane(&window)};
-            for (int row = 0; row < 3; ++row) {
+                                       new TextPane(&window), new ListView(&window)};
+            for (int row = 0; row < 4; ++row) {
                 column[row]->setGeometry(10 + 61 * i, 10 + 80 * row + 3 * i, 50 + i, 40 + i);
                 column[row]->setFocusPolicy(Qt::NoFocus);
                 elements << column[row];
             }
         }
-        window.resize(520, 250);
+        window.resize(520, 330);
         window.show();
         const QImage image = window.grab().toImage().convertToFormat(QImage::Format_RGB32);
         QCOMPARE(image.devicePixelRatio(), window.devicePixelRatioF());
