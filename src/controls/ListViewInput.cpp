@@ -253,11 +253,13 @@ void ListView::FocusRow(ListRow *aRow) try {
 void ListView::focusInEvent(QFocusEvent *aEvent) {
     QAbstractScrollArea::focusInEvent(aEvent);
     TellOfSelection();
+    update();  // the edges
     viewport()->update();
 }
 
 void ListView::focusOutEvent(QFocusEvent *aEvent) {
     QAbstractScrollArea::focusOutEvent(aEvent);
+    update();
     viewport()->update();
 }
 
