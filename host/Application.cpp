@@ -65,6 +65,7 @@ bool OpenRecords(const QString &aDatabase) {
             QMessageBox box(
                 QMessageBox::Critical, QStringLiteral("Норвик"),
                 QStringLiteral("Не удалось открыть базу данных.\n\n") + failure.Description());
+            box.setTextFormat(Qt::PlainText);
             box.addButton(QStringLiteral("Повторить"), QMessageBox::AcceptRole);
             auto *leave = box.addButton(QStringLiteral("Выход"), QMessageBox::RejectRole);
             box.setEscapeButton(leave);

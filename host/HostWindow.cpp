@@ -49,15 +49,23 @@ QWidget *Titled(const QString &aTitle, QWidget *aContent) {
     return half;
 }
 
+/// A path in the text may look like a tag.
+void ShowFailure(QWidget *aOwner, const QString &aText) {
+    QMessageBox box(QMessageBox::Critical, QStringLiteral("Норвик"), aText, QMessageBox::Ok,
+                    aOwner);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
 /// Runs what a menu item does; a failure is shown, and the program goes on.
 template <class Work>
 void Guarded(QWidget *aOwner, Work aWork) {
     try {
         aWork();
     } catch (const Failure &failure) {
-        QMessageBox::critical(aOwner, QStringLiteral("Норвик"), failure.Description());
+        ShowFailure(aOwner, failure.Description());
     } catch (const std::exception &failure) {
-        QMessageBox::critical(aOwner, QStringLiteral("Норвик"), QString::fromUtf8(failure.what()));
+        ShowFailure(aOwner, QString::fromUtf8(failure.what()));
     }
 }
 

@@ -13,6 +13,12 @@ rounds="100-light 100-dark 125-light 125-dark 150-light 150-dark 200-light 200-d
 host=$(realpath "$1")
 mkdir -p "$2"
 out=$(cd "$2" && pwd)
+# The pictures of an earlier tour are replaced; what others keep in a folder is left alone.
+if [ ! -e "$out/.tour" ] && [ -n "$(ls -A "$out")" ]; then
+    printf 'tour: the folder %s holds other files; name an empty or a new one\n' "$out" >&2
+    exit 1
+fi
+touch "$out/.tour"
 round=${3:-}
 work=$(mktemp -d)
 pids=()
@@ -240,7 +246,7 @@ look_at_picker() {
 look_at_tip() {
     on_page 8280 7620
     await "Добавление комплектов отчетности"
-    hover 3000 1695
+    hover 11500 1560
     picture tool-tip
     press Escape
     gone "Добавление комплектов отчетности"

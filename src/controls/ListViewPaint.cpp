@@ -28,6 +28,14 @@ int PictureSize() {
     return PixelsFromTwips(thePictureTwips);
 }
 
+/// In one line, and in several if that would be longer than a window is wide.
+QString TipOf(const QString &aText, const QFont &aFont) {
+    constexpr int theLongestLineTwips = 9000;
+    const bool isLong =
+        QFontMetrics(aFont).horizontalAdvance(aText) > PixelsFromTwips(theLongestLineTwips);
+    return Qt::convertFromPlainText(aText, isLong ? Qt::WhiteSpaceNormal : Qt::WhiteSpacePre);
+}
+
 }  // namespace
 
 bool ListView::event(QEvent *aEvent) {
@@ -92,9 +100,7 @@ void ListView::ShowTip(QPoint aPoint, QPoint aGlobal) {
     if (tip.isEmpty())
         QToolTip::hideText();
     else
-        // A plain text would stand in one line, however long it is.
-        QToolTip::showText(aGlobal, Qt::convertFromPlainText(tip, Qt::WhiteSpaceNormal), viewport(),
-                           cell);
+        QToolTip::showText(aGlobal, TipOf(tip, QToolTip::font()), viewport(), cell);
 }
 
 /// Of many rows those in sight count, which are the ones that the user wants to read.

@@ -564,6 +564,16 @@ private slots:
         // What is shown is the text itself, in lines, and none of it is taken for a tag.
         QVERIFY(Qt::mightBeRichText(QToolTip::text()));
         QCOMPARE(QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText(), text);
+        QVERIFY(QToolTip::text().contains(u' '));  // may be broken into lines
+        const QString little = QStringLiteral("АО \"Два слова\" ") + QString(u'Ж').repeated(25);
+        shown.List.SetColumnWidth(1, 1500);
+        shown.List.Row(3)->SetCell(1, little);
+        shown.List.FirstVisible();
+        ask(3);
+        QTRY_VERIFY(QToolTip::text().contains(u"слова"));
+        QVERIFY(!QToolTip::text().contains(u' '));  // stands in one line
+        QCOMPARE(QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText(), little);
+        shown.List.SetColumnWidth(1, 3000);
         ask(2);
         QTRY_VERIFY(!QToolTip::isVisible() || QToolTip::text().isEmpty());
     }
