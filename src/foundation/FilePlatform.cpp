@@ -141,7 +141,6 @@ void FileDialog::SetOwner() {
         theDialog.setParent(owner->window(), theDialog.windowFlags());
     } else if (QWindow *window = QWindow::fromWinId(theRecord.hwndOwner)) {
         // A window of the host that is none of Qt's.
-        window->setParent(nullptr);
         theDialog.winId();
         theDialog.windowHandle()->setTransientParent(window);
         QObject::connect(&theDialog, &QObject::destroyed, window, &QObject::deleteLater);
