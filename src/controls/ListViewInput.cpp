@@ -150,6 +150,7 @@ void ListView::ToggleCheck(const std::vector<int> &aNumbers, bool aChecked) {
     TellOfMarks(changed);
     // Whoever hears of it may refill the list or take it away.
     std::vector<int> numbers;
+    numbers.reserve(changed.size());
     for (const ListRow *row : changed) numbers.push_back(row->Number());
     const QPointer<ListView> self(this);
     for (const int number : numbers)
