@@ -18,8 +18,13 @@ namespace Vk_Records {
 namespace {
 
 constexpr int theLockWaitMs = 2500;
-// The client library tries every address of the server in turn and never waits less than 2 seconds.
-const QString theConnectWait = QStringLiteral("connect_timeout=2;");
+// The client library tries every address of the server in turn and never waits less than 2 seconds
+// for one. A request that nobody confirms is given up after tcp_user_timeout, in milliseconds; a
+// server that has confirmed it and then falls silent is asked whether it lives, and two questions
+// without an answer are enough.
+const QString theServerWaits = QStringLiteral(
+    "connect_timeout=2;tcp_user_timeout=3500;keepalives_idle=2;keepalives_interval=1;"
+    "keepalives_count=2;");
 
 constexpr int theSqliteCodeMask = 0xff;
 
@@ -199,6 +204,14 @@ void Connection::OpenFile() {
                 "База данных \"%1\" не открыта: это папка, а не файл. Укажите файл базы.")
                 .arg(theAddress.Shown));
     }
+    if (file.exists() && !file.isFile()) {
+        // Opening a pipe may wait for ever.
+        RaiseDatabaseFailure(
+            DatabaseForeign,
+            QStringLiteral("База данных \"%1\" не открыта: это не обычный файл, а канал или "
+                           "устройство. Укажите файл базы.")
+                .arg(theAddress.Shown));
+    }
     if (IsOtherFile(theAddress.File))
         RaiseDatabaseFailure(DatabaseForeign, Text(theForeignText).arg(theAddress.Shown));
     theDatabase.setDatabaseName(theAddress.File);
@@ -216,7 +229,7 @@ void Connection::OpenServer() {
     theDatabase.setUserName(theAddress.User);
     theDatabase.setPassword(theAddress.Password);
     theDatabase.setDatabaseName(theAddress.Database);
-    theDatabase.setConnectOptions(theConnectWait + theAddress.Options);
+    theDatabase.setConnectOptions(theServerWaits + theAddress.Options);
     if (!theDatabase.open()) {
         // A refused connection has no code, only the server's words.
         const QSqlError error = theDatabase.lastError();

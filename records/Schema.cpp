@@ -79,9 +79,7 @@ void CheckVersion(Connection &aConnection) {
             QStringLiteral("База данных \"%1\" создана более новой версией программы "
                            "(версия базы %2, программа понимает версию %3). Обновите "
                            "программу.")
-                .arg(shown)
-                .arg(version)
-                .arg(theVersion));
+                .arg(shown, QString::number(version), QString::number(theVersion)));
     }
     if (version < theVersion) {
         RaiseDatabaseFailure(

@@ -24,7 +24,8 @@ public:
     virtual void CloseSplashImmediately() = 0;
 };
 
-/// Says that nobody sits before the screen: failures are then not shown. Off on start.
+/// Says that nobody sits before the screen: failures then go to the host's error window alone, and
+/// without one nothing is shown. Off on start.
 VK_DOCQUERY_EXPORT void SetRunningUnattended(bool aUnattended);
 VK_DOCQUERY_EXPORT bool IsRunningUnattended();
 

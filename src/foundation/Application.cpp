@@ -7,22 +7,9 @@
 
 #include <Vk_DocQuery/Failure.h>
 
+#include "foundation/Display.h"
+
 namespace Vk_DocQuery {
-
-namespace {
-
-/// Qt ends the process when it finds no display, so that is looked at first where it can be.
-bool IsDisplayAbsent() {
-#if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
-    return qEnvironmentVariableIsEmpty("DISPLAY") &&
-           qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
-           qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
-#else
-    return false;
-#endif
-}
-
-}  // namespace
 
 void EnsureApplication() {
     if (qobject_cast<QApplication *>(QCoreApplication::instance())) return;
@@ -32,12 +19,8 @@ void EnsureApplication() {
             QStringLiteral("Окна показать нельзя: в программе создан объект приложения без "
                            "поддержки окон."));
     }
-    if (IsDisplayAbsent()) {
-        throw Failure(
-            InvalidArgument, QStringLiteral("QApplication"),
-            QStringLiteral("Окна показать нельзя: нет доступа к экрану (переменные DISPLAY и "
-                           "WAYLAND_DISPLAY не заданы)."));
-    }
+    const QString reason = ReasonNoDisplay();
+    if (!reason.isEmpty()) throw Failure(InvalidArgument, QStringLiteral("QApplication"), reason);
     static int count = 1;
     static char name[] = "Vk_DocQuery";
     static char *arguments[] = {name, nullptr};

@@ -10,8 +10,7 @@ namespace Vk_DocQuery {
 /// buffers, and the result of several files as a list of texts with a double zero at its end.
 class FileOpenSaveDialog {
 public:
-    explicit FileOpenSaveDialog(FilePlatform &aPlatform = QtFileDialogs())
-        : thePlatform(aPlatform) {}
+    explicit FileOpenSaveDialog(FilePlatform &aPlatform = FileDialogs()) : thePlatform(aPlatform) {}
 
     WId OwnerHwnd = 0;
     QString DialogTitle;

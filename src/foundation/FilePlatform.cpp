@@ -247,6 +247,8 @@ private:
     qint32 theError = 0;
 };
 
+FilePlatform *thePlatformOfTests = nullptr;
+
 }  // namespace
 
 FilePlatform::~FilePlatform() = default;
@@ -254,6 +256,14 @@ FilePlatform::~FilePlatform() = default;
 FilePlatform &QtFileDialogs() {
     static QtFilePlatform platform;
     return platform;
+}
+
+FilePlatform &FileDialogs() {
+    return thePlatformOfTests ? *thePlatformOfTests : QtFileDialogs();
+}
+
+void SetFileDialogsForTests(FilePlatform *aPlatform) {
+    thePlatformOfTests = aPlatform;
 }
 
 }  // namespace Vk_DocQuery

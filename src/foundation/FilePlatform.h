@@ -50,4 +50,10 @@ public:
 /// The dialogs of Qt, which are the desktop's own where it has some.
 FilePlatform &QtFileDialogs();
 
+/// What is asked for file names: the dialogs of Qt.
+FilePlatform &FileDialogs();
+
+/// Puts another platform in the place of Qt's dialogs until it is called with null; for tests.
+void SetFileDialogsForTests(FilePlatform *aPlatform);
+
 }  // namespace Vk_DocQuery

@@ -65,6 +65,7 @@ void ShowErrorBox(const QString &aText, const QString &aSource, const QString &a
         IgnoringFailures([&] { handler->ErrorMsgBox(aText, aSource, aNumber, aExtra); });
         return;
     }
+    if (IsRunningUnattended()) return;  // nobody could close the box
     ShowFailureBox(aText, QStringLiteral("Сбой программы"));
 }
 
@@ -78,14 +79,16 @@ void ProcessError(ErrorMode aMode, const QString &aModule, const QString &aProc,
         WithEntry(Entry(aModule, aProc, aDetail, aFailure), aFailure.Description());
     if (aMode == ErrorMode::Raise) throw Failure(aFailure.Number(), QString(), description);
 
-    if (IsRunningUnattended()) return;
-    EnsureApplication();
-    const NormalPointer pointer;
-    IgnoringFailures([] {
-        const auto splash = std::dynamic_pointer_cast<SplashWindow>(
-            ClassRegistry::Create(QStringLiteral("Vk_SplashWindow.SplashWindow")));
-        if (splash) splash->CloseSplashImmediately();
-    });
+    std::optional<NormalPointer> pointer;
+    if (!IsRunningUnattended()) {
+        EnsureApplication();
+        pointer.emplace();
+        IgnoringFailures([] {
+            const auto splash = std::dynamic_pointer_cast<SplashWindow>(
+                ClassRegistry::Create(QStringLiteral("Vk_SplashWindow.SplashWindow")));
+            if (splash) splash->CloseSplashImmediately();
+        });
+    }
     ShowErrorBox(description, aFailure.Source(), QString(), aFailure.Number());
 }
 

@@ -18,10 +18,9 @@ constexpr qint32 theSavingFlags = 0x880802;
 /// empty, the extension of the chosen filter.
 QString AskFileNameForSaving(const QString &aTitle, const QString &aFilter,
                              const QString &aFileName, WId aHwnd, qint32 aFlags,
-                             const QString &aDefaultExt, FilePlatform &aPlatform = QtFileDialogs());
+                             const QString &aDefaultExt, FilePlatform &aPlatform = FileDialogs());
 QString AskFileNameForOpening(const QString &aTitle, const QString &aFilter,
                               const QString &aFileName, WId aHwnd, qint32 aFlags,
-                              const QString &aInitialDir,
-                              FilePlatform &aPlatform = QtFileDialogs());
+                              const QString &aInitialDir, FilePlatform &aPlatform = FileDialogs());
 
 }  // namespace Vk_DocQuery

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include <libxml/parser.h>
+#include <libxml/SAX2.h>
 
 #include "queryfile/FileBytes.h"
 
@@ -53,7 +54,8 @@ QString LineAt(const xmlParserInput &aInput) {
 }
 
 /// One run of the parser. Keeps the first error that tells its line; later ones are its
-/// consequences.
+/// consequences. What the reader never looks at (texts, comments, instructions) does not get into
+/// the tree, so that its size is bounded by the numbers of elements and attributes.
 class ParserRun {
 public:
     explicit ParserRun(XmlParseError &aError) : theError(aError), theContext(xmlNewParserCtxt()) {
@@ -61,6 +63,11 @@ public:
         theContext->_private = this;
         theContext->sax->serror = &ParserRun::OnError;
         theContext->sax->internalSubset = &ParserRun::OnDocumentType;
+        theContext->sax->startElementNs = &ParserRun::OnElement;
+        theContext->sax->characters = nullptr;
+        theContext->sax->cdataBlock = nullptr;
+        theContext->sax->comment = nullptr;
+        theContext->sax->processingInstruction = nullptr;
     }
     ~ParserRun() { xmlFreeParserCtxt(theContext); }
     ParserRun(const ParserRun &) = delete;
@@ -96,17 +103,40 @@ private:
         run->Keep(QString::fromUtf8(aError->message), aError->line);
     }
 
+    /// Ends the run. Only errors that the parser gets over can have come before, and they are not
+    /// what the file fails for.
+    void Refuse(const QString &aReason) {
+        theError = XmlParseError();
+        Keep(aReason, theContext->input ? theContext->input->line : 0);
+        theIsRefused = true;
+        xmlStopParser(theContext);
+    }
+
     static void OnDocumentType(void *aContext, const xmlChar *, const xmlChar *, const xmlChar *) {
-        auto *context = static_cast<xmlParserCtxt *>(aContext);
-        auto *run = static_cast<ParserRun *>(context->_private);
-        run->Keep(QStringLiteral("Объявление типа документа (DOCTYPE) в файле не допускается."),
-                  context->input ? context->input->line : 0);
-        run->theIsRefused = true;
-        xmlStopParser(context);
+        static_cast<ParserRun *>(static_cast<xmlParserCtxt *>(aContext)->_private)
+            ->Refuse(QStringLiteral("Объявление типа документа (DOCTYPE) в файле не допускается."));
+    }
+
+    static void OnElement(void *aContext, const xmlChar *aName, const xmlChar *aPrefix,
+                          const xmlChar *aUri, int aNamespaces, const xmlChar **aDeclared,
+                          int aAttributes, int aDefaulted, const xmlChar **aValues) {
+        auto *run = static_cast<ParserRun *>(static_cast<xmlParserCtxt *>(aContext)->_private);
+        run->theElements += 1;
+        run->theAttributes += aAttributes + aNamespaces;
+        if (std::max(run->theElements, run->theAttributes) > XmlDocument::theMostElements) {
+            run->Refuse(QStringLiteral("Файл слишком сложен: допускается не более %1 элементов и "
+                                       "стольких же атрибутов.")
+                            .arg(XmlDocument::theMostElements));
+            return;
+        }
+        xmlSAX2StartElementNs(aContext, aName, aPrefix, aUri, aNamespaces, aDeclared, aAttributes,
+                              aDefaulted, aValues);
     }
 
     XmlParseError &theError;
     xmlParserCtxt *theContext;
+    qint64 theElements = 0;
+    qint64 theAttributes = 0;
     bool theIsRefused = false;
 };
 

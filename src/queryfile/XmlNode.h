@@ -45,6 +45,9 @@ class XmlDocument {
 public:
     /// Largest file that is read.
     static constexpr qint64 theLargestSize = qint64{64} * 1024 * 1024;
+    /// Most elements and most attributes that are taken up: more than the lists that fill a file of
+    /// that size when they are saved, and far fewer than "<i/>" again and again would give.
+    static constexpr qint64 theMostElements = 3'000'000;
 
     /// False leaves the cause in ParseError.
     bool Load(const QString &aFileName);

@@ -1,10 +1,12 @@
 // A host that has no QApplication of its own, in conditions that one process cannot go through in
 // turn. It sees the library as any host does: public headers and the shared library.
 //
-//   bare_host none       the library makes the application; the dialog runs and is cancelled
-//   bare_host core       the host has an application object without windows: a failure
-//   bare_host nodisplay  there is no display: a failure, and the process lives on
-//   bare_host norecords  no supplier has entered its classes: each failure says what is missing
+//   bare_host none          the library makes the application; the dialog runs and is cancelled
+//   bare_host core          the host has an application object without windows: a failure
+//   bare_host nodisplay     there is no display: a failure, and the process lives on
+//   bare_host deaddisplay   nobody answers where DISPLAY says: the same
+//   bare_host deaddisplays  nor where WAYLAND_DISPLAY says: the same
+//   bare_host norecords     no supplier has entered its classes: each failure says what is missing
 #include <cstdio>
 
 #include <QApplication>
@@ -53,6 +55,12 @@ int ExpectNoEditor(const QString &aText) {
     return ExpectFailure(InvalidArgument,
                          QStringLiteral("[Vk_DocQuery::DocQueryTest.Class_Initialize]\r\n") + aText,
                          [] { const DocQueryEditor editor; });
+}
+
+int ExpectNoDisplay(const QString &aWhy) {
+    return ExpectNoEditor(
+        QStringLiteral("[QApplication]\r\nОкна показать нельзя: нет доступа к экрану (%1).")
+            .arg(aWhy));
 }
 
 /// Calls the function with each modal window that is up, from inside its event loop.
@@ -134,10 +142,14 @@ int main(int aCount, char **aArguments) {
     if (!SavesARecord()) return Complain(QStringLiteral("the record was not saved"));
     if (condition == "none") return RunAndCancel();
     if (condition == "nodisplay") {
-        return ExpectNoEditor(
-            QStringLiteral("[QApplication]\r\n"
-                           "Окна показать нельзя: нет доступа к экрану (переменные DISPLAY и "
-                           "WAYLAND_DISPLAY не заданы)."));
+        return ExpectNoDisplay(QStringLiteral("переменные DISPLAY и WAYLAND_DISPLAY не заданы"));
+    }
+    if (condition == "deaddisplay")
+        return ExpectNoDisplay(QStringLiteral("DISPLAY=\":987\" не отвечает"));
+    if (condition == "deaddisplays") {
+        return ExpectNoDisplay(
+            QStringLiteral("WAYLAND_DISPLAY=\"wayland-987\" не отвечает, "
+                           "DISPLAY=\":987\" не отвечает"));
     }
     if (condition == "core") {
         const QCoreApplication application(aCount, aArguments);
@@ -146,5 +158,6 @@ int main(int aCount, char **aArguments) {
                            "Окна показать нельзя: в программе создан объект приложения без "
                            "поддержки окон."));
     }
-    return Complain(QStringLiteral("bare_host none|core|nodisplay|norecords"));
+    return Complain(
+        QStringLiteral("bare_host none|core|nodisplay|deaddisplay|deaddisplays|norecords"));
 }

@@ -1,4 +1,5 @@
 #include <QFile>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -6,6 +7,7 @@
 #include <Vk_DocQuery/DocQueryEditor.h>
 #include <Vk_DocQuery/Failure.h>
 
+#include "support/Keys.h"
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"
 #include "support/RaisedBy.h"
@@ -16,7 +18,19 @@ using namespace VkTests;
 
 namespace {
 const QString theLoadTitle = QStringLiteral("Открыть файл критериев поиска");
+const QString theSaveTitle = QStringLiteral("Сохранить файл критериев поиска");
+
+/// Puts the surname in the place of the one in the window with keys; its tab is open.
+void TypeSurname(ModalDriver &aDriver, QWidget &aWindow, const QString &aSurname) {
+    auto *box = aWindow.findChild<QLineEdit *>(QStringLiteral("theSignerSurname"));
+    if (!box || !box->isVisible()) return aDriver.Complain(QStringLiteral("no place to type"));
+    QTest::mouseClick(box, Qt::LeftButton);
+    QTest::keySequence(box, QKeySequence::SelectAll);
+    TypeText(box, aSurname);
+    if (box->text() != aSurname) aDriver.Complain(QStringLiteral("typed: ") + box->text());
 }
+
+}  // namespace
 
 class TestDocQueryEditor : public QObject {
     Q_OBJECT
@@ -39,16 +53,71 @@ private slots:
     void CancelGivesBackTheGivenRecordUnchanged() {
         DocQueryEditor editor;
         const auto record = std::make_shared<VkDocQueryData>();
-        record->Notes = QStringLiteral("прежнее");
+        record->IsSignerFio = true;
+        record->SignerSurname = QStringLiteral("Прежний");
+        record->LastTab = QStringLiteral("doc");
         editor.SetRecord(record);
         ModalDriver driver;
         driver.Expect([&](QWidget &window) {
+            TypeSurname(driver, window, QStringLiteral("Новый"));
             driver.Click(window.findChild<QPushButton *>(QStringLiteral("theCancel")));
         });
         QVERIFY(!editor.Execute());
         QVERIFY2(driver.Done(), driver.Complaint());
         QCOMPARE(editor.Record(), record);
-        QCOMPARE(record->Notes, QStringLiteral("прежнее"));
+        QCOMPARE(record->SignerSurname, QStringLiteral("Прежний"));
+        QVERIFY(record->IsSignerFio);
+    }
+
+    void CancelAfterSaveAsGivesBackWhatWasSaved() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("a.qvk"));
+        DocQueryEditor editor;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->IsSignerFio = true;
+        record->SignerSurname = QStringLiteral("Прежний");
+        record->LastTab = QStringLiteral("doc");
+        editor.SetRecord(record);
+        ModalDriver driver;
+        driver.Expect([&](QWidget &window) {
+            TypeSurname(driver, window, QStringLiteral("Сохранен"));
+            driver.ExpectFileDialog(theSaveTitle, QStringLiteral("Query.qvk"), path);
+            driver.Click(window.findChild<QPushButton *>(QStringLiteral("theSaveAs")));
+            TypeSurname(driver, window, QStringLiteral("Не сохранен"));
+            driver.Click(window.findChild<QPushButton *>(QStringLiteral("theCancel")));
+        });
+        QVERIFY(!editor.Execute());
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(editor.Record(), record);
+        QCOMPARE(record->SignerSurname, QStringLiteral("Сохранен"));
+        QCOMPARE(record->FileName, path);
+    }
+
+    void CancelAfterLoadGivesTheLoadedRecord() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("saved.qvk"));
+        VkDocQueryData saved;
+        saved.IsSignerFio = true;
+        saved.SignerSurname = QStringLiteral("Из файла");
+        saved.LastTab = QStringLiteral("doc");
+        saved.WriteToFile(path);
+        DocQueryEditor editor;
+        const auto given = std::make_shared<VkDocQueryData>();
+        given->SignerSurname = QStringLiteral("Прежний");
+        editor.SetRecord(given);
+        ModalDriver driver;
+        driver.Expect([&](QWidget &window) {
+            driver.ExpectFileDialog(theLoadTitle, QString(), path);
+            driver.Click(window.findChild<QPushButton *>(QStringLiteral("theLoad")));
+            TypeSurname(driver, window, QStringLiteral("Новый"));
+            driver.Click(window.findChild<QPushButton *>(QStringLiteral("theCancel")));
+        });
+        QVERIFY(!editor.Execute());
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(editor.Record() != given);
+        QCOMPARE(editor.Record()->SignerSurname, QStringLiteral("Из файла"));
+        QCOMPARE(editor.Record()->FileName, path);
+        QCOMPARE(given->SignerSurname, QStringLiteral("Прежний"));
     }
 
     void ConfirmedSearchIsTrue() {

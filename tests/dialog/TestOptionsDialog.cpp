@@ -15,6 +15,7 @@
 #include <Vk_DocQuery/Failure.h>
 
 #include "dialog/DocQueryOptionsFrm.h"
+#include "foundation/FilePlatform.h"
 #include "foundation/mVkGraphLight.h"
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"
@@ -72,6 +73,30 @@ bool RunWith(DocQueryOptionsFrm &aDialog, ModalDriver &aDriver,
     });
     return aDialog.Execute();
 }
+
+/// Writes down what it is asked and answers as a user does who cancels.
+class AskedPlatform : public FilePlatform {
+public:
+    bool GetOpenFileName(OpenFileName &aRecord) override { return Note("open", aRecord); }
+    bool GetSaveFileName(OpenFileName &aRecord) override { return Note("save", aRecord); }
+    qint32 CommDlgExtendedError() override { return 0; }
+
+    QStringList Asked;
+    QList<bool> Owners;
+
+private:
+    bool Note(const char *aCall, const OpenFileName &aRecord) {
+        QByteArray filter;
+        for (const char *part = aRecord.lpstrFilter; *part != '\0'; part += qstrlen(part) + 1)
+            filter += (filter.isEmpty() ? "" : "|") + QByteArray(part);
+        Asked << QStringLiteral("%1 %2 %3 \"%4\" %5")
+                     .arg(QLatin1String(aCall), QString::number(aRecord.Flags, 16),
+                          QString::number(aRecord.nFilterIndex),
+                          QString::fromUtf8(aRecord.lpstrFile), QString::fromUtf8(filter));
+        Owners << (aRecord.hwndOwner != 0);
+        return false;
+    }
+};
 
 QString FileText(const QString &aPath) {
     QFile file(aPath);
@@ -343,6 +368,55 @@ private slots:
         });
         QVERIFY2(driver.Done(), driver.Complaint());
         QCOMPARE(dialog.Record()->FileName, QString());
+    }
+
+    void FailedSaveAsOfANamedRecordKeepsNameAndCaption() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("a.qvk"));
+        const QString before = folder.filePath(QStringLiteral("Прежний.qvk"));
+        MemoryOffice::The().OnCall = [](const QString &member) {
+            if (member == QStringLiteral("SaveTextToFile"))
+                throw Failure(61, QString(), QStringLiteral("Диск переполнен."));
+        };
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->FileName = before;
+        dialog.SetRecord(record);
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            driver.ExpectFileDialog(theSaveTitle, QStringLiteral("Прежний.qvk"), path);
+            driver.ExpectBox(QStringLiteral("Ошибка"),
+                             QStringLiteral("Ошибка сохранения файла критериев поиска \"") + path +
+                                 QStringLiteral("\":\r\nДиск переполнен."),
+                             QStringLiteral("OK"));
+            user.Press("theSaveAs");
+            user.ExpectOpen();
+            user.ExpectCaption(QStringLiteral("Поиск документов - [") + before + u']');
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(dialog.Record(), record);
+        QCOMPARE(record->FileName, before);
+        QVERIFY(!QFile::exists(path));
+    }
+
+    void LoadAndSaveAsAskWithTheirOwnFlags() {
+        AskedPlatform platform;
+        SetFileDialogsForTests(&platform);
+        DocQueryOptionsFrm dialog;
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            user.Press("theLoad");
+            user.Press("theSave");
+            user.Press("theSaveAs");
+        });
+        SetFileDialogsForTests(nullptr);
+        QVERIFY2(driver.Done(), driver.Complaint());
+        const QString filter = QStringLiteral("Файлы критериев поиска Норвика (*.qvk)|*.qvk");
+        QCOMPARE(platform.Asked,
+                 QStringList({QStringLiteral("open 281800 0 \"\" ") + filter,
+                              QStringLiteral("save 880802 1 \"Query.qvk\" ") + filter,
+                              QStringLiteral("save 880802 1 \"Query.qvk\" ") + filter}));
+        QCOMPARE(platform.Owners, QList<bool>({true, true, true}));
     }
 
     void LoadedRecordTakesThePlaceOfTheGivenOne() {

@@ -170,6 +170,9 @@ private slots:
         QTest::newRow("overflow") << 2 << 6
                                   << QStringLiteral(
                                          "[Vk_DocQuery::M.P]\r\n[std::overflow_error]\r\no");
+        QTest::newRow("argument") << 5 << 5
+                                  << QStringLiteral(
+                                         "[Vk_DocQuery::M.P]\r\n[std::invalid_argument]\r\na");
         QTest::newRow("other") << 3 << 51
                                << QStringLiteral("[Vk_DocQuery::M.P]\r\n[std::exception]\r\ne");
         QTest::newRow("unknown") << 4 << 51
@@ -190,6 +193,8 @@ private slots:
                     throw std::overflow_error("o");
                 case 3:
                     throw std::runtime_error("e");
+                case 5:
+                    throw std::invalid_argument("a");
                 default:
                     throw 4;
             }
@@ -302,6 +307,24 @@ private slots:
         QCOMPARE(theClosedSplashes, 0);
     }
 
+    void UnattendedTellsTheHostsErrorWindow() {
+        RegisterClass<TestErrorHandler>(theErrors);
+        RegisterClass<TestSplash>(theSplash);
+        SetRunningUnattended(true);
+        ModalDriver driver;
+        try {
+            Raising(77, "S", "D");
+        } catch (...) {
+            ReportErrorToUser("M", "P");
+        }
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(theShown.Text, QStringLiteral("[Vk_DocQuery::M.P]\r\n[S]\r\nD"));
+        QCOMPARE(theShown.Source, QStringLiteral("S"));
+        QCOMPARE(theShown.Extra, QString());
+        QCOMPARE(theShown.Number, 77);
+        QCOMPARE(theClosedSplashes, 0);
+    }
+
     void ThirdReportOfOneProcedureIsSilentWithTheLimit() {
         RegisterClass<TestErrorHandler>(theErrors);
         for (const bool shown : {true, true, false, false}) {
@@ -329,6 +352,13 @@ private slots:
             } catch (const Failure &failure) {
                 QCOMPARE(failure.Description(), QStringLiteral("[Vk_DocQuery::M.LimitRaise]\r\nD"));
             }
+        }
+        RegisterClass<TestErrorHandler>(theErrors);
+        for (const bool shown : {true, true, false}) {
+            theShown = ShownError();
+            ReportOnce("LimitRaise", UseRepeatLimit);
+            QCOMPARE(theShown.Text,
+                     shown ? QStringLiteral("[Vk_DocQuery::M.LimitRaise]\r\nD") : QString());
         }
     }
 

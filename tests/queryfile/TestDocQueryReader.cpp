@@ -336,6 +336,22 @@ private slots:
         QCOMPARE(qint32(record.TaxpayersType), 0);
     }
 
+    void UnknownTemplatesModeIsReadAndLeavesTheListAlone() {
+        VkDocQueryData saved;
+        saved.IsTemplate = true;
+        saved.TemplatesMode = DocQueryTemplatesMode(3);
+        saved.Templates = std::make_shared<RecordCollection>();
+        saved.Templates->Add(VkTests::MakeClass(21));
+        VkDocQueryData record;
+        const auto before = std::make_shared<RecordCollection>();
+        record.Templates = before;
+        QVERIFY(Read(record, saved.WriteToXmlString(false, 0)));
+        QVERIFY(record.IsTemplate);
+        QCOMPARE(qint32(record.TemplatesMode), 3);
+        QCOMPARE(record.Templates, before);
+        QCOMPARE(before->Count(), 0);
+    }
+
     void DatesAreNullWhereEmptyOrUnreadable() {
         VkDocQueryData record;
         QVERIFY(Read(record,

@@ -329,6 +329,15 @@ private slots:
                                     "Элемент списка \"Templates\" отсутствует."));
     }
 
+    void NegativeDepthIsRaised() {
+        const Failure failure = RaisedBy([] { VkDocQueryData().WriteToXmlString(false, -1); });
+        QCOMPARE(failure.Description(), theChain + QStringLiteral("WriteToXmlString]\r\n") +
+                                            theChain +
+                                            QStringLiteral("Indent]\r\n"
+                                                           "Отрицательная глубина отступа: -1."));
+        QCOMPARE(failure.Number(), qint32(InvalidArgument));
+    }
+
     void DepthBeyondTheRangeOfNumbersIsRaised_data() {
         QTest::addColumn<int>("depth");
         QTest::addColumn<QString>("chain");

@@ -1,3 +1,4 @@
+#include <malloc.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -103,6 +104,12 @@ void WriteBytes(const QString &aName, const QByteArray &aBytes) {
             return line.mid(6).trimmed().split(' ').first().toLongLong() / 1024;
     }
     return 0;
+}
+
+/// Memory that this process has taken and not given back, in MB.
+[[maybe_unused]] qint64 MemoryInUse() {
+    const auto use = mallinfo2();
+    return static_cast<qint64>((use.hblkhd + use.uordblks) / (std::size_t{1024} * 1024));
 }
 
 }  // namespace
@@ -222,6 +229,27 @@ private slots:
         QCOMPARE(record.LastError, Explained(reason, QString(), 0));
     }
 
+    /// What the reader does not look at takes no room in the tree.
+    void MuchThatIsNoElement_data() {
+        QTest::addColumn<QByteArray>("item");
+        QTest::newRow("comments") << QByteArray("<!---->");
+        QTest::newRow("instructions") << QByteArray("<?i?>");
+        QTest::newRow("sections") << QByteArray("<![CDATA[]]>x");
+    }
+    void MuchThatIsNoElement() {
+        QFETCH(QByteArray, item);
+        const QByteArray bytes =
+            "<VkDocQuery>" + item.repeated(1000000) + "<DocCriteria Notes='x'/></VkDocQuery>";
+        [[maybe_unused]] const qint64 before = MemoryInUse();
+        XmlDocument document;
+        QVERIFY(document.LoadBytes(bytes));
+        const XmlNode root = document.Node().SelectSingleNode("VkDocQuery");
+        QCOMPARE(root.SelectSingleNode("DocCriteria").Attribute("Notes"), QByteArray("x"));
+#ifndef __SANITIZE_ADDRESS__
+        QVERIFY(MemoryInUse() - before < 20);
+#endif
+    }
+
     void FilesOfExtremeSizeAndDepth_data() {
         QTest::addColumn<QString>("kind");
         QTest::addColumn<bool>("read");
@@ -274,6 +302,60 @@ private slots:
 #ifndef __SANITIZE_ADDRESS__
         QVERIFY(PeakMemory() < 600);
 #endif
+    }
+
+    /// Many more elements than a saved list can have in a file of the largest size.
+    void TooManyElements_data() {
+        QTest::addColumn<QByteArray>("head");
+        QTest::addColumn<QByteArray>("item");
+        QTest::addColumn<qsizetype>("size");
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<int>("line");
+        constexpr qsizetype most = XmlDocument::theLargestSize - 100;
+        const QString elements =
+            QStringLiteral("/>") + QStringLiteral("<i/>").repeated(79) + QStringLiteral("<i");
+        QTest::newRow("elements") << QByteArray("<VkDocQuery>") << QByteArray("<i/>") << most
+                                  << elements << 1;
+        QTest::newRow("after a lesser fault")
+            << QByteArray("<VkDocQuery><x:y/>") << QByteArray("<i/>") << qsizetype{12100000}
+            << elements << 1;
+        QTest::newRow("attributes")
+            << QByteArray("<VkDocQuery>")
+            << QByteArray("<i a='' b='' c='' d='' e='' f='' g='' h='' i='' j=''/>\n")
+            << qsizetype{18000000}
+            << QStringLiteral("<i a='' b='' c='' d='' e='' f='' g='' h='' i='' j=''/>") << 300001;
+    }
+    void TooManyElements() {
+        QFETCH(QByteArray, head);
+        QFETCH(QByteArray, item);
+        QFETCH(qsizetype, size);
+        QFETCH(QString, source);
+        QFETCH(int, line);
+        const QTemporaryDir folder;
+        const QString name = folder.filePath(QStringLiteral("a.qvk"));
+        WriteBytes(name,
+                   head + item.repeated((size - head.size()) / item.size()) + "</VkDocQuery>");
+        VkDocQueryData record;
+        QVERIFY(!record.ReadFromXmlFile(name));
+        QCOMPARE(record.LastError,
+                 Explained(QStringLiteral("Файл слишком сложен: допускается не более 3000000 "
+                                          "элементов и стольких же атрибутов."),
+                           source, line));
+#ifndef __SANITIZE_ADDRESS__
+        QVERIFY(PeakMemory() < 900);
+#endif
+    }
+
+    void MillionOfIdentitiesIsNotTooMany() {
+        const QByteArray bytes =
+            "<VkDocQuery>" + QByteArray("<i id='1'/>").repeated(1000000) + "</VkDocQuery>";
+        XmlDocument document;
+        QVERIFY(document.LoadBytes(bytes));
+        int count = 0;
+        const XmlNode root = document.Node().SelectSingleNode("VkDocQuery");
+        for (XmlNode item = root.SelectSingleNode("i"); item; item = item.NextNode("i"))
+            count += item.Attribute("id") == "1";
+        QCOMPARE(count, 1000000);
     }
 };
 

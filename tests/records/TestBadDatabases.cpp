@@ -1,5 +1,6 @@
 #include <csignal>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QDir>
@@ -87,6 +88,21 @@ private slots:
                 .arg(path));
     }
 
+    void NotARegularFile_data() {
+        QTest::addColumn<QString>("path");
+        QTest::newRow("pipe") << theFolder.Path(QStringLiteral("pipe.db"));
+        QTest::newRow("device") << QStringLiteral("/dev/zero");
+    }
+    void NotARegularFile() {
+        QFETCH(QString, path);
+        if (!QFile::exists(path)) QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0666), 0);
+        CheckOpening(path, Vk_Records::DatabaseForeign,
+                     QStringLiteral("База данных \"%1\" не открыта: это не обычный файл, а канал "
+                                    "или устройство. Укажите файл базы.")
+                         .arg(path));
+        QVERIFY(QFile::exists(path));
+    }
+
     void NoRightToTheFolder() {
         const QString folder = theFolder.Path(QStringLiteral("closed"));
         QVERIFY(QDir().mkdir(folder));
@@ -155,8 +171,15 @@ private slots:
                  1);
     }
 
+    void NewerSchema_data() {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("plain") << QStringLiteral("newer.db");
+        QTest::newRow("marks of a text") << QStringLiteral("%3 %2 %1.db");
+    }
     void NewerSchema() {
-        const QString path = NewOffice();
+        QFETCH(QString, name);
+        const QString path = theFolder.Path(name);
+        QVERIFY(QFile::rename(NewOffice(), path));
         theFolder.Tamper(QStringLiteral("sqlite:") + path,
                          {QStringLiteral("UPDATE vk_schema SET version = 7")});
         CheckOpening(
@@ -232,6 +255,19 @@ private slots:
                      .arg(path));
     }
 
+    void RefusedStatement() {
+        const QString path = OpenOffice();
+        CheckRefusal(
+            [] {
+                Vk_Records::ThisThreadsConnection().Run(
+                    QStringLiteral("UPDATE person SET is_main = 2 WHERE id = 1"));
+            },
+            Vk_Records::DatabaseQueryFailed,
+            QStringLiteral("База данных \"%1\" не выполнила запрос: CHECK constraint failed: "
+                           "is_main IN (0, 1). Обратитесь к администратору.")
+                .arg(path));
+    }
+
     void FillingIsAllOrNothing() {
         // The disk is full for this file after a few pages.
         const QString address = theFolder.NewAddress();
@@ -245,8 +281,12 @@ private slots:
         const Failure failure = RaisedBy([&] { Vk_Records::OpenDatabase(address); });
         setrlimit(RLIMIT_FSIZE, &before);
         signal(SIGXFSZ, oldHandler);
-        QVERIFY(failure.Number() != 0);
-        QVERIFY(failure.Description().contains(path));
+        QCOMPARE(
+            failure.Description(),
+            QStringLiteral("База данных \"%1\" не выполнила запрос: disk I/O error. Обратитесь "
+                           "к администратору.")
+                .arg(path));
+        QCOMPARE(failure.Number(), qint32(Vk_Records::DatabaseQueryFailed));
         QVERIFY(!QFile::exists(path));
         Vk_Records::OpenDatabase(address);
         QVERIFY(Made<PersonQueries>(u"Vk_DBProvider.PersonQueries")

@@ -1,8 +1,15 @@
+#include <array>
+#include <atomic>
+#include <linux/filter.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/socket.h>
+#include <sys/un.h>
+#include <thread>
 #include <unistd.h>
 
 #include <QElapsedTimer>
+#include <QFile>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTest>
@@ -39,10 +46,102 @@ public:
     Q_DISABLE_COPY_MOVE(MutePort)
 
     int Number() const { return theNumber; }
+    int Socket() const { return theSocket; }
 
 private:
     int theSocket;
     int theNumber = 0;
+};
+
+/// A port of this machine that leads to the server's socket until the network behind it is dead:
+/// from then on nothing that arrives is as much as confirmed.
+class PortToTheServer {
+public:
+    enum class Death { BeforeTheRequest, AfterTheRequest };
+
+    explicit PortToTheServer(QString aServersSocket)
+        : theServersSocket(std::move(aServersSocket)), theThread([this] { Run(); }) {}
+    ~PortToTheServer() {
+        theIsOver = true;
+        theThread.join();
+    }
+    Q_DISABLE_COPY_MOVE(PortToTheServer)
+
+    int Number() const { return thePort.Number(); }
+    /// Kills the connection that was made last; one made later lives.
+    void Die(Death aWhen) {
+        if (aWhen == Death::BeforeTheRequest)
+            Deafen(theClient);
+        else
+            theDiesAtNextRequest = true;
+    }
+
+private:
+    static void Deafen(int aSocket) {
+        sock_filter nothing = BPF_STMT(BPF_RET | BPF_K, 0);
+        const sock_fprog program{1, &nothing};
+        if (setsockopt(aSocket, SOL_SOCKET, SO_ATTACH_FILTER, &program, sizeof program) != 0)
+            qFatal("no filter");
+    }
+
+    int Connected() const {
+        const QByteArray path = QFile::encodeName(theServersSocket);
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        qstrncpy(address.sun_path, path.constData(), sizeof address.sun_path);
+        const int server = socket(AF_UNIX, SOCK_STREAM, 0);
+        if (connect(server, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0)
+            qFatal("no server");
+        return server;
+    }
+
+    static bool Forward(int aFrom, int aTo) {
+        std::array<char, 65536> bytes{};
+        const ssize_t count = read(aFrom, bytes.data(), bytes.size());
+        return count > 0 && write(aTo, bytes.data(), static_cast<std::size_t>(count)) == count;
+    }
+
+    void Run() {
+        int server = -1;
+        while (!theIsOver) {
+            std::array<pollfd, 3> ready{
+                {{thePort.Socket(), POLLIN, 0}, {theClient, POLLIN, 0}, {server, POLLIN, 0}}};
+            poll(ready.data(), ready.size(), 20);
+            if (ready[0].revents != 0) {
+                Hang(server);
+                theClient = accept(thePort.Socket(), nullptr, nullptr);
+                server = Connected();
+                continue;
+            }
+            bool lives = true;
+            if (ready[1].revents != 0) {
+                if (theDiesAtNextRequest.exchange(false)) {
+                    Deafen(theClient);
+                    std::array<char, 65536> bytes{};
+                    lives = read(theClient, bytes.data(), bytes.size()) > 0;
+                } else {
+                    lives = Forward(theClient, server);
+                }
+            }
+            if (lives && ready[2].revents != 0) lives = Forward(server, theClient);
+            if (!lives) Hang(server);
+        }
+        Hang(server);
+    }
+
+    void Hang(int &rServer) {
+        if (rServer < 0) return;
+        close(rServer);
+        close(theClient);
+        rServer = theClient = -1;
+    }
+
+    MutePort thePort;
+    QString theServersSocket;
+    std::atomic<int> theClient = -1;
+    std::atomic<bool> theDiesAtNextRequest = false;
+    std::atomic<bool> theIsOver = false;
+    std::thread theThread;
 };
 
 }  // namespace
@@ -180,6 +279,45 @@ private slots:
                                 "место и повторите.")
                      .arg(theServer.Shown(address)));
         QCOMPARE(failure.Number(), qint32(Vk_Records::DatabaseFull));
+    }
+
+    void RefusedStatement() {
+        const QString address = OpenSmallOffice(theServer);
+        const Failure failure = RaisedBy(
+            [] { Vk_Records::ThisThreadsConnection().Run(QStringLiteral("SELECT 1 / 0")); });
+        QCOMPARE(failure.Description(),
+                 QStringLiteral("База данных \"%1\" не выполнила запрос: division by zero. "
+                                "Обратитесь к администратору.")
+                     .arg(theServer.Shown(address)));
+        QCOMPARE(failure.Number(), qint32(Vk_Records::DatabaseQueryFailed));
+    }
+
+    void ServerThatCanNoLongerBeReached_data() {
+        QTest::addColumn<bool>("isConfirmed");
+        QTest::newRow("before the request") << false;
+        QTest::newRow("while it works on the request") << true;
+    }
+    void ServerThatCanNoLongerBeReached() {
+        QFETCH(bool, isConfirmed);
+        using Death = PortToTheServer::Death;
+        const QString direct = OpenSmallOffice(theServer);
+        PortToTheServer port(direct.section(u'=', -1) + QStringLiteral("/.s.PGSQL.5432"));
+        const QString address = QStringLiteral("postgresql://postgres@127.0.0.1:%1/%2")
+                                    .arg(port.Number())
+                                    .arg(theServer.Shown(direct).section(u'/', -1));
+        Vk_Records::OpenDatabase(address);
+        const auto persons = Made<PersonQueries>(u"Vk_DBProvider.PersonQueries");
+        QCOMPARE(persons->GetPersons(QString(), 0)->Count(), 5);
+        port.Die(isConfirmed ? Death::AfterTheRequest : Death::BeforeTheRequest);
+        theTimer.start();
+        const Failure lost = RaisedBy([&] { persons->GetPersons(QString(), 0); });
+        QVERIFY(theTimer.elapsed() < theLongestWaitMs);
+        QCOMPARE(lost.Description(),
+                 QStringLiteral("Связь с базой данных \"%1\" прервалась. Проверьте сеть и сервер и "
+                                "повторите.")
+                     .arg(address));
+        QCOMPARE(lost.Number(), qint32(Vk_Records::DatabaseConnectionLost));
+        QCOMPARE(persons->GetPersons(QString(), 0)->Count(), 5);
     }
 
     void ServerGoesAwayAndComesBack() {

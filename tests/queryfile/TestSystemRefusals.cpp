@@ -1,0 +1,196 @@
+#include <cerrno>
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <thread>
+#include <vector>
+
+#include <libxml/xmlmemory.h>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <Vk_DocQuery/Failure.h>
+
+#include "FilesLibrary.h"
+#include "queryfile/FileBytes.h"
+#include "queryfile/XmlNode.h"
+#include "support/RaisedBy.h"
+#include "support/TestMain.h"
+
+using namespace Vk_DocQuery;
+using VkTests::RaisedBy;
+
+namespace {
+
+/// No file can be opened while it lives.
+class NoMoreFiles {
+public:
+    NoMoreFiles() {
+        getrlimit(RLIMIT_NOFILE, &theBefore);
+        const rlimit none{0, theBefore.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &none);
+    }
+    ~NoMoreFiles() { setrlimit(RLIMIT_NOFILE, &theBefore); }
+    Q_DISABLE_COPY_MOVE(NoMoreFiles)
+
+private:
+    rlimit theBefore{};
+};
+
+/// Runs in a thread of its own in which the calls of the system fail as on a broken disk.
+template <class Body>
+void WithBroken(const std::vector<long> &aCalls, Body aBody) {
+    std::thread([&] {
+        std::vector<sock_filter> program{
+            BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))};
+        for (const long call : aCalls) {
+            program.push_back(
+                BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<quint32>(call), 0, 1));
+            program.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EIO));
+        }
+        program.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
+        const sock_fprog filter{static_cast<unsigned short>(program.size()), program.data()};
+        if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
+            prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) != 0)
+            qFatal("no filter");
+        aBody();
+    }).join();
+}
+
+QString Saved(const QString &aName) {
+    return RaisedBy([&] {
+               Vk_Records::FilesLibrary().SaveTextToFile(QStringLiteral("new"), aName, 1251);
+           })
+        .Description();
+}
+
+// The parser's memory: it gets none from a certain request on.
+int theRequestsLeft = 0;
+
+void *Allocated(std::size_t aSize) {
+    return theRequestsLeft-- > 0 ? std::malloc(aSize) : nullptr;
+}
+void *Reallocated(void *aMemory, std::size_t aSize) {
+    return theRequestsLeft-- > 0 ? std::realloc(aMemory, aSize) : nullptr;
+}
+char *Duplicated(const char *aText) {
+    return theRequestsLeft-- > 0 ? strdup(aText) : nullptr;
+}
+
+}  // namespace
+
+/// Files that are in order on a system that is not.
+class TestSystemRefusals : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        theFolder = std::make_unique<QTemporaryDir>();
+        theName = theFolder->filePath(QStringLiteral("a.qvk"));
+        QFile file(theName);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("<VkDocQuery/>") == 13);
+    }
+
+    void ReadingWithoutRoomForOneMoreFile() {
+        QByteArray bytes;
+        QString reason;
+        {
+            const NoMoreFiles limit;
+            reason = ReadFileBytes(theName, 1000, bytes);
+        }
+        QCOMPARE(reason, QStringLiteral("Файл не удалось открыть: Too many open files."));
+    }
+
+    void ReadingThatFails() {
+        QByteArray bytes;
+        QCOMPARE(ReadFileBytes(QStringLiteral("/proc/self/mem"), 1000, bytes),
+                 QStringLiteral("Файл не удалось прочитать: Input/output error."));
+    }
+
+    void ParsingWithoutMemory() {
+        xmlFreeFunc freed = nullptr;
+        xmlMallocFunc allocated = nullptr;
+        xmlReallocFunc reallocated = nullptr;
+        xmlStrdupFunc duplicated = nullptr;
+        QCOMPARE(xmlMemGet(&freed, &allocated, &reallocated, &duplicated), 0);
+        QStringList reasons;
+        bool loaded = false;
+        for (int requests = 0; !loaded && requests < 1000; ++requests) {
+            XmlDocument document;
+            theRequestsLeft = requests;
+            xmlMemSetup(freed, Allocated, Reallocated, Duplicated);
+            try {
+                loaded = document.LoadBytes("<VkDocQuery><DocCriteria Notes='x'/></VkDocQuery>");
+            } catch (const std::bad_alloc &) {
+            }
+            xmlMemSetup(freed, allocated, reallocated, duplicated);
+            if (!loaded && !document.ParseError().Reason.isEmpty())
+                reasons << document.ParseError().Reason;
+        }
+        QVERIFY(loaded);
+        reasons.removeDuplicates();
+        QCOMPARE(reasons, QStringList{QStringLiteral("Файл не удалось разобрать.")});
+    }
+
+    void SavingWithoutRoomForOneMoreFile() {
+        QString reason;
+        {
+            const NoMoreFiles limit;
+            reason = Saved(theName);
+        }
+        QCOMPARE(reason, QStringLiteral("Файл не удалось создать: Too many open files."));
+        OldFileIsThereAlone();
+    }
+
+    void SavingUnderANameThatIsTooLong() {
+        QCOMPARE(Saved(theFolder->filePath(QString(300, u'x'))),
+                 QStringLiteral("Файл не удалось заменить: File name too long."));
+        OldFileIsThereAlone();
+    }
+
+    void SavingOnABrokenDisk_data() {
+        QTest::addColumn<bool>("isWritten");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("writing") << false
+                                 << QStringLiteral("Файл не удалось записать: Input/output error.");
+        QTest::newRow("replacing")
+            << true << QStringLiteral("Файл не удалось заменить: Input/output error.");
+    }
+    void SavingOnABrokenDisk() {
+        QFETCH(bool, isWritten);
+        QFETCH(QString, reason);
+        std::vector<long> calls{SYS_write, SYS_pwrite64, SYS_writev};
+        if (isWritten) calls = {SYS_renameat, SYS_renameat2, SYS_linkat};
+#ifdef SYS_rename
+        if (isWritten) calls.insert(calls.end(), {SYS_rename, SYS_link});
+#endif
+        QString raised;
+        WithBroken(calls, [&] { raised = Saved(theName); });
+        QCOMPARE(raised, reason);
+        OldFileIsThereAlone();
+    }
+
+private:
+    /// The file is as it was, and nothing else was left in its folder.
+    void OldFileIsThereAlone() const {
+        QFile file(theName);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QByteArray("<VkDocQuery/>"));
+        QCOMPARE(QDir(theFolder->path()).entryList(QDir::Files | QDir::Hidden | QDir::System),
+                 QStringList{QStringLiteral("a.qvk")});
+    }
+
+    std::unique_ptr<QTemporaryDir> theFolder;
+    QString theName;
+};
+
+VK_TEST_CLASS(TestSystemRefusals);
+
+#include "TestSystemRefusals.moc"
