@@ -3,6 +3,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <string_view>
 
 #include <QFile>
 #include <QFileInfo>
@@ -92,6 +93,62 @@ QString ReasonNotOpened(const QFile &aFile, int aCode) {
     return QStringLiteral("Файл не удалось открыть: %1.").arg(aFile.errorString());
 }
 
+/// How many bytes a character of the alphabet takes, and which of them is not zero.
+struct CharacterForm {
+    int Size = 1;
+    int Place = 0;
+
+    /// The character, or zero if it is one of those that take more.
+    char Plain(const char *aCharacter) const {
+        for (int i = 0; i < Size; ++i) {
+            if (i != Place && aCharacter[i] != 0) return 0;
+        }
+        return aCharacter[Place];
+    }
+};
+
+CharacterForm FormOf(const QByteArray &aBytes) {
+    using namespace std::string_view_literals;
+    const QByteArrayView bytes(aBytes);
+    const auto begins = [&](std::string_view aStart) {
+        return bytes.startsWith(QByteArrayView(aStart.data(), static_cast<int>(aStart.size())));
+    };
+    if (begins("<\0\0\0"sv)) return {4, 0};
+    if (begins("\0\0\0<"sv)) return {4, 3};
+    if (begins("<\0"sv)) return {2, 0};
+    if (begins("\0<"sv)) return {2, 1};
+    return {};
+}
+
+/// Where a start tag has its attribute number aMost + 1; -1 if none has so many. Plain bytes, a
+/// Size of 1, are what nearly every file is made of.
+template <int Size>
+qsizetype EndOfFullTag(const QByteArray &aBytes, const CharacterForm &aForm, qint32 aMost) {
+    const char *const bytes = aBytes.constData();
+    const qsizetype step = Size == 1 ? 1 : aForm.Size;
+    qint32 attributes = 0;
+    bool isTag = false;
+    char quote = 0;  // of the value that is open
+    for (qsizetype i = 0; i + step <= aBytes.size(); i += step) {
+        const char character = Size == 1 ? bytes[i] : aForm.Plain(bytes + i);
+        if (character == '<') {  // nowhere but at the beginning of a tag
+            isTag = true;
+            quote = 0;
+            attributes = 0;
+        } else if (!isTag) {
+            continue;
+        } else if (quote != 0) {
+            if (character == quote) quote = 0;
+        } else if (character == '>') {
+            isTag = false;
+        } else if (character == '"' || character == '\'') {
+            quote = character;
+            if (++attributes > aMost) return i;
+        }
+    }
+    return -1;
+}
+
 }  // namespace
 
 QString ReadFileBytes(const QString &aFileName, qint64 aLargest, QByteArray &rBytes) {
@@ -130,6 +187,16 @@ QByteArray DecodedXmlBytes(const QByteArray &aBytes, bool &rDecoded) {
         return Utf8OfWindows1251(aBytes);
     rDecoded = false;
     return aBytes;
+}
+
+qint32 LineWithMoreAttributes(const QByteArray &aBytes, qint32 aMost) {
+    const CharacterForm form = FormOf(aBytes);
+    const qsizetype end = form.Size == 1 ? EndOfFullTag<1>(aBytes, form, aMost)
+                                         : EndOfFullTag<0>(aBytes, form, aMost);
+    qint32 line = 1;
+    for (qsizetype i = 0; i < end; i += form.Size)
+        line += form.Plain(aBytes.constData() + i) == '\n';
+    return end < 0 ? 0 : line;
 }
 
 }  // namespace Vk_DocQuery

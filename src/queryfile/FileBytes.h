@@ -15,4 +15,8 @@ QString ReadFileBytes(const QString &aFileName, qint64 aLargest, QByteArray &rBy
 /// windows-1251. Otherwise the bytes as they are and rDecoded false.
 QByteArray DecodedXmlBytes(const QByteArray &aBytes, bool &rDecoded);
 
+/// The line of the first start tag with more than aMost attributes; 0 if there is none. The parser
+/// compares every attribute of an element with all the others before it tells of any.
+qint32 LineWithMoreAttributes(const QByteArray &aBytes, qint32 aMost);
+
 }  // namespace Vk_DocQuery

@@ -187,6 +187,15 @@ bool XmlDocument::LoadBytes(const QByteArray &aBytes) {
     }
     bool decoded = false;
     const QByteArray bytes = DecodedXmlBytes(aBytes, decoded);
+    const qint32 line = LineWithMoreAttributes(bytes, theMostAttributes);
+    if (line > 0) {
+        theError.Line = line;
+        theError.Reason = QStringLiteral(
+                              "Файл слишком сложен: допускается не более %1 атрибутов у одного "
+                              "элемента.")
+                              .arg(theMostAttributes);
+        return false;
+    }
     ParserRun run(theError);
     // The parser takes bytes without a character set of their own for UTF-8, and converts nothing.
     theTree.reset(run.Parse(bytes, theParserOptions | (decoded ? XML_PARSE_IGNORE_ENC : 0)));

@@ -48,6 +48,8 @@ public:
     /// Most elements and most attributes that are taken up: more than the lists that fill a file of
     /// that size when they are saved, and far fewer than "<i/>" again and again would give.
     static constexpr qint64 theMostElements = 3'000'000;
+    /// Most attributes of one element. The fullest tag of a saved file has 26.
+    static constexpr qint32 theMostAttributes = 1000;
 
     /// False leaves the cause in ParseError.
     bool Load(const QString &aFileName);

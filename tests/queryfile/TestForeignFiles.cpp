@@ -6,6 +6,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRegularExpression>
+#include <QStringEncoder>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -344,6 +345,47 @@ private slots:
 #ifndef __SANITIZE_ADDRESS__
         QVERIFY(PeakMemory() < 900);
 #endif
+    }
+
+    void TooManyAttributesOfOneElement_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<int>("line");
+        const auto tag = [](int aCount) {
+            QByteArray bytes = "<VkDocQuery>\n<i";
+            for (int i = 0; i < aCount; ++i) bytes += " a" + QByteArray::number(i) + "='\"='";
+            return bytes + "/></VkDocQuery>";
+        };
+        const QString text = QString::fromLatin1(tag(1001));
+        const auto encoded = [&](QStringConverter::Encoding aEncoding) -> QByteArray {
+            return QStringEncoder(aEncoding).encode(text);
+        };
+        QTest::newRow("as many as there may be") << tag(1000) << 0;
+        QTest::newRow("one more") << tag(1001) << 2;
+        QTest::newRow("very many") << tag(700000) << 2;
+        QTest::newRow("the same again and again")
+            << "<VkDocQuery" + QByteArray(" a=''").repeated(1000000) + "/>" << 1;
+        QTest::newRow("quotes in a value")
+            << "<VkDocQuery>\n<DocCriteria Notes='" + QByteArray("\"=").repeated(5000) +
+                   "'/>\"\"\"</VkDocQuery>"
+            << 0;
+        QTest::newRow("UTF-16, small end") << encoded(QStringConverter::Utf16LE) << 2;
+        QTest::newRow("UTF-16, big end") << encoded(QStringConverter::Utf16BE) << 2;
+        QTest::newRow("UTF-32, small end") << encoded(QStringConverter::Utf32LE) << 2;
+        QTest::newRow("UTF-32, big end") << encoded(QStringConverter::Utf32BE) << 2;
+    }
+    void TooManyAttributesOfOneElement() {
+        QFETCH(QByteArray, bytes);
+        QFETCH(int, line);
+        const QTemporaryDir folder;
+        const QString name = folder.filePath(QStringLiteral("a.qvk"));
+        WriteBytes(name, bytes);
+        VkDocQueryData record;
+        QCOMPARE(record.ReadFromXmlFile(name), line == 0);
+        QCOMPARE(record.LastError,
+                 line == 0 ? QString()
+                           : Explained(QStringLiteral("Файл слишком сложен: допускается не более "
+                                                      "1000 атрибутов у одного элемента."),
+                                       QString(), line));
     }
 
     void MillionOfIdentitiesIsNotTooMany() {
