@@ -1,6 +1,7 @@
 #include "queryfile/FileBytes.h"
 
 #include <array>
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <string_view>
@@ -190,6 +191,8 @@ QByteArray DecodedXmlBytes(const QByteArray &aBytes, bool &rDecoded) {
 }
 
 qint32 LineWithMoreAttributes(const QByteArray &aBytes, qint32 aMost) {
+    // Most files have fewer in all.
+    if (std::count(aBytes.cbegin(), aBytes.cend(), '=') <= aMost) return 0;
     const CharacterForm form = FormOf(aBytes);
     const qsizetype end = form.Size == 1 ? EndOfFullTag<1>(aBytes, form, aMost)
                                          : EndOfFullTag<0>(aBytes, form, aMost);
