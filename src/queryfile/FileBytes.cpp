@@ -1,7 +1,7 @@
 #include "queryfile/FileBytes.h"
 
-#include <array>
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <string_view>
