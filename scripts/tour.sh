@@ -158,12 +158,15 @@ click() {
     settle
 }
 
-# hover LEFT TOP: the pointer rests there until its tool tip comes up.
+# How many windows are up on the display, with or without a name.
+windows_up() { xdotool search --onlyvisible --class '' 2>/dev/null | wc -l; }
+
+# hover LEFT TOP: the pointer rests there until its tool tip comes up, which is a window of its own.
 hover() {
     local deadline=$((SECONDS + 30)) before
-    before=$(maim -u -f bmp | cksum)
+    before=$(windows_up)
     xdotool mousemove --window "$window" $(($1 * percent / 1500)) $(($2 * percent / 1500))
-    until [ "$(maim -u -f bmp | cksum)" != "$before" ]; do
+    until [ "$(windows_up)" -gt "$before" ]; do
         [ $SECONDS -lt $deadline ] || fail "the tool tip did not come up"
         sleep 0.05
     done
