@@ -1,0 +1,328 @@
+#include <QFile>
+#include <QLineEdit>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <Vk_DocQuery/Failure.h>
+
+#include "DialogUser.h"
+#include "foundation/FilePlatform.h"
+#include "support/MemoryRecords.h"
+#include "support/RaisedBy.h"
+#include "support/TestMain.h"
+
+using namespace Vk_DocQuery;
+using namespace VkTests;
+
+namespace {
+
+const QString theSaveTitle = QStringLiteral("Сохранить файл критериев поиска");
+const QString theLoadTitle = QStringLiteral("Открыть файл критериев поиска");
+
+/// Writes down what it is asked and answers as a user does who cancels.
+class AskedPlatform : public FilePlatform {
+public:
+    bool GetOpenFileName(OpenFileName &aRecord) override { return Note("open", aRecord); }
+    bool GetSaveFileName(OpenFileName &aRecord) override { return Note("save", aRecord); }
+    qint32 CommDlgExtendedError() override { return 0; }
+
+    QStringList Asked;
+    QList<bool> Owners;
+
+private:
+    bool Note(const char *aCall, const OpenFileName &aRecord) {
+        QByteArray filter;
+        for (const char *part = aRecord.lpstrFilter; *part != '\0'; part += qstrlen(part) + 1)
+            filter += (filter.isEmpty() ? "" : "|") + QByteArray(part);
+        Asked << QStringLiteral("%1 %2 %3 \"%4\" %5")
+                     .arg(QLatin1String(aCall), QString::number(aRecord.Flags, 16),
+                          QString::number(aRecord.nFilterIndex),
+                          QString::fromUtf8(aRecord.lpstrFile), QString::fromUtf8(filter));
+        Owners << (aRecord.hwndOwner != 0);
+        return false;
+    }
+};
+
+QString FileText(const QString &aPath) {
+    QFile file(aPath);
+    return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll()) : QString();
+}
+
+}  // namespace
+
+class TestOptionsFiles : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() { MemoryOffice::Install(); }
+
+    void SaveOffersTheDefaultNameAndThenWritesSilently() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("Мой запрос.qvk"));
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        dialog.SetRecord(record);
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            user.StateSurname(QStringLiteral("ABC"));
+            driver.ExpectFileDialog(theSaveTitle, QStringLiteral("Query.qvk"), path);
+            user.Press("theSave");
+            user.ExpectCaption(QStringLiteral("Поиск документов - [") + path + u']');
+            if (!FileText(path).contains(QStringLiteral("SignerSurname=\"ABC\"")))
+                driver.Complain(QStringLiteral("the file lacks the surname"));
+            user.StateSurname(QStringLiteral("DEF"));
+            user.Press("theSave");
+            if (!FileText(path).contains(QStringLiteral("SignerSurname=\"DEF\"")))
+                driver.Complain(QStringLiteral("the second save is not in the file"));
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(record->FileName, path);
+        QCOMPARE(record->SignerSurname, QStringLiteral("DEF"));
+    }
+
+    void CancelledSaveAsTakesThePanelButNoName() {
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->FileName = QStringLiteral("/nowhere/Прежний.qvk");
+        dialog.SetRecord(record);
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            user.StateSurname(QStringLiteral("Иванов"));
+            driver.ExpectFileDialog(theSaveTitle, QStringLiteral("Прежний.qvk"), QString());
+            user.Press("theSaveAs");
+            user.ExpectCaption(QStringLiteral("Поиск документов - [/nowhere/Прежний.qvk]"));
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(record->FileName, QStringLiteral("/nowhere/Прежний.qvk"));
+        QCOMPARE(record->SignerSurname, QStringLiteral("Иванов"));
+    }
+
+    void FailedSaveAsSaysWhyAndKeepsTheName() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("a.qvk"));
+        MemoryOffice::The().OnCall = [](const QString &member) {
+            if (member == QStringLiteral("SaveTextToFile"))
+                throw Failure(61, QString(), QStringLiteral("Диск переполнен."));
+        };
+        DocQueryOptionsFrm dialog;
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            driver.ExpectFileDialog(theSaveTitle, QStringLiteral("Query.qvk"), path);
+            driver.ExpectBox(QStringLiteral("Ошибка"),
+                             QStringLiteral("Ошибка сохранения файла критериев поиска \"") + path +
+                                 QStringLiteral("\":\r\nДиск переполнен."),
+                             QStringLiteral("OK"));
+            user.Press("theSaveAs");
+            user.ExpectCaption(QStringLiteral("Поиск документов"));
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(dialog.Record()->FileName, QString());
+    }
+
+    void FailedSaveAsOfANamedRecordKeepsNameAndCaption() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("a.qvk"));
+        const QString before = folder.filePath(QStringLiteral("Прежний.qvk"));
+        MemoryOffice::The().OnCall = [](const QString &member) {
+            if (member == QStringLiteral("SaveTextToFile"))
+                throw Failure(61, QString(), QStringLiteral("Диск переполнен."));
+        };
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->FileName = before;
+        dialog.SetRecord(record);
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            driver.ExpectFileDialog(theSaveTitle, QStringLiteral("Прежний.qvk"), path);
+            driver.ExpectBox(QStringLiteral("Ошибка"),
+                             QStringLiteral("Ошибка сохранения файла критериев поиска \"") + path +
+                                 QStringLiteral("\":\r\nДиск переполнен."),
+                             QStringLiteral("OK"));
+            user.Press("theSaveAs");
+            user.ExpectOpen();
+            user.ExpectCaption(QStringLiteral("Поиск документов - [") + before + u']');
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(dialog.Record(), record);
+        QCOMPARE(record->FileName, before);
+        QVERIFY(!QFile::exists(path));
+    }
+
+    void LoadAndSaveAsAskWithTheirOwnFlags() {
+        AskedPlatform platform;
+        SetFileDialogsForTests(&platform);
+        DocQueryOptionsFrm dialog;
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            user.Press("theLoad");
+            user.Press("theSave");
+            user.Press("theSaveAs");
+        });
+        SetFileDialogsForTests(nullptr);
+        QVERIFY2(driver.Done(), driver.Complaint());
+        const QString filter = QStringLiteral("Файлы критериев поиска Норвика (*.qvk)|*.qvk");
+        QCOMPARE(platform.Asked,
+                 QStringList({QStringLiteral("open 281800 0 \"\" ") + filter,
+                              QStringLiteral("save 880802 1 \"Query.qvk\" ") + filter,
+                              QStringLiteral("save 880802 1 \"Query.qvk\" ") + filter}));
+        QCOMPARE(platform.Owners, QList<bool>({true, true, true}));
+    }
+
+    void LoadedRecordTakesThePlaceOfTheGivenOne() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("saved.qvk"));
+        VkDocQueryData saved;
+        saved.IsSignerFio = true;
+        saved.SignerSurname = QStringLiteral("Из файла");
+        saved.LastTab = QStringLiteral("doc");
+        QVERIFY(saved.WriteToXmlFile(path));
+
+        DocQueryOptionsFrm dialog;
+        const auto given = std::make_shared<VkDocQueryData>();
+        dialog.SetRecord(given);
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            driver.ExpectFileDialog(theLoadTitle, QString(), path);
+            user.Press("theLoad");
+            user.ExpectCaption(QStringLiteral("Поиск документов - [") + path + u']');
+            if (user.Element<QLineEdit>("theSignerSurname")->text() != QStringLiteral("Из файла"))
+                driver.Complain(QStringLiteral("the panel does not show the file"));
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(dialog.Record() != given);
+        QCOMPARE(dialog.Record()->SignerSurname, QStringLiteral("Из файла"));
+        QCOMPARE(dialog.Record()->FileName, path);
+        QCOMPARE(given->SignerSurname, QString());
+    }
+
+    void FailingLoadShowsTheChainAndLeavesTheDialogOpen() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("saved.qvk"));
+        VkDocQueryData saved;
+        saved.IsTaxpayers = true;
+        saved.TaxpayersList = std::make_shared<RecordCollection>();
+        saved.TaxpayersList->Add(MakePerson(4));
+        QVERIFY(saved.WriteToXmlFile(path));
+        MemoryOffice::The().Persons.pop_back();
+
+        DocQueryOptionsFrm dialog;
+        const auto given = std::make_shared<VkDocQueryData>();
+        dialog.SetRecord(given);
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            driver.ExpectFileDialog(theLoadTitle, QString(), path);
+            driver.ExpectBox(
+                QStringLiteral("Сбой программы"),
+                QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.theLoad_Click]\r\n"
+                               "[Vk_DocQuery::miDocQuery.AskFileAndLoadDocQuery]\r\n"
+                               "[Vk_DocQuery::VkDocQueryData.ReadFromXmlFile]\r\n"
+                               "[Vk_DocQuery::VkDocQueryData.ReadFromXml]\r\n"
+                               "[Vk_DocQuery::VkDocQueryData.ReadCollectedIDsFromXml]\r\n"
+                               "[MemoryRecords]\r\n"
+                               "no VkPerson with ID 4"),
+                QStringLiteral("OK"));
+            user.Press("theLoad");
+            user.ExpectOpen();
+            user.ExpectCaption(QStringLiteral("Поиск документов"));
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(dialog.Record(), given);
+    }
+
+    void CaptionShortensNamesOfMoreThanAHundredCharacters() {
+        for (const int length : {100, 101}) {
+            DocQueryOptionsFrm dialog;
+            const auto record = std::make_shared<VkDocQueryData>();
+            record->FileName = QStringLiteral("/") + QString(length - 1, u'x');
+            dialog.SetRecord(record);
+            const QString shown =
+                length == 100 ? record->FileName : QStringLiteral("...") + QString(20, u'x');
+            QCOMPARE(dialog.windowTitle(), QStringLiteral("Поиск документов - [") + shown + u']');
+        }
+    }
+
+    void FailedSaveSaysWhyAndKeepsTheName() {
+        const QString path = QStringLiteral("/nowhere/Прежний.qvk");
+        MemoryOffice::The().OnCall = [](const QString &member) {
+            if (member == QStringLiteral("SaveTextToFile"))
+                throw Failure(76, QString(), QStringLiteral("Путь не найден."));
+        };
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->FileName = path;
+        dialog.SetRecord(record);
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            driver.ExpectBox(QStringLiteral("Ошибка"),
+                             QStringLiteral("Ошибка сохранения файла критериев поиска \"") + path +
+                                 QStringLiteral("\":\r\nПуть не найден."),
+                             QStringLiteral("OK"));
+            user.Press("theSave");
+            user.ExpectOpen();
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(record->FileName, path);
+    }
+
+    /// What the library itself cannot write is no failed save: the chain is shown, and the dialog
+    /// stays open.
+    void FailingSaveShowsTheChain_data() {
+        QTest::addColumn<QString>("button");
+        QTest::newRow("save") << QStringLiteral("theSave");
+        QTest::newRow("save as") << QStringLiteral("theSaveAs");
+    }
+
+    void FailingSaveShowsTheChain() {
+        QFETCH(QString, button);
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("a.qvk"));
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->FileName = path;
+        record->TaxpayersList = std::make_shared<RecordCollection>();
+        record->TaxpayersList->Add(MakePerson(1));
+        dialog.SetRecord(record);
+        MemoryOffice::The().OnCall = [](const QString &member) {
+            if (member == QStringLiteral("VkPerson.ID"))
+                throw Failure(70, QStringLiteral("S"), QStringLiteral("нет связи"));
+        };
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            if (button == QStringLiteral("theSaveAs"))
+                driver.ExpectFileDialog(theSaveTitle, QStringLiteral("a.qvk"), path);
+            driver.ExpectBox(
+                QStringLiteral("Сбой программы"),
+                QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.%1_Click]\r\n"
+                               "[Vk_DocQuery::DocQueryOptionsFrm.SaveRecord]\r\n"
+                               "[Vk_DocQuery::VkDocQueryData.WriteToXmlFile]\r\n"
+                               "[Vk_DocQuery::VkDocQueryData.WriteToXmlString]\r\n"
+                               "[Vk_DocQuery::VkDocQueryData.WriteCollectedIDsToXmlString]\r\n"
+                               "[S]\r\n"
+                               "нет связи")
+                    .arg(button),
+                QStringLiteral("OK"));
+            user.Press(button.toLatin1().constData());
+            user.ExpectOpen();
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(!QFile::exists(path));
+    }
+
+    void FailingCaptionNamesItself() {
+        MemoryOffice::The().OnCall = [](const QString &member) {
+            if (member == QStringLiteral("ShortenFilePath"))
+                throw Failure(70, QStringLiteral("S"), QStringLiteral("D"));
+        };
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->FileName = QString(101, u'x');
+        QCOMPARE(RaisedBy([&] { dialog.SetRecord(record); }).Description(),
+                 QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.Set-Record]\r\n"
+                                "[Vk_DocQuery::DocQueryOptionsFrm.RefreshCaption]\r\n"
+                                "[S]\r\nD"));
+    }
+};
+
+VK_TEST_CLASS(TestOptionsFiles);
+
+#include "TestOptionsFiles.moc"
