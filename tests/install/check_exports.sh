@@ -11,10 +11,11 @@ for library in "$libdir"/libVk_*.so; do
     list=$lists/$name.exports
     [ -f "$list" ] || { echo "no list of exports for $name"; exit 1; }
     patterns=$(grep -v -e '^#' -e '^$' "$list")
-    exports=$("$nm" -DC --defined-only "$library" |
-        sed -E 's/^[0-9a-f]* +//' |
-        grep -E "^[A-TX-Z] |^. .*$name::" |
-        sed -E 's/^. //' | grep -v -x -e _init -e _fini -e _edata -e _end -e __bss_start | sort -u)
+    # Each symbol as it stands in the file, and behind a tab as it is read.
+    exports=$(paste <("$nm" -Dp --defined-only "$library") <("$nm" -DpC --defined-only "$library") |
+        sed -E 's/^[0-9a-f]* +//; s/\t[0-9a-f]* +. /\t/' |
+        grep -E "^[A-TX-Z] |^. _Z[A-Z]*${#name}$name" |
+        cut -f 2 | grep -v -x -e _init -e _fini -e _edata -e _end -e __bss_start | sort -u)
 
     if unwanted=$(grep -v -x -E "$patterns" <<<"$exports"); then
         printf '%s exports what no host may link to:\n%s\n' "$name" "$unwanted"
