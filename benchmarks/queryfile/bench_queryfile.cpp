@@ -74,7 +74,7 @@ QString FolderInMemory() {
 /// that replace the old file as a whole.
 void MeasureWriting(const QString &aWhat, VkDocQueryData &aRecord, const QByteArray &aBytes,
                     const QString &aFolder, bool aToDisk) {
-    const QTemporaryDir folder(aFolder + QStringLiteral("/bench-XXXXXX"));
+    const QTemporaryDir folder(aFolder + QStringLiteral("/bench-"));
     Check(folder.isValid(), "folder");
     const QString ours = folder.filePath(QStringLiteral("ours.qvk"));
     const QByteArray peer = QFile::encodeName(folder.filePath(QStringLiteral("peer.qvk")));

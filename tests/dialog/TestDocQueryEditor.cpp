@@ -30,6 +30,14 @@ void TypeSurname(ModalDriver &aDriver, QWidget &aWindow, const QString &aSurname
     if (box->text() != aSurname) aDriver.Complain(QStringLiteral("typed: ") + box->text());
 }
 
+std::shared_ptr<VkDocQueryData> QueryBySurname(const QString &aSurname) {
+    auto record = std::make_shared<VkDocQueryData>();
+    record->IsSignerFio = true;
+    record->SignerSurname = aSurname;
+    record->LastTab = QStringLiteral("doc");
+    return record;
+}
+
 }  // namespace
 
 class TestDocQueryEditor : public QObject {
@@ -52,10 +60,7 @@ private slots:
 
     void CancelGivesBackTheGivenRecordUnchanged() {
         DocQueryEditor editor;
-        const auto record = std::make_shared<VkDocQueryData>();
-        record->IsSignerFio = true;
-        record->SignerSurname = QStringLiteral("Прежний");
-        record->LastTab = QStringLiteral("doc");
+        const auto record = QueryBySurname(QStringLiteral("Прежний"));
         editor.SetRecord(record);
         ModalDriver driver;
         driver.Expect([&](QWidget &window) {
@@ -73,10 +78,7 @@ private slots:
         const QTemporaryDir folder;
         const QString path = folder.filePath(QStringLiteral("a.qvk"));
         DocQueryEditor editor;
-        const auto record = std::make_shared<VkDocQueryData>();
-        record->IsSignerFio = true;
-        record->SignerSurname = QStringLiteral("Прежний");
-        record->LastTab = QStringLiteral("doc");
+        const auto record = QueryBySurname(QStringLiteral("Прежний"));
         editor.SetRecord(record);
         ModalDriver driver;
         driver.Expect([&](QWidget &window) {

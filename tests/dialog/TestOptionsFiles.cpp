@@ -48,6 +48,14 @@ QString FileText(const QString &aPath) {
     return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll()) : QString();
 }
 
+/// Every saving fails from now on.
+void FailSaving(qint32 aNumber, const QString &aDescription) {
+    MemoryOffice::The().OnCall = [=](const QString &member) {
+        if (member == QStringLiteral("SaveTextToFile"))
+            throw Failure(aNumber, QString(), aDescription);
+    };
+}
+
 }  // namespace
 
 class TestOptionsFiles : public QObject {
@@ -100,10 +108,7 @@ private slots:
     void FailedSaveAsSaysWhyAndKeepsTheName() {
         const QTemporaryDir folder;
         const QString path = folder.filePath(QStringLiteral("a.qvk"));
-        MemoryOffice::The().OnCall = [](const QString &member) {
-            if (member == QStringLiteral("SaveTextToFile"))
-                throw Failure(61, QString(), QStringLiteral("Диск переполнен."));
-        };
+        FailSaving(61, QStringLiteral("Диск переполнен."));
         DocQueryOptionsFrm dialog;
         ModalDriver driver;
         RunWith(dialog, driver, [&](const User &user) {
@@ -123,10 +128,7 @@ private slots:
         const QTemporaryDir folder;
         const QString path = folder.filePath(QStringLiteral("a.qvk"));
         const QString before = folder.filePath(QStringLiteral("Прежний.qvk"));
-        MemoryOffice::The().OnCall = [](const QString &member) {
-            if (member == QStringLiteral("SaveTextToFile"))
-                throw Failure(61, QString(), QStringLiteral("Диск переполнен."));
-        };
+        FailSaving(61, QStringLiteral("Диск переполнен."));
         DocQueryOptionsFrm dialog;
         const auto record = std::make_shared<VkDocQueryData>();
         record->FileName = before;
@@ -243,10 +245,7 @@ private slots:
 
     void FailedSaveSaysWhyAndKeepsTheName() {
         const QString path = QStringLiteral("/nowhere/Прежний.qvk");
-        MemoryOffice::The().OnCall = [](const QString &member) {
-            if (member == QStringLiteral("SaveTextToFile"))
-                throw Failure(76, QString(), QStringLiteral("Путь не найден."));
-        };
+        FailSaving(76, QStringLiteral("Путь не найден."));
         DocQueryOptionsFrm dialog;
         const auto record = std::make_shared<VkDocQueryData>();
         record->FileName = path;

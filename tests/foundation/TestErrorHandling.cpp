@@ -97,6 +97,21 @@ const QString theBoxTitle = QStringLiteral("Сбой программы");
 class TestErrorHandling : public QObject {
     Q_OBJECT
 
+private:
+    static void ReportGoesToTheHost() {
+        ModalDriver driver;
+        try {
+            Raising(77, "S", "D");
+        } catch (...) {
+            ReportErrorToUser("M", "P");
+        }
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(theShown.Text, QStringLiteral("[Vk_DocQuery::M.P]\r\n[S]\r\nD"));
+        QCOMPARE(theShown.Source, QStringLiteral("S"));
+        QCOMPARE(theShown.Extra, QString());
+        QCOMPARE(theShown.Number, 77);
+    }
+
 private slots:
     void init() {
         theShown = ShownError();
@@ -232,17 +247,7 @@ private slots:
 
     void HostsErrorWindowTakesTheBoxsPlace() {
         RegisterClass<TestErrorHandler>(theErrors);
-        ModalDriver driver;
-        try {
-            Raising(77, "S", "D");
-        } catch (...) {
-            ReportErrorToUser("M", "P");
-        }
-        QVERIFY2(driver.Done(), driver.Complaint());
-        QCOMPARE(theShown.Text, QStringLiteral("[Vk_DocQuery::M.P]\r\n[S]\r\nD"));
-        QCOMPARE(theShown.Source, QStringLiteral("S"));
-        QCOMPARE(theShown.Extra, QString());
-        QCOMPARE(theShown.Number, 77);
+        ReportGoesToTheHost();
     }
 
     void FailingErrorWindowShowsNothing() {
@@ -311,17 +316,7 @@ private slots:
         RegisterClass<TestErrorHandler>(theErrors);
         RegisterClass<TestSplash>(theSplash);
         SetRunningUnattended(true);
-        ModalDriver driver;
-        try {
-            Raising(77, "S", "D");
-        } catch (...) {
-            ReportErrorToUser("M", "P");
-        }
-        QVERIFY2(driver.Done(), driver.Complaint());
-        QCOMPARE(theShown.Text, QStringLiteral("[Vk_DocQuery::M.P]\r\n[S]\r\nD"));
-        QCOMPARE(theShown.Source, QStringLiteral("S"));
-        QCOMPARE(theShown.Extra, QString());
-        QCOMPARE(theShown.Number, 77);
+        ReportGoesToTheHost();
         QCOMPARE(theClosedSplashes, 0);
     }
 
