@@ -318,6 +318,20 @@ private slots:
             QCOMPARE(picker.Filter().text(), QString());
         });
     }
+
+    void ctrlWithADigitSortsAndIsNoFilter() {
+        QString sorted;
+        const QString chosen = Chosen([&](ModalDriver &, Picker &picker) {
+            picker.Press(Qt::Key_4, Qt::ControlModifier);
+            sorted = QStringLiteral("%1 %2 \"%3\"")
+                         .arg(picker.List().IsSorted())
+                         .arg(picker.List().SortKey())
+                         .arg(picker.Filter().text());
+            picker.Close();
+        });
+        QCOMPARE(chosen, QStringLiteral("nothing"));
+        QCOMPARE(sorted, QStringLiteral("1 3 \"\""));
+    }
 };
 
 VK_TEST_CLASS(TestPickerKeys);
