@@ -1,6 +1,7 @@
 #include "Application.h"
 
 #include <array>
+#include <span>
 
 #include <QApplication>
 #include <QIcon>
@@ -21,6 +22,12 @@ struct Shade {
     QRgb Colour;
 };
 
+struct Colours {
+    const char16_t *Name;
+    std::span<const Shade> Shades;
+    QRgb DisabledText;
+};
+
 constexpr auto theDarkShades = std::to_array<Shade>({
     {QPalette::Window, 0xFF2D2D30},      {QPalette::WindowText, 0xFFE6E6E6},
     {QPalette::Base, 0xFF1E1E21},        {QPalette::AlternateBase, 0xFF28282B},
@@ -33,7 +40,49 @@ constexpr auto theDarkShades = std::to_array<Shade>({
     {QPalette::Link, 0xFF7AB4FF},        {QPalette::LinkVisited, 0xFFB79CFF},
     {QPalette::ToolTipBase, 0xFF3C3C40}, {QPalette::ToolTipText, 0xFFE6E6E6},
 });
-constexpr QRgb theDisabledText = 0xFF8A8A8E;
+
+/// Two colours and what lies between them; the selection changes the two round.
+constexpr std::array<Shade, 20> HighContrast(QRgb aGround, QRgb aText, QRgb aFaint) {
+    return {{
+        {QPalette::Window, aGround},      {QPalette::WindowText, aText},
+        {QPalette::Base, aGround},        {QPalette::AlternateBase, aGround},
+        {QPalette::Text, aText},          {QPalette::PlaceholderText, aFaint},
+        {QPalette::Button, aGround},      {QPalette::ButtonText, aText},
+        {QPalette::BrightText, aText},    {QPalette::Light, aText},
+        {QPalette::Midlight, aFaint},     {QPalette::Mid, aFaint},
+        {QPalette::Dark, aFaint},         {QPalette::Shadow, aText},
+        {QPalette::Highlight, aText},     {QPalette::HighlightedText, aGround},
+        {QPalette::Link, aText},          {QPalette::LinkVisited, aText},
+        {QPalette::ToolTipBase, aGround}, {QPalette::ToolTipText, aText},
+    }};
+}
+
+constexpr QRgb theBlack = 0xFF000000;
+constexpr QRgb theWhite = 0xFFFFFFFF;
+constexpr QRgb theYellow = 0xFFFFFF00;
+constexpr QRgb theGreyOnWhite = 0xFF595959;
+constexpr QRgb theGreyOnBlack = 0xFFA6A6A6;
+constexpr QRgb theOliveOnBlack = 0xFFA8A800;
+
+constexpr auto theBlackOnWhite = HighContrast(theWhite, theBlack, theGreyOnWhite);
+constexpr auto theWhiteOnBlack = HighContrast(theBlack, theWhite, theGreyOnBlack);
+constexpr auto theYellowOnBlack = HighContrast(theBlack, theYellow, theOliveOnBlack);
+
+constexpr auto theColours = std::to_array<Colours>({
+    {u"dark", theDarkShades, 0xFF8A8A8E},
+    {u"black-on-white", theBlackOnWhite, theGreyOnWhite},
+    {u"white-on-black", theWhiteOnBlack, theGreyOnBlack},
+    {u"yellow-on-black", theYellowOnBlack, theOliveOnBlack},
+});
+
+void Take(const Colours &aColours) {
+    QPalette palette;
+    for (const Shade &shade : aColours.Shades) palette.setColor(shade.Role, shade.Colour);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, aColours.DisabledText);
+    QApplication::setStyle(QStringLiteral("Fusion"));  // other styles may have colours of their own
+    QApplication::setPalette(palette);
+}
 
 }  // namespace
 
@@ -47,13 +96,13 @@ void PrepareApplication() {
         QApplication::installTranslator(translator);
 }
 
-void TakeDarkColours() {
-    QPalette palette;
-    for (const Shade &shade : theDarkShades) palette.setColor(shade.Role, shade.Colour);
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, theDisabledText);
-    QApplication::setStyle(QStringLiteral("Fusion"));  // other styles may have colours of their own
-    QApplication::setPalette(palette);
+bool TakeColours(QStringView aName) {
+    for (const Colours &colours : theColours) {
+        if (aName != QStringView(colours.Name)) continue;
+        Take(colours);
+        return true;
+    }
+    return false;
 }
 
 bool OpenRecords(const QString &aDatabase) {

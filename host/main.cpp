@@ -1,5 +1,5 @@
 // An example of a program that embeds the library, over a sample office.
-//   vk_docquery_host [--dark] [DATABASE]     such as sqlite:/home/me/office.db
+//   vk_docquery_host [--dark | --colours NAME] [DATABASE]     such as sqlite:/home/me/office.db
 #include <QApplication>
 #include <QDir>
 #include <QStandardPaths>
@@ -16,6 +16,17 @@ QString SampleOffice() {
     return QStringLiteral("sqlite:") + folder.filePath(QStringLiteral("office.db"));
 }
 
+/// Takes the options out of the arguments; false if one of them is wrong.
+bool TakeOptions(QStringList &rArguments) {
+    if (rArguments.removeAll(QStringLiteral("--dark")) > 0) TakeColours(u"dark");
+    const qsizetype option = rArguments.indexOf(QStringLiteral("--colours"));
+    if (option >= 0) {
+        if (!TakeColours(rArguments.value(option + 1))) return false;
+        rArguments.remove(option, 2);
+    }
+    return rArguments.size() <= 1 && !rArguments.join(u' ').startsWith(u'-');
+}
+
 }  // namespace
 
 int main(int aCount, char **aArguments) {
@@ -23,9 +34,10 @@ int main(int aCount, char **aArguments) {
     PrepareApplication();
 
     QStringList arguments = QApplication::arguments().mid(1);
-    if (arguments.removeAll(QStringLiteral("--dark")) > 0) TakeDarkColours();
-    if (arguments.size() > 1 || arguments.join(u' ').startsWith(u'-')) {
-        qCritical("usage: vk_docquery_host [--dark] [DATABASE]");
+    if (!TakeOptions(arguments)) {
+        qCritical(
+            "usage: vk_docquery_host [--dark | --colours NAME] [DATABASE]\n"
+            "NAME is dark, black-on-white, white-on-black or yellow-on-black");
         return 2;
     }
     if (!OpenRecords(arguments.isEmpty() ? SampleOffice() : arguments.first())) return 1;

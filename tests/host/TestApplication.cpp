@@ -52,27 +52,51 @@ private slots:
                  QStringLiteral("Отмена"));
     }
 
-    void DarkColoursCanBeRead() {
+    void ColoursCanBeRead_data() {
+        QTest::addColumn<QColor>("ground");
+        QTest::addColumn<QColor>("text");
+        QTest::addColumn<double>("disabled");
+        QTest::newRow("dark") << QColor(0x2D2D30) << QColor(0xE6E6E6) << 3.0;
+        QTest::newRow("black-on-white") << QColor(Qt::white) << QColor(Qt::black) << 4.5;
+        QTest::newRow("white-on-black") << QColor(Qt::black) << QColor(Qt::white) << 4.5;
+        QTest::newRow("yellow-on-black") << QColor(Qt::black) << QColor(Qt::yellow) << 4.5;
+    }
+    void ColoursCanBeRead() {
+        QFETCH(QColor, ground);
+        QFETCH(QColor, text);
+        QFETCH(double, disabled);
         const QPalette before = QApplication::palette();
-        TakeDarkColours();
-        const QPalette dark = QApplication::palette();
+        const bool taken = TakeColours(QString::fromLatin1(QTest::currentDataTag()));
+        const QPalette colours = QApplication::palette();
         QApplication::setPalette(before);
+        QVERIFY(taken);
+        QCOMPARE(colours.color(QPalette::Window), ground);
+        QCOMPARE(colours.color(QPalette::WindowText), text);
         constexpr std::pair<QPalette::ColorRole, QPalette::ColorRole> thePairs[] = {
             {QPalette::WindowText, QPalette::Window},
             {QPalette::Text, QPalette::Base},
             {QPalette::ButtonText, QPalette::Button},
+            {QPalette::Text, QPalette::AlternateBase},
             {QPalette::ToolTipText, QPalette::ToolTipBase},
             {QPalette::HighlightedText, QPalette::Highlight},
             {QPalette::Link, QPalette::Base},
             {QPalette::PlaceholderText, QPalette::Base},
         };
-        for (const auto &[text, ground] : thePairs) {
-            QVERIFY(dark.color(ground).lightness() < dark.color(text).lightness());
-            QVERIFY2(Contrast(dark.color(text), dark.color(ground)) >= 4.5,
-                     qPrintable(QString::number(text)));
+        for (const auto &[over, under] : thePairs)
+            QVERIFY2(Contrast(colours.color(over), colours.color(under)) >= 4.5,
+                     qPrintable(QString::number(over)));
+        for (const auto &[over, under] : {thePairs[0], thePairs[1], thePairs[2]}) {
+            const QColor faint = colours.color(QPalette::Disabled, over);
+            QVERIFY(Contrast(faint, colours.color(under)) >= disabled);
+            QVERIFY(Contrast(faint, colours.color(over)) >= 1.5);
         }
-        for (const auto &[text, ground] : {thePairs[0], thePairs[1], thePairs[2]})
-            QVERIFY(Contrast(dark.color(QPalette::Disabled, text), dark.color(ground)) >= 3);
+    }
+
+    void UnknownColoursAreNotTaken() {
+        const QPalette before = QApplication::palette();
+        for (const char *name : {"", "Dark", "light", "white-on-yellow"})
+            QVERIFY2(!TakeColours(QString::fromLatin1(name)), name);
+        QCOMPARE(QApplication::palette(), before);
     }
 
     void UserMayTryAgainAndGiveUp() {
