@@ -3,8 +3,11 @@
 #include <cmath>
 
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
@@ -32,6 +35,7 @@ public:
         setTextFormat(Qt::PlainText);
         setTextInteractionFlags(Qt::TextSelectableByMouse);
         if (parentWidget()) setFont(parentWidget()->font());
+        for (QLabel *label : findChildren<QLabel *>()) label->installEventFilter(this);
     }
 
     QPushButton *AddButton(StandardButton aButton, const QString &aCaption) {
@@ -47,7 +51,34 @@ public:
         exec();
     }
 
+protected:
+    void keyPressEvent(QKeyEvent *aEvent) override {
+        if (aEvent->matches(QKeySequence::Copy))
+            QGuiApplication::clipboard()->setText(WholeText());
+        else
+            QMessageBox::keyPressEvent(aEvent);
+    }
+    /// A text with the focus would keep the key to itself; it copies what is selected in it.
+    bool eventFilter(QObject *aWatched, QEvent *aEvent) override {
+        const auto *label = qobject_cast<QLabel *>(aWatched);
+        if (!label || aEvent->type() != QEvent::KeyPress || label->hasSelectedText()) return false;
+        auto *key = static_cast<QKeyEvent *>(aEvent);
+        if (!key->matches(QKeySequence::Copy)) return false;
+        keyPressEvent(key);
+        return true;
+    }
+
 private:
+    /// Title, text and captions, as the boxes of other desktops are copied.
+    QString WholeText() const {
+        const QString line = QString(27, u'-') + u'\n';
+        QStringList captions;
+        for (const QAbstractButton *button : buttons()) captions << button->text().remove(u'&');
+        const QString whole = line + windowTitle() + u'\n' + line + text() + u'\n' + line +
+                              captions.join(QStringLiteral("   ")) + u'\n' + line;
+        return QString(whole).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    }
+
     static QWidget *Owner() {
         EnsureApplication();
         QWidget *owner = QApplication::activeModalWidget();

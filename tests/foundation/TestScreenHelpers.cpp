@@ -1,5 +1,6 @@
 #include <QAbstractButton>
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -222,6 +223,60 @@ private slots:
         SeeAndPress(driver, seen, Qt::Key_Escape);
         QVERIFY(!AskYesNo(theText, theTitle));
         QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void BoxIsCopiedWhole_data() {
+        QTest::addColumn<bool>("question");
+        QTest::addColumn<QString>("focus");
+        QTest::addColumn<QString>("copied");
+        const QString line = QStringLiteral("---------------------------\n");
+        const QString head = line + QStringLiteral("Заголовок\n") + line +
+                             QStringLiteral("Первая\nвторая & <третья>\n") + line;
+        const QString failure = head + QStringLiteral("OK\n") + line;
+        const QString question = head + QStringLiteral("Да   Нет\n") + line;
+        QTest::newRow("failure, button") << false << "QPushButton" << failure;
+        QTest::newRow("failure, text") << false << "QLabel" << failure;
+        QTest::newRow("question, button") << true << "QPushButton" << question;
+        QTest::newRow("question, text") << true << "QLabel" << question;
+    }
+    void BoxIsCopiedWhole() {
+        QFETCH(bool, question);
+        QFETCH(QString, focus);
+        QFETCH(QString, copied);
+        ModalDriver driver;
+        driver.Expect([&](QWidget &aBox) {
+            QApplication::clipboard()->clear();
+            QWidget *element = nullptr;
+            for (auto *child : aBox.findChildren<QWidget *>())
+                if (child->inherits(focus.toLatin1().constData()) &&
+                    child->focusPolicy() != Qt::NoFocus)
+                    element = child;
+            if (!element) return aBox.close(), driver.Complain(QStringLiteral("no element"));
+            element->setFocus();
+            QTest::keyClick(aBox.focusWidget(), Qt::Key_C, Qt::ControlModifier);
+            aBox.close();
+        });
+        const QString text = QStringLiteral("Первая\r\nвторая & <третья>");
+        if (question)
+            AskYesNo(text, theTitle);
+        else
+            ShowFailureBox(text, theTitle);
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(QApplication::clipboard()->text(), copied);
+    }
+
+    void WhatIsSelectedInABoxIsCopiedAlone() {
+        ModalDriver driver;
+        driver.Expect([&](QWidget &aBox) {
+            auto *label = aBox.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
+            label->setFocus();
+            label->setSelection(0, 5);
+            QTest::keyClick(label, Qt::Key_C, Qt::ControlModifier);
+            aBox.close();
+        });
+        ShowFailureBox(theText, theTitle);
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(QApplication::clipboard()->text(), theText.left(5));
     }
 
     void BoxIsWrittenAsItsOwnerIs() {
