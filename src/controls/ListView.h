@@ -115,7 +115,8 @@ public:
     /// Null if there is none.
     ListRow *RowByKey(const QString &aKey) const;
     /// Adds at the end or before aBefore; while the list is sorted the row goes where the order
-    /// puts it. Raises KeyAlreadyPresent; an empty key is no key.
+    /// puts it. Raises KeyAlreadyPresent, and InvalidArgument if aBefore does not stand in the list;
+    /// an empty key is no key.
     ListRow *AddRow(const QString &aKey, ListRow *aBefore = nullptr);
     /// Raises InvalidArgument if no row has the key.
     void RemoveRow(const QString &aKey);

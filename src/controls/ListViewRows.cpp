@@ -154,21 +154,27 @@ void ListRow::Forget() {
 ListViewRows::ListViewRows(std::function<void()> aChanged) : theChanged(std::move(aChanged)) {}
 
 ListRow *ListViewRows::Add(const QString &aKey, ListRow *aBefore) {
+    // Asked before anything changes: a wrong neighbour must leave no half of a row behind.
+    const int position = aBefore && !theSorted ? PlaceBefore(*aBefore) : -1;
     theKeys.Append(aKey);
     const int number = static_cast<int>(theRows.size());
     theRows.emplace_back(*this, number);
     theMarks.push_back(Present | Shown);
-    if (aBefore && !theSorted) {
-        const int position = PositionOf(aBefore->Number());
-        if (position < 0) RaiseOutOfRange(position);
-        theOrder.insert(theOrder.begin() + position, number);
-    } else {
-        theOrder.push_back(number);
-    }
+    theOrder.insert(position < 0 ? theOrder.end() : theOrder.begin() + position, number);
     ++theCount;
     if (!theRanks.empty()) theRanks.clear();
     OrderChanged();
     return &theRows.back();
+}
+
+/// A row of another list may bear a number that is known here, too.
+int ListViewRows::PlaceBefore(const ListRow &aRow) {
+    const int position = &aRow.theRows == this ? PositionOf(aRow.Number()) : -1;
+    if (position < 0) {
+        throw Failure(InvalidArgument, QStringLiteral("ListView"),
+                      QStringLiteral("В списке нет строки, перед которой добавляется новая."));
+    }
+    return position;
 }
 
 void ListViewRows::Remove(const QString &aKey) {

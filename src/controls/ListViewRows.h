@@ -93,6 +93,7 @@ private:
         return (theMarks[static_cast<std::size_t>(aNumber)] & aMark) != 0;
     }
     void SetMark(int aNumber, quint8 aMark, bool aOn);
+    int PlaceBefore(const ListRow &aRow);
     void OrderChanged();
     void ForgetRanks(int aColumn);
     void DropRemoved();

@@ -206,6 +206,31 @@ private slots:
         QCOMPARE(failure.Description(), QStringLiteral("Индекс вне допустимого диапазона: -1."));
     }
 
+    void WrongNeighbourLeavesNoRowBehind_data() {
+        QTest::addColumn<QString>("neighbour");
+        for (const char *row : {"of another list", "removed", "not shown"})
+            QTest::newRow(row) << QString::fromLatin1(row);
+    }
+    void WrongNeighbourLeavesNoRowBehind() {
+        QFETCH(QString, neighbour);
+        ListView other;
+        Prepare(other, 3);
+        ListView list;
+        Prepare(list, 3);
+        ListRow *before = neighbour == u"of another list" ? other.Row(1) : list.Row(1);
+        if (neighbour == u"removed") list.RemoveRow(QStringLiteral("_2"));
+        if (neighbour == u"not shown") list.ShowOnly({0, 2});
+        const QStringList standing = Keys(list);
+        const Failure failure = RaisedBy([&] { list.AddRow(QStringLiteral("new"), before); });
+        QCOMPARE(failure.Number(), qint32(InvalidArgument));
+        QCOMPARE(failure.Description(),
+                 QStringLiteral("В списке нет строки, перед которой добавляется новая."));
+        QCOMPARE(Keys(list), standing);
+        QCOMPARE(list.RowByKey(QStringLiteral("new")), nullptr);
+        list.AddRow(QStringLiteral("new"), list.Row(0));  // the key is still free
+        QCOMPARE(Keys(list), QStringList(QStringLiteral("new")) + standing);
+    }
+
     void UnknownPictureRaisesOnceAPictureListIsAttached() {
         ListView list;
         Prepare(list, 1);
