@@ -25,7 +25,7 @@ public:
 };
 
 /// Says that nobody sits before the screen: failures then go to the host's error window alone, and
-/// without one nothing is shown. Off on start.
+/// without one to the error stream of the process. Off on start.
 VK_DOCQUERY_EXPORT void SetRunningUnattended(bool aUnattended);
 VK_DOCQUERY_EXPORT bool IsRunningUnattended();
 

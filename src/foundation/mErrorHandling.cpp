@@ -13,6 +13,7 @@
 #include <Vk_DocQuery/HostServices.h>
 
 #include "foundation/Application.h"
+#include "foundation/ErrorStream.h"
 #include "foundation/mVkGraphLight.h"
 
 namespace Vk_DocQuery {
@@ -65,7 +66,7 @@ void ShowErrorBox(const QString &aText, const QString &aSource, const QString &a
         IgnoringFailures([&] { handler->ErrorMsgBox(aText, aSource, aNumber, aExtra); });
         return;
     }
-    if (IsRunningUnattended()) return;  // nobody could close the box
+    if (IsRunningUnattended()) return WriteToErrorStream(aText);  // nobody could close a box
     ShowFailureBox(aText, QStringLiteral("Сбой программы"));
 }
 

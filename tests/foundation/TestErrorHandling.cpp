@@ -1,4 +1,7 @@
+#include <csignal>
 #include <stdexcept>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <QMessageBox>
 #include <QTest>
@@ -57,6 +60,41 @@ void ReportOnce(const char *aProc, qint32 aFlags) {
         ReportErrorToUser("M", aProc, QString(), aFlags);
     }
 }
+
+/// Stands in the place of the process's error stream while it lives, and keeps what is written
+/// apart by write.
+class ErrorStream {
+public:
+    ErrorStream() : theFormer(dup(STDERR_FILENO)) {
+        int ends[2];
+        if (socketpair(AF_UNIX, SOCK_SEQPACKET, 0, ends) != 0) qFatal("no socket");
+        theReader = ends[0];
+        dup2(ends[1], STDERR_FILENO);
+        close(ends[1]);
+    }
+    ~ErrorStream() {
+        dup2(theFormer, STDERR_FILENO);
+        close(theFormer);
+        CloseReader();
+    }
+    Q_DISABLE_COPY_MOVE(ErrorStream)
+
+    /// Empty if nothing more was written.
+    QByteArray NextWrite() const {
+        QByteArray bytes(100000, '\0');
+        const auto count =
+            recv(theReader, bytes.data(), static_cast<std::size_t>(bytes.size()), MSG_DONTWAIT);
+        return bytes.left(std::max<qsizetype>(0, count));
+    }
+    void CloseReader() {
+        if (theReader >= 0) close(theReader);
+        theReader = -1;
+    }
+
+private:
+    int theFormer;
+    int theReader = -1;
+};
 
 struct ShownError {
     QString Text;
@@ -303,21 +341,68 @@ private slots:
         QVERIFY2(driver.Done(), driver.Complaint());
     }
 
-    void UnattendedShowsNothing() {
+    void UnattendedShowsNoBoxButTellsTheErrorStream() {
         RegisterClass<TestSplash>(theSplash);
         SetRunningUnattended(true);
         ModalDriver driver;
-        ReportOnce("P", 0);
+        const ErrorStream stream;
+        Boundary();
         QVERIFY2(driver.Done(), driver.Complaint());
         QCOMPARE(theClosedSplashes, 0);
+        // Each write is a packet of its own.
+        QCOMPARE(stream.NextWrite(),
+                 QByteArray("[Vk_DocQuery::DocQueryOptionsFrm.theLoad_Click]\n"
+                            "[Vk_DocQuery::miDocQuery.AskFileAndLoadDocQuery]\n"
+                            "[Vk_DocQuery::VkDocQueryData.ReadFromXmlFile]\n"
+                            "[Vk_DocQuery::VkDocQueryData.ReadFromXml]\n"
+                            "[Vk_DocQuery::VkDocQueryData.ReadCollectedIDsFromXml]\n"
+                            "[S]\n"
+                            "D\n"));
+        QCOMPARE(stream.NextWrite(), QByteArray());
+    }
+
+    void ErrorStreamGetsRussianAsUtf8AndOfAnyLength() {
+        SetRunningUnattended(true);
+        const QString text = QString(20000, QChar(u'ж'));
+        const ErrorStream stream;
+        try {
+            throw Failure(1, QString(), text);
+        } catch (...) {
+            ReportErrorToUser("M", "P");
+        }
+        QCOMPARE(stream.NextWrite(), "[Vk_DocQuery::M.P]\n" + text.toUtf8() + '\n');
+    }
+
+    void ErrorStreamThatNobodyReadsHarmsNobody() {
+        SetRunningUnattended(true);
+        sigset_t pending;
+        {
+            ErrorStream stream;
+            stream.CloseReader();
+            ReportOnce("P", 0);
+        }
+        QCOMPARE(sigpending(&pending), 0);
+        QCOMPARE(sigismember(&pending, SIGPIPE), 0);  // nothing is left that would end the process
+    }
+
+    void ErrorWindowThatCannotBeMadeLeavesTheErrorStream() {
+        ClassRegistry::Register(theErrors, []() -> std::shared_ptr<Object> {
+            throw Failure(1, QString(), QStringLiteral("no"));
+        });
+        SetRunningUnattended(true);
+        const ErrorStream stream;
+        ReportOnce("P", 0);
+        QCOMPARE(stream.NextWrite(), QByteArray("[Vk_DocQuery::M.P]\nD\n"));
     }
 
     void UnattendedTellsTheHostsErrorWindow() {
         RegisterClass<TestErrorHandler>(theErrors);
         RegisterClass<TestSplash>(theSplash);
         SetRunningUnattended(true);
+        const ErrorStream stream;
         ReportGoesToTheHost();
         QCOMPARE(theClosedSplashes, 0);
+        QCOMPARE(stream.NextWrite(), QByteArray());
     }
 
     void ThirdReportOfOneProcedureIsSilentWithTheLimit() {
