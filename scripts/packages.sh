@@ -15,14 +15,18 @@ fail() {
     exit 1
 }
 
-as_root() {
-    if [ "$(id -u)" -eq 0 ]; then
-        "$@"
-    elif command -v sudo >/dev/null 2>&1; then
-        sudo "$@"
-    else
-        fail "packages are missing, and this is neither root nor is there sudo. As root: apt-get install $missing"
-    fi
+as_root() { if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi; }
+
+# Where sudo wants a password, somebody has to be there to type it.
+may_install() {
+    [ "$(id -u)" -ne 0 ] || return 0
+    command -v sudo >/dev/null 2>&1 || return 1
+    sudo -n true 2>/dev/null || { { : </dev/tty; } 2>/dev/null && sudo -v; }
+}
+
+# Names of the installed packages, and of what they stand in for, one a line.
+installed_names() {
+    dpkg-query -W -f='${db:Status-Status} ${Package}, ${Provides}\n' | sed -n 's/^installed //p' | tr ', ' '\n\n'
 }
 
 need_packages() {
@@ -36,16 +40,12 @@ need_packages() {
         say "not a Debian system, so it is taken that there are:$wanted"
         return
     fi
-    # dpkg-query complains of unknown packages, which are just the missing ones.
-    # shellcheck disable=SC2086
-    installed=$(dpkg-query -W -f='${db:Status-Status} ${Package}\n' $wanted 2>/dev/null) || true
+    installed=$'\n'$(installed_names)$'\n'
     for package in $wanted; do
-        case $'\n'"$installed"$'\n' in
-            *$'\n'"installed $package"$'\n'*) ;;
-            *) missing="$missing $package" ;;
-        esac
+        case $installed in *$'\n'"$package"$'\n'*) ;; *) missing="$missing $package" ;; esac
     done
     [ -n "$missing" ] || return 0
+    may_install || fail "packages are missing, and this is neither root nor may it use sudo. As root: apt-get install$missing"
     say "installing$missing"
     install_missing || fail "apt-get could not install$missing"
 }
