@@ -31,7 +31,8 @@ public:
     /// Gives the record to edit, which the dialog then works on in place; null asks for a new one.
     VK_DOCQUERY_EXPORT void SetRecord(std::shared_ptr<VkDocQueryData> aRecord);
     /// Runs the dialog. True if the user confirmed the search; false on cancel and if the dialog
-    /// failed.
+    /// failed. Raises InvalidArgument, with nothing touched, if it was called on this object before
+    /// or while the application is ending.
     VK_DOCQUERY_EXPORT bool Execute();
     /// Asks for a .qvk file and loads it, apart from the dialog. Null on cancel and, after a
     /// message box, for a file that cannot be read. aHwnd is the native handle of the owner window,

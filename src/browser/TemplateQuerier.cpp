@@ -22,6 +22,7 @@ QWidget *Owner() {
 
 void TemplateQuerier::Execute() try {
     EnsureApplication();
+    EnsureEventLoops();
     // A host that destroys the owner while the window is up takes the window with it.
     const QPointer<TemplateQuerierForm> form(new TemplateQuerierForm(Owner()));
     form->Execute();

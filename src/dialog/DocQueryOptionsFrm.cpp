@@ -1,6 +1,7 @@
 #include "dialog/DocQueryOptionsFrm.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QPushButton>
 #include <QResizeEvent>
 #include <QWindow>
@@ -38,6 +39,12 @@ const QString theTitle = QStringLiteral("Поиск документов");
 const QString theHelpPage = QStringLiteral("../service/Program_setting.htm");
 const QString theDefaultFileName = QStringLiteral("Query.qvk");
 
+/// A file dialog opens where it was left last, unless it is told the folder. That of a relative
+/// name is the one in which "Сохранить" would save.
+QString OfferedName(const QString &aFileName) {
+    return aFileName.isEmpty() ? theDefaultFileName : QDir::current().absoluteFilePath(aFileName);
+}
+
 void Place(QWidget &aControl, const QString &aName, int aLeft, int aTop, int aWidth, int aHeight) {
     aControl.setObjectName(aName);
     aControl.setGeometry(PixelsFromTwips(aLeft), PixelsFromTwips(aTop), PixelsFromTwips(aWidth),
@@ -54,12 +61,14 @@ DocQueryOptionsFrm::DocQueryOptionsFrm() {
     KeepDisabledReadable(*this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
+    setModal(true);  // for good: hidden after exec took it back, it would go on blocking the host
 }
 
 DocQueryOptionsFrm::~DocQueryOptionsFrm() = default;
 
 bool DocQueryOptionsFrm::Execute() {
     if (isVisible()) return false;  // asked again from inside its own event loop
+    Started = true;
     bool confirmed = false;
     try {
         confirmed = Run();
@@ -67,6 +76,7 @@ bool DocQueryOptionsFrm::Execute() {
         ReportErrorToUser(theModule, "Execute");
     }
     DialogFinished = true;
+    hide();  // an application that ends takes the event loop away and leaves the window
     UnloadControls();
     return confirmed;
 }
@@ -129,9 +139,15 @@ void DocQueryOptionsFrm::RefreshCaption() try {
         QString file;
         name = FilesLib().ShortenFilePath(name, head, tail, file);
     }
-    setWindowTitle(name.isEmpty() ? theTitle : theTitle + QStringLiteral(" - [") + name + u']');
+    SetCaption(name.isEmpty() ? theTitle : theTitle + QStringLiteral(" - [") + name + u']');
 } catch (...) {
     RaiseErrorUp(theModule, "RefreshCaption");
+}
+
+/// Qt takes "[*]" for the place of its mark of unsaved changes. It may come about with a bracket of
+/// ours, so that the whole caption counts.
+void DocQueryOptionsFrm::SetCaption(QString aCaption) {
+    setWindowTitle(aCaption.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
 }
 
 bool DocQueryOptionsFrm::Validate() try {
@@ -155,10 +171,9 @@ void DocQueryOptionsFrm::SaveRecord(VkDocQueryData &aRecord, const QString &aFil
 
 void DocQueryOptionsFrm::SaveRecordAs() {
     const auto record = Record();
-    const QString offered = record->FileName.isEmpty() ? theDefaultFileName : record->FileName;
     const QString path =
         AskFileNameForSaving(QStringLiteral("Сохранить файл критериев поиска"), theQueryFilesFilter,
-                             offered, winId(), theSavingFlags, QString());
+                             OfferedName(record->FileName), winId(), theSavingFlags, QString());
     if (path.isEmpty()) return;
     bool saved = false;
     SaveRecord(*record, path, saved);
@@ -174,7 +189,7 @@ void DocQueryOptionsFrm::theOK_Click() try {
                            "документов?"),
             QStringLiteral("Норвик: Критерии поиска документов")))
         return;
-    OptionsOk = true;
+    OptionsOk = isVisible();  // a program may close the window behind the question
     hide();
 } catch (...) {
     ReportErrorToUser(theModule, "theOK_Click");

@@ -28,6 +28,8 @@ public:
 
     /// True if the search was confirmed. Failures are shown to the user and give false.
     bool Execute();
+    /// Execute was called: nothing good is to be had from a second run.
+    bool WasStarted() const { return Started; }
     std::shared_ptr<VkDocQueryData> Record();
     void SetRecord(std::shared_ptr<VkDocQueryData> aRecord);
 
@@ -40,6 +42,7 @@ private:
     void UnloadControls();
     void EnsureInitialized();
     void RefreshCaption();
+    void SetCaption(QString aCaption);
     bool Validate();
     void SaveRecord(VkDocQueryData &aRecord, const QString &aFileName, bool &rOk);
     void SaveRecordAs();
@@ -57,6 +60,7 @@ private:
     bool RecordAssigned = false;
     bool PanelInitialized = false;
     bool DialogFinished = false;
+    bool Started = false;
     std::shared_ptr<VkDocQueryData> theRecord;
 
     VkDocQueryCriteries *theData = nullptr;

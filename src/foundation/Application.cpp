@@ -1,6 +1,8 @@
 #include "foundation/Application.h"
 
 #include <QApplication>
+#include <QEvent>
+#include <QEventLoop>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
@@ -31,6 +33,16 @@ void EnsureApplication() {
     if (translator.load(QStringLiteral("qtbase_ru"),
                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         application->installTranslator(&translator);
+}
+
+void EnsureEventLoops() {
+    QEventLoop probe;
+    QCoreApplication::postEvent(&probe, new QEvent(QEvent::Quit));
+    const int result =
+        probe.exec(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers);
+    if (result >= 0) return;
+    throw Failure(InvalidArgument, QStringLiteral("QApplication"),
+                  QStringLiteral("Окно показать нельзя: программа завершает работу."));
 }
 
 }  // namespace Vk_DocQuery

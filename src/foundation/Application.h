@@ -6,4 +6,8 @@ namespace Vk_DocQuery {
 /// if windows cannot be shown here: no display, or a host application without windows.
 void EnsureApplication();
 
+/// Raises a failure while the application is ending: no window could be shown then, as every event
+/// loop ends at once. Works off what is waiting in the event queue, but for the user's input.
+void EnsureEventLoops();
+
 }  // namespace Vk_DocQuery

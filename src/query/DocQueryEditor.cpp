@@ -1,4 +1,5 @@
 #include <Vk_DocQuery/DocQueryEditor.h>
+#include <Vk_DocQuery/Failure.h>
 
 #include "dialog/AskFileAndLoadDocQuery.h"
 #include "dialog/DocQueryOptionsFrm.h"
@@ -32,12 +33,23 @@ void DocQueryEditor::SetRecord(std::shared_ptr<VkDocQueryData> aRecord) try {
     RaiseErrorUp(theModule, "Set-Record");
 }
 
-bool DocQueryEditor::Execute() try { return theDialog->Execute(); } catch (...) {
+/// The panel of a second run would be an empty one, and OK would empty the host's record by it.
+bool DocQueryEditor::Execute() try {
+    EnsureEventLoops();
+    if (theDialog->WasStarted()) {
+        throw Failure(
+            InvalidArgument, QStringLiteral("DocQueryEditor"),
+            QStringLiteral("Повторный показ окна критериев поиска невозможен: один объект "
+                           "DocQueryEditor служит одному показу. Создайте новый объект."));
+    }
+    return theDialog->Execute();
+} catch (...) {
     RaiseErrorUp(theModule, "RunOptionsDialog");
 }
 
 std::shared_ptr<VkDocQueryData> DocQueryEditor::AskAndLoadQuery(WId aHwnd) try {
     EnsureApplication();
+    EnsureEventLoops();
     return AskFileAndLoadDocQuery(aHwnd);
 } catch (...) {
     RaiseErrorUp(theModule, "AskAndLoadQuery");

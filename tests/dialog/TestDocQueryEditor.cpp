@@ -1,11 +1,16 @@
+#include <QApplication>
 #include <QFile>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
+#include <QWindow>
 
 #include <Vk_DocQuery/DocQueryEditor.h>
 #include <Vk_DocQuery/Failure.h>
+#include <Vk_DocQuery/TemplateQuerier.h>
 
 #include "support/Keys.h"
 #include "support/MemoryRecords.h"
@@ -19,6 +24,14 @@ using namespace VkTests;
 namespace {
 const QString theLoadTitle = QStringLiteral("Открыть файл критериев поиска");
 const QString theSaveTitle = QStringLiteral("Сохранить файл критериев поиска");
+const QString theQuestionTitle = QStringLiteral("Норвик: Критерии поиска документов");
+const QString theQuestion = QStringLiteral(
+    "Вы уверены, что ввели все критерии поиска и хотите выполнить поиск документов?");
+const QString theSecondRun = QStringLiteral(
+    "[Vk_DocQuery::DocQueryTest.RunOptionsDialog]\r\n"
+    "[DocQueryEditor]\r\n"
+    "Повторный показ окна критериев поиска невозможен: один объект DocQueryEditor служит одному "
+    "показу. Создайте новый объект.");
 
 /// Puts the surname in the place of the one in the window with keys; its tab is open.
 void TypeSurname(ModalDriver &aDriver, QWidget &aWindow, const QString &aSurname) {
@@ -126,10 +139,7 @@ private slots:
         DocQueryEditor editor;
         ModalDriver driver;
         driver.Expect([&](QWidget &window) {
-            driver.ExpectBox(QStringLiteral("Норвик: Критерии поиска документов"),
-                             QStringLiteral("Вы уверены, что ввели все критерии поиска и хотите "
-                                            "выполнить поиск документов?"),
-                             QStringLiteral("Да"));
+            driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Да"));
             driver.Click(window.findChild<QPushButton *>(QStringLiteral("theOK")));
         });
         QVERIFY(editor.Execute());
@@ -214,16 +224,141 @@ private slots:
         QVERIFY2(driver.Done(), driver.Complaint());
     }
 
-    void SecondRunOnOneEditorDoesNoHarm() {
+    void SecondRunIsRefusedAndTouchesNothing_data() {
+        QTest::addColumn<bool>("confirm");
+        QTest::newRow("after OK") << true;
+        QTest::newRow("after cancel") << false;
+    }
+    void SecondRunIsRefusedAndTouchesNothing() {
+        QFETCH(bool, confirm);
         DocQueryEditor editor;
-        const auto record = std::make_shared<VkDocQueryData>();
+        const auto record = QueryBySurname(QStringLiteral("Прежний"));
         editor.SetRecord(record);
-        for (int run = 0; run < 2; ++run) {
+        ModalDriver driver;
+        driver.Expect([&](QWidget &window) {
+            if (confirm) driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Да"));
+            driver.Click(window.findChild<QPushButton *>(confirm ? QStringLiteral("theOK")
+                                                                 : QStringLiteral("theCancel")));
+        });
+        QCOMPARE(editor.Execute(), confirm);
+        const Failure failure = RaisedBy([&] { editor.Execute(); });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(failure.Number(), qint32(InvalidArgument));
+        QCOMPARE(failure.Description(), theSecondRun);
+        QCOMPARE(editor.Record(), record);
+        QCOMPARE(record->SignerSurname, QStringLiteral("Прежний"));
+        QCOMPARE(record->LastTab, QStringLiteral("doc"));
+        QCOMPARE(record->OnePeriodMonthID, 16);
+
+        const auto given = QueryBySurname(QStringLiteral("Новый"));
+        editor.SetRecord(given);  // is handed back, but not shown either
+        QCOMPARE(RaisedBy([&] { editor.Execute(); }).Description(), theSecondRun);
+        QCOMPARE(editor.Record(), given);
+        QCOMPARE(given->SignerSurname, QStringLiteral("Новый"));
+    }
+
+    void RunInsideARunIsRefusedAndTheFirstGoesOn() {
+        DocQueryEditor editor;
+        const auto record = QueryBySurname(QStringLiteral("Прежний"));
+        editor.SetRecord(record);
+        ModalDriver driver;
+        QString raised;
+        driver.Expect([&](QWidget &window) {
+            raised = RaisedBy([&] { editor.Execute(); }).Description();
+            TypeSurname(driver, window, QStringLiteral("Новый"));
+            driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Да"));
+            driver.Click(window.findChild<QPushButton *>(QStringLiteral("theOK")));
+        });
+        QVERIFY(editor.Execute());
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(raised, theSecondRun);
+        QCOMPARE(record->SignerSurname, QStringLiteral("Новый"));
+    }
+
+    void RunThatFailedIsARunToo() {
+        MemoryOffice::The().OnCall = [](const QString &member) {
+            if (member == QStringLiteral("GetPeriodName"))
+                throw Failure(70, QStringLiteral("S"), QStringLiteral("D"));
+        };
+        DocQueryEditor editor;
+        ModalDriver driver;
+        driver.Expect([](QWidget &box) { box.close(); });
+        QVERIFY(!editor.Execute());
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(RaisedBy([&] { editor.Execute(); }).Description(), theSecondRun);
+    }
+
+    /// What a host's exit leaves behind: no window, and no call that does nothing without a word.
+    void EndingApplicationTakesTheWindowAlong() {
+        ModalDriver driver;
+        QPointer<QWidget> window;
+        bool confirmed = true;
+        bool isLeft = true;
+        QStringList raised;
+        DocQueryEditor editor;
+        QTimer::singleShot(0, this, [&] {
+            driver.Expect([&](QWidget &dialog) {
+                window = &dialog;
+                driver.Expect([](QWidget &) { QCoreApplication::exit(); });
+                driver.Click(dialog.findChild<QPushButton *>(QStringLiteral("theOK")));
+            });
+            confirmed = editor.Execute();
+            isLeft = !window || window->isVisible() || QApplication::activeModalWidget();
+            DocQueryEditor next;
+            raised << RaisedBy([&] { next.Execute(); }).Description();
+            raised << RaisedBy([&] { next.AskAndLoadQuery(0); }).Description();
+            raised << RaisedBy([&] { TemplateQuerier().Execute(); }).Description();
+        });
+        QCoreApplication::exec();
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(!confirmed);
+        QVERIFY(!isLeft);
+        const QString why = QStringLiteral(
+            "]\r\n[QApplication]\r\nОкно показать нельзя: программа завершает работу.");
+        QCOMPARE(raised,
+                 QStringList({QStringLiteral("[Vk_DocQuery::DocQueryTest.RunOptionsDialog") + why,
+                              QStringLiteral("[Vk_DocQuery::DocQueryTest.AskAndLoadQuery") + why,
+                              QStringLiteral("[Vk_DocQuery::TemplateQuerier.Execute") + why}));
+    }
+
+    /// A refused run is none: the same object shows its window once loops run again.
+    void EditorRefusedWhileEndingIsStillGood() {
+        DocQueryEditor editor;
+        ModalDriver driver;
+        int number = 0;
+        QTimer::singleShot(0, this, [&] {
+            QCoreApplication::exit();
+            number = RaisedBy([&] { editor.Execute(); }).Number();
+        });
+        QCoreApplication::exec();
+        QCOMPARE(number, int(InvalidArgument));
+        bool shown = false;
+        driver.Expect([&](QWidget &window) {
+            shown = true;
+            window.close();
+        });
+        QVERIFY(!editor.Execute());
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(shown);
+    }
+
+    void FileDialogStandsOverTheGivenWindow() {
+        QWidget first;
+        QWidget second;
+        for (QWidget *window : {&first, &second}) {
+            window->show();
+            QVERIFY(QTest::qWaitForWindowActive(window));
+        }
+        DocQueryEditor editor;
+        for (const QWidget *owner : {&first, &second}) {
             ModalDriver driver;
-            driver.Expect([](QWidget &window) { window.close(); });
-            QVERIFY(!editor.Execute());
+            driver.Expect([&](QWidget &dialog) {
+                if (dialog.windowHandle()->transientParent() != owner->windowHandle())
+                    driver.Complain(QStringLiteral("not over its owner"));
+                dialog.close();
+            });
+            QVERIFY(!editor.AskAndLoadQuery(owner->winId()));
             QVERIFY2(driver.Done(), driver.Complaint());
-            QCOMPARE(editor.Record(), record);
         }
     }
 

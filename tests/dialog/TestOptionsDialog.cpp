@@ -1,14 +1,21 @@
 #include <algorithm>
+#include <cstdlib>
+#include <new>
 
+#include <QApplication>
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
+#include <QTemporaryDir>
 #include <QTest>
+#include <QWindow>
 
 #include <Vk_DocQuery/Failure.h>
 
+#include "controls/DateBox.h"
 #include "DialogUser.h"
 #include "support/MemoryRecords.h"
 #include "support/TestMain.h"
@@ -23,7 +30,25 @@ const QString theQuestion = QStringLiteral(
     "Вы уверены, что ввели все критерии поиска и хотите выполнить поиск документов?");
 const QString theLoadTitle = QStringLiteral("Открыть файл критериев поиска");
 
+constexpr int theManyRows = 5000;
+std::size_t theRefusedSize = 0;  // the next request for that many bytes fails
+
 }  // namespace
+
+void *operator new(std::size_t aSize) {
+    if (theRefusedSize != 0 && aSize == theRefusedSize) {
+        theRefusedSize = 0;
+        throw std::bad_alloc();
+    }
+    if (void *memory = std::malloc(std::max<std::size_t>(aSize, 1))) return memory;
+    throw std::bad_alloc();
+}
+void operator delete(void *aMemory) noexcept {
+    std::free(aMemory);
+}
+void operator delete(void *aMemory, std::size_t /*aSize*/) noexcept {
+    std::free(aMemory);
+}
 
 class TestOptionsDialog : public QObject {
     Q_OBJECT
@@ -363,6 +388,145 @@ private slots:
         QVERIFY2(driver.Done(), driver.Complaint());
         QVERIFY(confirmed);
         QCOMPARE(record->SignerSurname, QStringLiteral("Иванов"));
+    }
+
+    // The end of typing comes before whatever takes the panel's values.
+
+    void HalfTypedDateStopsWhatWouldTakeIt_data() {
+        QTest::addColumn<QString>("button");
+        for (const char *button : {"theOK", "theSave", "theSaveAs"})
+            QTest::newRow(button) << QString::fromLatin1(button);
+    }
+    void HalfTypedDateStopsWhatWouldTakeIt() {
+        QFETCH(QString, button);
+        const QTemporaryDir folder;
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->FileName = folder.filePath(QStringLiteral("a.qvk"));
+        record->IsSignDate = true;
+        record->LastTab = QStringLiteral("taxpayer");
+        dialog.SetRecord(record);
+        ModalDriver driver;
+        const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
+            auto *edit = user.Element<DateBox>("theSignDate2")->Edit();
+            edit->setText(QStringLiteral("1.2."));
+            driver.ExpectBox(QStringLiteral("Дата"),
+                             QStringLiteral("\"1_.2_.____\" не является датой."),
+                             QStringLiteral("OK"));
+            user.Press(button.toLatin1().constData());
+            user.ExpectOpen();
+            if (!edit->isVisible() || user.theWindow.focusWidget() != edit)
+                driver.Complain(QStringLiteral("the date was not brought up"));
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(!confirmed);
+        QVERIFY(!QFile::exists(record->FileName));
+        QVERIFY(IsEmpty(record->SignDate2));
+        QCOMPARE(record->LastTab, QStringLiteral("taxpayer"));  // nothing was assembled
+    }
+
+    /// The values are taken once for the check and once more behind the window's end. The second
+    /// time there is no memory for a list.
+    void FailingAssemblyBehindOKIsReportedAndGivesFalse() {
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->SignerSurname = QStringLiteral("Прежний");
+        record->TaxpayersList = std::make_shared<RecordCollection>();
+        for (int i = 0; i < theManyRows; ++i) {
+            MemoryOffice::The().Persons.push_back(MemoryOffice::The().Persons.front());
+            MemoryOffice::The().Persons.back().ID = 1000 + i;
+            record->TaxpayersList->Add(MakePerson(1000 + i));
+        }
+        dialog.SetRecord(record);
+        const auto given = record->TaxpayersList;
+        ModalDriver driver;
+        const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
+            user.StateSurname(QStringLiteral("Иванов"));
+            driver.Expect([&](QWidget &question) {
+                driver.ExpectBox(
+                    QStringLiteral("Сбой программы"),
+                    QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.Execute]\r\n"
+                                   "[Vk_DocQuery::VkDocQueryCriteries.AssembleValuesTo]\r\n"
+                                   "[Vk_DocQuery::VkDocQueryCriteries.GatherTags]\r\n"
+                                   "Недостаточно памяти."),
+                    QStringLiteral("OK"));
+                theRefusedSize = theManyRows * sizeof(std::shared_ptr<Record>);
+                QTest::keyClick(&question, Qt::Key_Return);
+            });
+            user.Press("theOK");
+        });
+        QCOMPARE(theRefusedSize, std::size_t(0));  // it was asked for
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(!confirmed);
+        QVERIFY(!dialog.isVisible());
+        QCOMPARE(dialog.Record(), record);
+        QCOMPARE(record->SignerSurname, QStringLiteral("Иванов"));  // stood before the list
+        QCOMPARE(record->TaxpayersList, given);
+    }
+
+    // The dialog is closed behind an inner window: by the program, or with all windows at the end
+    // of the session, the innermost first.
+
+    void ClosedBehindAnInnerWindowItCancels_data() {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("broken");  // what brings the inner window up
+        QTest::addColumn<bool>("all");
+        struct Row {
+            const char *Name;
+            const char *Button;
+            const char *Broken;
+        };
+        for (const bool all : {false, true}) {
+            for (const Row &row :
+                 {Row{"question", "theOK", ""}, Row{"check", "theOK", "surname"},
+                  Row{"wrong date", "theOK", "date"}, Row{"load", "theLoad", ""},
+                  Row{"save as", "theSaveAs", ""}, Row{"failed save", "theSave", "file"},
+                  Row{"failure", "theOK", "year"}, Row{"help", "theHelp", ""},
+                  Row{"picker", "theTaxpayerAdd", ""},
+                  Row{"nothing selected", "theTaxpayerDelete", ""}})
+                QTest::addRow("%s, %s", row.Name, all ? "all windows" : "the dialog")
+                    << QString::fromLatin1(row.Button) << QString::fromLatin1(row.Broken) << all;
+        }
+    }
+    void ClosedBehindAnInnerWindowItCancels() {
+        QFETCH(QString, button);
+        QFETCH(QString, broken);
+        QFETCH(bool, all);
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->IsTaxpayers = record->IsSignerFio = record->IsSignDate = record->IsPeriods = true;
+        record->PeriodCriterion = RangePeriods;
+        record->RangePeriodYear1 = broken == u"year" ? 99999999 : 2020;
+        record->SignDate1 = QDate(2024, 3, 5);
+        record->SignerSurname = broken == u"surname" ? QString() : QStringLiteral("Иванов");
+        record->FileName = broken == u"file" ? QStringLiteral("/nowhere/a.qvk") : QString();
+        record->TaxpayersList = std::make_shared<RecordCollection>();
+        record->TaxpayersList->Add(MakePerson(1));
+        record->LastTab = QStringLiteral("taxpayer");
+        dialog.SetRecord(record);
+        const auto given = record->TaxpayersList;
+        ModalDriver driver;
+        const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
+            if (broken == u"date")
+                user.Element<DateBox>("theSignDate1")->Edit()->setText(QStringLiteral("1"));
+            driver.Expect([&](QWidget &inner) {
+                if (all) return QApplication::closeAllWindows();
+                user.theWindow.close();
+                auto *box = qobject_cast<QMessageBox *>(&inner);
+                if (box && box->defaultButton())
+                    box->defaultButton()->click();  // "Да" comes too late
+                else
+                    inner.close();
+            });
+            user.Press(button.toLatin1().constData());
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(!confirmed);
+        QVERIFY(!dialog.isVisible());
+        QCOMPARE(QApplication::activeModalWidget(), nullptr);
+        QCOMPARE(dialog.Record(), record);
+        if (!button.startsWith(u"theSave")) QCOMPARE(record->TaxpayersList, given);
+        QCOMPARE(record->TaxpayersList->Count(), 1);
     }
 
     void FailingPanelIsReportedAndGivesFalse() {

@@ -1,12 +1,23 @@
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QDir>
 #include <QFile>
+#include <QFileDialog>
+#include <QFrame>
 #include <QLineEdit>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QWindow>
 
 #include <Vk_DocQuery/Failure.h>
 
+#include "controls/DateBox.h"
+#include "controls/ListView.h"
+#include "controls/TabControl.h"
 #include "DialogUser.h"
 #include "foundation/FilePlatform.h"
+#include "foundation/mFileOpenSaveDialog.h"
 #include "support/MemoryRecords.h"
 #include "support/RaisedBy.h"
 #include "support/TestMain.h"
@@ -241,6 +252,67 @@ private slots:
                 length == 100 ? record->FileName : QStringLiteral("...") + QString(20, u'x');
             QCOMPARE(dialog.windowTitle(), QStringLiteral("Поиск документов - [") + shown + u']');
         }
+    }
+
+    /// The caption that the window system gets, which takes "[*]" for a mark of its own.
+    void CaptionShowsTheNameToTheLetter_data() {
+        QTest::addColumn<QString>("name");
+        for (const char *name : {"a[*].qvk", "a[*", "*]a.qvk", "[*][*].qvk", "[*", "*]"})
+            QTest::newRow(name) << QString::fromLatin1(name);
+    }
+    void CaptionShowsTheNameToTheLetter() {
+        QFETCH(QString, name);
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->FileName = name;
+        dialog.SetRecord(record);
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            const QString shown = user.theWindow.windowHandle()->title();
+            if (shown != QStringLiteral("Поиск документов - [") + name + u']')
+                driver.Complain(shown);
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void SaveAsOpensInTheFolderOfTheName_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("folder");
+        QTest::newRow("bare") << QStringLiteral("a.qvk") << QString();
+        QTest::newRow("relative") << QStringLiteral("sub/a.qvk") << QStringLiteral("/sub");
+        QTest::newRow("upwards") << QStringLiteral("sub/../a.qvk") << QString();
+    }
+    void SaveAsOpensInTheFolderOfTheName() {
+        QFETCH(QString, name);
+        QFETCH(QString, folder);
+        const QTemporaryDir elsewhere;
+        const QTemporaryDir work;
+        QVERIFY(QDir(work.path()).mkdir(QStringLiteral("sub")));
+        ModalDriver driver;
+        // File dialogs begin where the last one was left.
+        driver.ExpectFileDialog(QStringLiteral("T"), QString(),
+                                elsewhere.filePath(QStringLiteral("b.qvk")));
+        AskFileNameForSaving(QStringLiteral("T"), QString(), QString(), 0, 0, QString());
+        const QString before = QDir::currentPath();
+        const auto goBack = qScopeGuard([&] { QDir::setCurrent(before); });
+        QVERIFY(QDir::setCurrent(work.path()));
+
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->FileName = name;
+        dialog.SetRecord(record);
+        QString opened;
+        RunWith(dialog, driver, [&](const User &user) {
+            driver.Expect([&](QWidget &window) {
+                if (const auto *asked = qobject_cast<QFileDialog *>(&window))
+                    opened = asked->directory().canonicalPath();
+                window.close();
+            });
+            user.Press("theSaveAs");
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(opened, QDir(work.path()).canonicalPath() + folder);
+        QCOMPARE(record->FileName, name);
     }
 
     void FailedSaveSaysWhyAndKeepsTheName() {
