@@ -53,6 +53,34 @@ void Place(QWidget &aControl, const QString &aName, int aLeft, int aTop, int aWi
 
 }  // namespace
 
+/// The search that the user is at. It comes back, to the last letter typed, if the one that is to
+/// take its place cannot be shown.
+class DocQueryOptionsFrm::FormerSearch {
+public:
+    explicit FormerSearch(DocQueryOptionsFrm &aDialog)
+        : theDialog(aDialog),
+          theDraft(aDialog.theData->TakeDraft()),
+          theRecord(aDialog.theRecord),
+          theCaption(aDialog.windowTitle()),
+          theWasShown(aDialog.RecordShown) {}
+    ~FormerSearch() {
+        if (!theDraft) return;
+        theDialog.theRecord = theRecord;
+        theDialog.setWindowTitle(theCaption);
+        theDialog.RecordShown = theDialog.theData->PutBack(*theDraft) && theWasShown;
+    }
+    Q_DISABLE_COPY_MOVE(FormerSearch)
+
+    void Drop() { theDraft.reset(); }
+
+private:
+    DocQueryOptionsFrm &theDialog;
+    std::shared_ptr<VkDocQueryCriteries::Draft> theDraft;
+    std::shared_ptr<VkDocQueryData> theRecord;
+    QString theCaption;
+    bool theWasShown;
+};
+
 DocQueryOptionsFrm::DocQueryOptionsFrm() {
     setObjectName(QStringLiteral("DocQueryOptionsFrm"));
     setWindowTitle(theTitle);
@@ -114,9 +142,11 @@ std::shared_ptr<VkDocQueryData> DocQueryOptionsFrm::Record() try {
 void DocQueryOptionsFrm::SetRecord(std::shared_ptr<VkDocQueryData> aRecord) try {
     EnsureInitialized();
     RecordAssigned = true;
+    RecordShown = false;
     theRecord = aRecord ? std::move(aRecord) : std::make_shared<VkDocQueryData>();
     theData->DistributeValues(*theRecord);
     RefreshCaption();
+    RecordShown = true;
 } catch (...) {
     RaiseErrorUp(theModule, "Set-Record");
 }
@@ -201,7 +231,10 @@ void DocQueryOptionsFrm::theCancel_Click() try { hide(); } catch (...) {
 
 void DocQueryOptionsFrm::theLoad_Click() try {
     auto record = AskFileAndLoadDocQuery(winId());
-    if (record) SetRecord(std::move(record));
+    if (!record) return;
+    FormerSearch former(*this);
+    SetRecord(std::move(record));
+    former.Drop();
 } catch (...) {
     ReportErrorToUser(theModule, "theLoad_Click");
 }
@@ -209,7 +242,8 @@ void DocQueryOptionsFrm::theLoad_Click() try {
 void DocQueryOptionsFrm::theSave_Click() try {
     if (!theData->FinishInput()) return;
     const auto record = Record();
-    if (record->FileName.isEmpty()) {
+    // Half of a record must not take the place of its file unasked.
+    if (record->FileName.isEmpty() || !RecordShown) {
         SaveRecordAs();
         return;
     }

@@ -38,6 +38,8 @@ protected:
     void reject() override;
 
 private:
+    class FormerSearch;
+
     void LoadControls();
     void UnloadControls();
     void EnsureInitialized();
@@ -61,6 +63,7 @@ private:
     bool PanelInitialized = false;
     bool DialogFinished = false;
     bool Started = false;
+    bool RecordShown = false;  // the last distribution went through, and the caption is that of it
     std::shared_ptr<VkDocQueryData> theRecord;
 
     VkDocQueryCriteries *theData = nullptr;

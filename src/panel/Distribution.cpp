@@ -10,6 +10,7 @@
 #include "controls/OptionButton.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkGraphLight.h"
+#include "panel/Draft.h"
 #include "panel/OptionGroups.h"
 #include "panel/VkDocQueryCriteries.h"
 
@@ -226,6 +227,46 @@ void VkDocQueryCriteries::DistributeValues(VkDocQueryData &aRecord) try {
     lock.Unlock();
 } catch (...) {
     RaiseErrorUp(theModule, "DistributeValues");
+}
+
+std::shared_ptr<VkDocQueryCriteries::Draft> VkDocQueryCriteries::TakeDraft() {
+    auto draft = std::make_shared<Draft>(Draft{
+        {}, theCurTemplatesMode, theCurTaxpayersType, TextDrafts(*this), OptionDrafts(*this), {}});
+    AssembleValuesTo(draft->Values);
+    for (const char *list : {"theTemplatesList", "theAccStreamsList", "theTaxpayersList"})
+        draft->Lists.emplace_back(The<ListView>(list));
+    return draft;
+}
+
+bool VkDocQueryCriteries::PutBack(Draft &aDraft) noexcept {
+    bool distributed = false;
+    IgnoringFailures([&] {
+        DistributeValues(aDraft.Values);
+        distributed = true;
+    });
+    IgnoringFailures([&] {
+        if (!distributed) DistributeWithoutLists(aDraft.Values);
+        UpdateLock lock(*this);
+        PutTheRestBack(aDraft);
+        RefreshControls(false);
+        lock.Unlock();
+    });
+    return distributed;
+}
+
+/// Asks no supplier either.
+void VkDocQueryCriteries::DistributeWithoutLists(VkDocQueryData aRecord) {
+    aRecord.Templates = aRecord.AccStreamsList = aRecord.TaxpayersList = nullptr;
+    DistributeValues(aRecord);
+}
+
+/// The rows as they were shown, without asking a supplier for them, and what no record holds.
+void VkDocQueryCriteries::PutTheRestBack(const Draft &aDraft) {
+    for (const ListDraft &list : aDraft.Lists) list.PutBack();
+    theCurTemplatesMode = aDraft.TemplatesMode;
+    theCurTaxpayersType = aDraft.TaxpayersType;
+    aDraft.Texts.PutBack();
+    aDraft.Options.PutBack();
 }
 
 void VkDocQueryCriteries::SetTemplatesMode(DocQueryTemplatesMode aMode) try {

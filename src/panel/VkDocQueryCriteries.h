@@ -30,6 +30,14 @@ public:
     /// Writes every criterion, whether its switch is on or off; the lists get new collections.
     void AssembleValuesTo(VkDocQueryData &aRecord);
 
+    struct Draft;
+    /// What stands on the panel now, with what no record holds: half typed dates and numbers,
+    /// groups without a choice, selected rows.
+    std::shared_ptr<Draft> TakeDraft();
+    /// Puts it back by way of a distribution; false if that failed. Then, too, the panel shows all
+    /// that it showed.
+    bool PutBack(Draft &aDraft) noexcept;
+
     /// Warns of a date that was typed and is none and puts the focus on it; true if there is
     /// nothing to warn of.
     bool FinishInput();
@@ -114,6 +122,9 @@ private:
     struct Distribution;
     struct Assembly;
     struct Clicks;
+
+    void DistributeWithoutLists(VkDocQueryData aRecord);
+    void PutTheRestBack(const Draft &aDraft);
 
     void MakeElements();
     QWidget *MadeElement(const ElementRow &aRow, QWidget *aParent);

@@ -67,6 +67,83 @@ void FailSaving(qint32 aNumber, const QString &aDescription) {
     };
 }
 
+/// The member fails from now on, or once.
+void FailCalls(const QString &aMember, bool aOnce) {
+    const auto failed = std::make_shared<bool>(false);
+    MemoryOffice::The().OnCall = [=](const QString &member) {
+        if (member != aMember || (aOnce && *failed)) return;
+        *failed = true;
+        throw Failure(70, QStringLiteral("S"), QStringLiteral("нет связи"));
+    };
+}
+
+/// A file of another search, with an object in a list; its text.
+QString SaveOther(const QString &aPath) {
+    VkDocQueryData saved;
+    saved.IsDocStatus = saved.IsTaxpayers = saved.IsSignerFio = true;
+    saved.SignerSurname = QStringLiteral("other");
+    saved.TaxpayersList = std::make_shared<RecordCollection>();
+    saved.TaxpayersList->Add(MakePerson(4));
+    saved.Templates = std::make_shared<RecordCollection>();
+    saved.Templates->Add(MakeClass(22));
+    saved.LastTab = QStringLiteral("taxpayer");
+    saved.WriteToFile(aPath);
+    return FileText(aPath);
+}
+
+std::shared_ptr<VkDocQueryData> OwnSearch(const QString &aPath) {
+    auto record = std::make_shared<VkDocQueryData>();
+    record->FileName = aPath;
+    record->IsSignDate = record->IsTaxpayers = true;
+    record->TaxpayersList = std::make_shared<RecordCollection>();
+    record->TaxpayersList->Add(MakePerson(1));
+    record->TaxpayersList->Add(MakePerson(3));
+    record->PeriodCriterion = DocQueryPeriodCriterion(4);  // leaves its options without a choice
+    record->LastTab = QStringLiteral("doc");
+    return record;
+}
+
+/// What the user has done since, and a record does not hold in part.
+void TypeBesides(const User &aUser) {
+    aUser.Element<QLineEdit>("theSignerSurname")->setText(QStringLiteral("typed"));
+    aUser.Element<DateBox>("theSignDate1")->Edit()->setText(QStringLiteral("1.2."));
+    aUser.Element<DateBox>("theSignDate2")->Edit()->setText(QStringLiteral("..20"));
+    aUser.Element<QLineEdit>("theDocNum1")->setText(QStringLiteral("-"));
+    aUser.Element<QComboBox>("thePerYear1")->setEditText(QStringLiteral("20"));
+    auto &list = *aUser.Element<ListView>("theTaxpayersList");
+    list.SetSortOrder(1);
+    list.SetSelectedItem(list.Row(1));
+    list.SetColumnWidth(4, 3000);
+}
+
+/// All that the panel shows.
+QStringList Seen(const User &aUser) {
+    const QWidget &panel = *aUser.Element("theData");
+    QStringList seen{aUser.Element<TabControl>("theTabs")->SelectedTab()};
+    for (const QAbstractButton *button : panel.findChildren<QAbstractButton *>())
+        if (button->isCheckable())
+            seen << button->objectName() + u'=' + QString::number(button->isChecked());
+    for (const QLineEdit *line : panel.findChildren<QLineEdit *>())
+        seen << line->objectName() + u'=' + line->displayText();
+    for (const QComboBox *combo : panel.findChildren<QComboBox *>())
+        seen << combo->objectName() + u'=' + combo->currentText();
+    for (const QWidget *frame : panel.findChildren<QFrame *>())
+        seen << frame->objectName() + u'=' + QString::number(frame->isHidden());
+    for (const ListView *list : panel.findChildren<ListView *>()) {
+        seen << list->objectName() + QString::number(list->SortOrder());
+        for (int i = 0; i < list->ColumnCount(); ++i)
+            seen << QString::number(list->Column(i).Width);
+        for (int i = 0; i < list->RowCount(); ++i) {
+            const ListRow &row = *list->Row(i);
+            seen << row.Key() + row.Icon() + QString::number(row.IsSelected()) +
+                        QString::number(&row == list->SelectedItem());
+            for (int cell = 1; cell <= row.CellCount(); ++cell)
+                seen << row.CellText(cell) + row.CellIcon(cell);
+        }
+    }
+    return seen;
+}
+
 }  // namespace
 
 class TestOptionsFiles : public QObject {
@@ -313,6 +390,136 @@ private slots:
         QVERIFY2(driver.Done(), driver.Complaint());
         QCOMPARE(opened, QDir(work.path()).canonicalPath() + folder);
         QCOMPARE(record->FileName, name);
+    }
+
+    // A load that fails while the record is shown.
+
+    void FailedLoadKeepsTheSearch_data() {
+        QTest::addColumn<QString>("member");  // fails
+        QTest::addColumn<bool>("once");       // or as often as it is asked
+        QTest::addColumn<QString>("road");
+        const QString list = QStringLiteral(
+            "[Vk_DocQuery::VkDocQueryCriteries.DistributeValues]\r\n"
+            "[Vk_DocQuery::VkDocQueryCriteries.FillTaxpayersList]\r\n"
+            "[Vk_DocQuery::VkDocQueryCriteries.AddItemToTaxpayersList]\r\n"
+            "[Vk_DocQuery::VkDocQueryCriteries.RefreshItemInTaxpayersList]\r\n");
+        QTest::newRow("row") << QStringLiteral("VkPerson.Inn") << true << list;
+        QTest::newRow("row, and so on the way back")
+            << QStringLiteral("VkPerson.Inn") << false << list;
+        QTest::newRow("caption") << QStringLiteral("ShortenFilePath") << false
+                                 << QStringLiteral(
+                                        "[Vk_DocQuery::DocQueryOptionsFrm.RefreshCaption]\r\n");
+    }
+    void FailedLoadKeepsTheSearch() {
+        QFETCH(QString, member);
+        QFETCH(bool, once);
+        QFETCH(QString, road);
+        const bool isRow = member == u"VkPerson.Inn";
+        const QTemporaryDir folder;
+        const QString pathA = folder.filePath(QStringLiteral("A.qvk"));
+        const QString pathB =
+            folder.filePath(QString(isRow ? 1 : 100, u'B') + QStringLiteral(".qvk"));
+        const QString fileB = SaveOther(pathB);
+        const auto record = OwnSearch(pathA);
+        DocQueryOptionsFrm dialog;
+        dialog.SetRecord(record);
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            TypeBesides(user);
+            const QStringList before = Seen(user);
+            FailCalls(member, once);
+            driver.ExpectFileDialog(theLoadTitle, QString(), pathB);
+            driver.ExpectBox(QStringLiteral("Сбой программы"),
+                             QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.theLoad_Click]\r\n"
+                                            "[Vk_DocQuery::DocQueryOptionsFrm.Set-Record]\r\n") +
+                                 road + QStringLiteral("[S]\r\nнет связи"),
+                             QStringLiteral("OK"));
+            user.Press("theLoad");
+            user.ExpectOpen();
+            if (Seen(user) != before)
+                driver.Complain(before.join(u'\n') + QStringLiteral("\nbecame\n") +
+                                Seen(user).join(u'\n'));
+            user.ExpectCaption(QStringLiteral("Поиск документов - [") + pathA + u']');
+
+            for (const char *date : {"theSignDate1", "theSignDate2"})
+                user.Element<DateBox>(date)->SetValue(Empty());
+            MemoryOffice::The().OnCall = nullptr;
+            // A search whose distribution failed on the way back takes no file's place unasked.
+            if (isRow && !once)
+                driver.ExpectFileDialog(theSaveTitle, QStringLiteral("A.qvk"), QString());
+            user.Press("theSave");
+            if (QFile::exists(pathA) != (once || !isRow))
+                driver.Complain(QStringLiteral("saved unasked, or not at all"));
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(FileText(pathB), fileB);
+        QCOMPARE(dialog.Record(), record);
+        QCOMPARE(record->SignerSurname, QStringLiteral("typed"));
+        QVERIFY(!record->IsDocStatus);
+        QCOMPARE(record->TaxpayersList->Count(), 2);
+    }
+
+    void DistributionThatGoesThroughLetsSaveWriteAgain() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("B.qvk"));
+        const QString saved = SaveOther(path);
+        DocQueryOptionsFrm dialog;
+        dialog.SetRecord(OwnSearch(folder.filePath(QStringLiteral("A.qvk"))));
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            FailCalls(QStringLiteral("VkPerson.Inn"), false);
+            driver.ExpectFileDialog(theLoadTitle, QString(), path);
+            driver.Expect([](QWidget &box) { box.close(); });
+            user.Press("theLoad");
+            MemoryOffice::The().OnCall = nullptr;
+            driver.ExpectFileDialog(theLoadTitle, QString(), path);
+            user.Press("theLoad");
+            user.ExpectCaption(QStringLiteral("Поиск документов - [") + path + u']');
+            user.StateSurname(QStringLiteral("ABC"));
+            user.Press("theSave");
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(FileText(path).contains(QStringLiteral("SignerSurname=\"ABC\"")));
+        QVERIFY(FileText(path) != saved);
+    }
+
+    /// The host gives a record that cannot be shown, and opens the dialog all the same.
+    void RecordThatWasNotShownIsNotSavedUnasked_data() {
+        QTest::addColumn<QString>("member");
+        QTest::newRow("row") << QStringLiteral("VkPerson.Inn");
+        QTest::newRow("caption") << QStringLiteral("ShortenFilePath");
+    }
+    void RecordThatWasNotShownIsNotSavedUnasked() {
+        QFETCH(QString, member);
+        const QTemporaryDir folder;
+        const QString name = QString(100, u'a') + QStringLiteral(".qvk");
+        const QString path = folder.filePath(name);
+        const QString saved = SaveOther(path);
+        const auto record = OwnSearch(path);
+        DocQueryOptionsFrm dialog;
+        FailCalls(member, false);
+        QCOMPARE(RaisedBy([&] { dialog.SetRecord(record); }).Number(), 70);
+        MemoryOffice::The().OnCall = nullptr;
+        const QString other = folder.filePath(QStringLiteral("other.qvk"));
+        SaveOther(other);
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            driver.ExpectFileDialog(theSaveTitle, name, QString());
+            user.Press("theSave");
+            // A failed load brings back what was half shown, which is no whole by that.
+            FailCalls(QStringLiteral("VkPerson.Inn"), true);
+            driver.ExpectFileDialog(theLoadTitle, QString(), other);
+            driver.Expect([](QWidget &box) { box.close(); });
+            user.Press("theLoad");
+            driver.ExpectFileDialog(theSaveTitle, name, QString());
+            user.Press("theSave");
+            dialog.SetRecord(record);  // now it is shown
+            user.StateSurname(QStringLiteral("ABC"));
+            if (FileText(path) != saved) driver.Complain(QStringLiteral("saved unasked"));
+            user.Press("theSave");
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(FileText(path).contains(QStringLiteral("SignerSurname=\"ABC\"")));
     }
 
     void FailedSaveSaysWhyAndKeepsTheName() {
