@@ -56,12 +56,16 @@ QHeaderView *ListView::header() const {
 }
 
 QString ListView::HeaderTip(int aPosition) const {
-    if (!isSignalConnected(QMetaMethod::fromSignal(&ListView::ColumnClick))) return QString();
-    const std::vector<int> shown = ShownColumns();
-    const auto place = std::find(shown.begin(), shown.end(), aPosition) - shown.begin();
-    constexpr int theKeys = 9;
-    return place < theKeys ? QStringLiteral("Сортировка: щелчок или Ctrl+%1").arg(place + 1)
-                           : QStringLiteral("Сортировка: щелчок");
+    QStringList tips;
+    if (theHeader->CutsCaption(aPosition)) tips << Column(aPosition).Caption;
+    if (isSignalConnected(QMetaMethod::fromSignal(&ListView::ColumnClick))) {
+        const std::vector<int> shown = ShownColumns();
+        const auto place = std::find(shown.begin(), shown.end(), aPosition) - shown.begin();
+        constexpr int theKeys = 9;
+        tips << (place < theKeys ? QStringLiteral("Сортировка: щелчок или Ctrl+%1").arg(place + 1)
+                                 : QStringLiteral("Сортировка: щелчок"));
+    }
+    return tips.join(u'\n');
 }
 
 void ListView::ClearColumns() {
@@ -248,6 +252,12 @@ void ListView::SetSelectedItem(ListRow *aRow) {
     theRows->SetSelected(aRow->Number(), true);
     theRows->SetCurrent(aRow->Number());
     theRows->SetAnchor(aRow->Number());
+}
+
+void ListView::SetCurrent(ListRow *aRow) {
+    theRows->SetCurrent(aRow->Number());
+    theRows->SetAnchor(-1);
+    EnsureVisible(aRow);
 }
 
 std::vector<ListRow *> ListView::SelectedRows() const {

@@ -4,6 +4,8 @@
 #include <vector>
 
 #include <QAbstractScrollArea>
+#include <QBasicTimer>
+#include <QElapsedTimer>
 #include <QHeaderView>
 
 #include <Vk_DocQuery/Object.h>
@@ -105,7 +107,8 @@ public:
     /// on the right edge of a header do.
     void FitColumn(int aPosition);
     QHeaderView *header() const;
-    /// Says by what key the column is sorted; empty in a list that nobody sorts.
+    /// The caption where the header cuts it, and by what key the column is sorted in a list that
+    /// somebody sorts.
     QString HeaderTip(int aPosition) const;
 
     // Rows, in the order in which they stand at that moment.
@@ -154,10 +157,16 @@ public:
     ListRow *SelectedItem() const;
     /// Null takes the current row away.
     void SetSelectedItem(ListRow *aRow);
+    /// Makes the row the current one, in sight, and leaves all selected marks as they are.
+    void SetCurrent(ListRow *aRow);
     /// Rows with the selected mark, in row order.
     std::vector<ListRow *> SelectedRows() const;
     void UnselectAll();
     void EnsureVisible(ListRow *aRow);
+    /// What Ctrl+C copies: the selected rows in row order, parted by line ends, their cells as far
+    /// as they are shown parted by tabs. A picture that stands alone is told by its column; the
+    /// first column counts only where it has texts.
+    QString SelectedText() const;
 
     // Places, in pixels of the viewport.
     ListRow *HitTest(QPoint aPoint) const;
@@ -212,6 +221,7 @@ protected:
     void changeEvent(QEvent *aEvent) override;
     bool viewportEvent(QEvent *aEvent) override;
     void scrollContentsBy(int aAcross, int aDown) override;
+    void timerEvent(QTimerEvent *aEvent) override;
 
 private:
     void PrepareHeader();
@@ -236,6 +246,15 @@ private:
     void ToggleCheck(const std::vector<int> &aNumbers, bool aChecked);
     bool MoveByKey(const QKeyEvent &aEvent);
     bool ActOnColumnByKey(const QKeyEvent &aEvent);
+    bool JumpByKey(const QKeyEvent &aEvent);
+    int JumpColumn() const;
+    int JumpTarget(int aColumn) const;
+    void CopySelected() const;
+    void PressBeside(const QMouseEvent &aEvent);
+    void StartDrag(const QMouseEvent &aEvent, ListRow *aRow);
+    void DragTo(QPoint aPoint);
+    void SelectDragged();
+    void StopDrag();
     void TellClick(ListRow *aRow);
     bool IsOnCheckBox(QPoint aPoint) const;
     void ShowTip(QPoint aPoint, QPoint aGlobal);
@@ -260,6 +279,17 @@ private:
     bool theHeaderBeingPlaced = false;
     bool theFlushPosted = false;
     bool thePressed = false;
+    bool thePressedBeside = false;
+
+    // Rows are selected by dragging from a row, known by its number, to a position; -1: none yet.
+    int theDragFrom = -1;
+    int theDragEnd = -1;
+    QPoint theDragPoint;
+    std::vector<int> theKeptByDrag;  // numbers of the rows that were selected before, with Ctrl
+    QBasicTimer theDragTimer;        // scrolls while the pointer is above or below the rows
+
+    QString theTyped;
+    QElapsedTimer theTypedAt;
 };
 
 }  // namespace Vk_DocQuery

@@ -1,5 +1,7 @@
 #include "controls/ListViewHeader.h"
 
+#include <QStyleOptionHeader>
+
 #include "controls/ListView.h"
 
 namespace Vk_DocQuery {
@@ -46,6 +48,19 @@ ListViewHeader::ListViewHeader(ListView &aList)
     setStretchLastSection(false);
     setMinimumSectionSize(1);
     setHighlightSections(false);
+}
+
+/// The arrow of the sorting takes a part of the room.
+bool ListViewHeader::CutsCaption(int aSection) const {
+    QStyleOptionHeader option;
+    initStyleOption(&option);
+    option.rect = QRect(0, 0, sectionSize(aSection), height());
+    if (isSortIndicatorShown() && sortIndicatorSection() == aSection)
+        option.sortIndicator = QStyleOptionHeader::SortDown;
+    const QRect label = style()->subElementRect(QStyle::SE_HeaderLabel, &option, this);
+    const QString caption =
+        theModel->headerData(aSection, orientation(), Qt::DisplayRole).toString();
+    return fontMetrics().horizontalAdvance(caption) > label.width();
 }
 
 }  // namespace Vk_DocQuery

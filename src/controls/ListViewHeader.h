@@ -35,6 +35,8 @@ public:
     explicit ListViewHeader(ListView &aList);
 
     void ResetColumns() { theModel->Reset(); }
+    /// The section is too narrow for its caption.
+    bool CutsCaption(int aSection) const;
 
 private:
     ListViewHeaderModel *theModel;

@@ -21,6 +21,10 @@ void ListView::keyPressEvent(QKeyEvent *aEvent) try {
     aEvent->accept();
     if (aEvent->matches(QKeySequence::SelectAll)) {
         if (theMultiSelect) SelectRange(0, RowCount() - 1);
+    } else if (aEvent->matches(QKeySequence::Copy)) {
+        CopySelected();
+    } else if (JumpByKey(*aEvent)) {
+        return;
     } else if (aEvent->key() == Qt::Key_Space) {
         if ((aEvent->modifiers() & Qt::ControlModifier) != 0 || !theCheckBoxes) {
             if (theRows->Current() >= 0)
@@ -73,15 +77,16 @@ bool ListView::MoveByKey(const QKeyEvent &aEvent) {
 }
 
 /// Ctrl with a digit is a click on the header of that column, counted as they are seen; Ctrl with
-/// the plus sign makes all columns as wide as their texts.
+/// the plus sign, which on the main keyboard takes Shift, makes all columns as wide as their texts.
 bool ListView::ActOnColumnByKey(const QKeyEvent &aEvent) {
     const auto modifiers = aEvent.modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier);
-    if (modifiers != Qt::ControlModifier) return false;
     const std::vector<int> shown = ShownColumns();
-    if (aEvent.key() == Qt::Key_Plus) {
+    if (aEvent.key() == Qt::Key_Plus &&
+        (modifiers & ~Qt::KeyboardModifiers(Qt::ShiftModifier)) == Qt::ControlModifier) {
         for (const int column : shown) FitColumn(column);
         return true;
     }
+    if (modifiers != Qt::ControlModifier) return false;
     const int number = aEvent.key() - Qt::Key_1;
     if (number < 0 || number >= std::min(9, static_cast<int>(shown.size()))) return false;
     ClickHeader(shown[static_cast<std::size_t>(number)]);
@@ -107,8 +112,10 @@ void ListView::SelectByUser(int aPosition, Qt::KeyboardModifiers aModifiers) {
     const bool adds = theMultiSelect && (aModifiers & Qt::ControlModifier) != 0;
     const bool range = theMultiSelect && (aModifiers & Qt::ShiftModifier) != 0;
     if (range) {
+        // Without a row to start from the range begins with the first one.
         if (theRows->Anchor() < 0)
-            theRows->SetAnchor(theRows->Current() < 0 ? number : theRows->Current());
+            theRows->SetAnchor(theRows->Current() < 0 ? theRows->Order().front()
+                                                      : theRows->Current());
         if (!adds) theRows->UnselectAll();
         SelectRange(theRows->PositionOf(theRows->Anchor()), aPosition);
     } else {
@@ -128,16 +135,19 @@ void ListView::SelectRange(int aFrom, int aTo) {
 }
 
 /// The blank turns the check mark of the current row, and gives the new mark to all selected rows
-/// if the current one is among them.
+/// if the current one is among them. Without a current row it marks the selected rows, or clears
+/// them if all are marked.
 void ListView::ToggleByKey() {
     const int current = theRows->Current();
-    if (current < 0) return;
     std::vector<int> numbers;
-    if (theRows->IsSelected(current))
+    if (current < 0 || theRows->IsSelected(current))
         for (const ListRow *row : SelectedRows()) numbers.push_back(row->Number());
     else
         numbers.push_back(current);
-    ToggleCheck(numbers, !theRows->IsChecked(current));
+    const auto isChecked = [this](int aNumber) { return theRows->IsChecked(aNumber); };
+    const bool checked =
+        current < 0 ? std::ranges::all_of(numbers, isChecked) : theRows->IsChecked(current);
+    ToggleCheck(numbers, !checked);
 }
 
 void ListView::ToggleCheck(const std::vector<int> &aNumbers, bool aChecked) {
@@ -162,10 +172,8 @@ void ListView::mousePressEvent(QMouseEvent *aEvent) try {
     ListRow *row = HitTest(point);
     thePressed = aEvent->button() == Qt::LeftButton;
     if (!thePressed && aEvent->button() != Qt::RightButton) return;
-    if (!row) {
-        theRows->UnselectAll();
-        return;
-    }
+    StopDrag();
+    if (!row) return PressBeside(*aEvent);
     if (thePressed && IsOnCheckBox(point)) {
         ToggleRow(row);
         thePressed = false;
@@ -174,23 +182,98 @@ void ListView::mousePressEvent(QMouseEvent *aEvent) try {
     if (!thePressed && row->IsSelected()) return;
     const bool moved = theRows->Current() != row->Number();
     SelectByUser(theRows->PositionOf(row->Number()), aEvent->modifiers());
+    if (thePressed) StartDrag(*aEvent, row);
     if (thePressed || moved) emit ItemClick(row);
 } catch (...) {
     ReportErrorToUser(theModule, "mousePressEvent");
 }
 
+/// In a list of several the selection goes. In one of a single row that is also the chosen one,
+/// which goes with the click, so that whoever shows it hears of that.
+void ListView::PressBeside(const QMouseEvent &aEvent) {
+    const bool holds = (aEvent.modifiers() & (Qt::ControlModifier | Qt::ShiftModifier)) != 0;
+    thePressedBeside = thePressed && !holds;
+    if (!theMultiSelect) return;
+    if (thePressed) StartDrag(aEvent, nullptr);
+    if (!holds) theRows->UnselectAll();
+}
+
 void ListView::mouseReleaseEvent(QMouseEvent *aEvent) try {
     if (aEvent->button() != Qt::LeftButton || !thePressed) return;
+    StopDrag();
     thePressed = false;
-    if (viewport()->rect().contains(aEvent->position().toPoint())) emit Click();
+    const QPoint point = aEvent->position().toPoint();
+    if (!viewport()->rect().contains(point)) return;
+    if (thePressedBeside && !theMultiSelect && !HitTest(point)) SetSelectedItem(nullptr);
+    emit Click();
 } catch (...) {
     ReportErrorToUser(theModule, "mouseReleaseEvent");
 }
 
 void ListView::mouseMoveEvent(QMouseEvent *aEvent) try {
-    emit MouseMove(aEvent->position().toPoint());
+    const QPoint point = aEvent->position().toPoint();
+    if (theDragFrom >= 0 && (aEvent->buttons() & Qt::LeftButton) != 0) DragTo(point);
+    emit MouseMove(point);
 } catch (...) {
     ReportErrorToUser(theModule, "mouseMoveEvent");
+}
+
+// ---- Dragging over rows
+
+/// Null: the button was pressed beside the rows. A finger scrolls by dragging.
+void ListView::StartDrag(const QMouseEvent &aEvent, ListRow *aRow) {
+    if (!theMultiSelect || RowCount() == 0 || aEvent.source() != Qt::MouseEventNotSynthesized)
+        return;
+    const int last = RowCount() - 1;
+    const int under = verticalScrollBar()->value() + aEvent.position().toPoint().y() / RowHeight();
+    theDragFrom = aRow ? theRows->Anchor() : theRows->At(std::min(under, last))->Number();
+    theDragEnd = aRow ? theRows->PositionOf(aRow->Number()) : -1;
+    theKeptByDrag.clear();
+    if ((aEvent.modifiers() & Qt::ControlModifier) == 0) return;
+    for (const ListRow *row : SelectedRows()) theKeptByDrag.push_back(row->Number());
+}
+
+void ListView::DragTo(QPoint aPoint) {
+    constexpr int theScrollInterval = 50;  // ms
+    theDragPoint = aPoint;
+    const bool outside = aPoint.y() < 0 || aPoint.y() >= viewport()->height();
+    if (!outside)
+        theDragTimer.stop();
+    else if (!theDragTimer.isActive())
+        theDragTimer.start(theScrollInterval, this);
+    if (theDragEnd < 0 && !HitTest(aPoint)) return;
+    const int first = verticalScrollBar()->value();
+    const int last = std::min(first + std::max(1, WholeRowsInSight()), RowCount()) - 1;
+    const int under = first + aPoint.y() / RowHeight() - (aPoint.y() < 0 ? 1 : 0);
+    const int position = std::clamp(under, std::min(first, last), last);
+    if (last < 0 || position == theDragEnd) return;
+    theDragEnd = position;
+    SelectDragged();
+}
+
+void ListView::SelectDragged() {
+    if (!theRows->Stands(theDragFrom)) return StopDrag();  // the list was refilled meanwhile
+    theRows->UnselectAll();
+    for (const int number : theKeptByDrag)
+        if (theRows->Stands(number)) theRows->SetSelected(number, true);
+    SelectRange(theRows->PositionOf(theDragFrom), theDragEnd);
+    theRows->SetAnchor(theDragFrom);
+    theRows->SetCurrent(theRows->At(theDragEnd)->Number());
+}
+
+void ListView::StopDrag() {
+    theDragTimer.stop();
+    theDragFrom = theDragEnd = -1;
+    theKeptByDrag.clear();
+}
+
+void ListView::timerEvent(QTimerEvent *aEvent) try {
+    if (aEvent->timerId() != theDragTimer.timerId()) return QAbstractScrollArea::timerEvent(aEvent);
+    verticalScrollBar()->triggerAction(theDragPoint.y() < 0 ? QScrollBar::SliderSingleStepSub
+                                                            : QScrollBar::SliderSingleStepAdd);
+    DragTo(theDragPoint);
+} catch (...) {
+    ReportErrorToUser(theModule, "timerEvent");
 }
 
 void ListView::mouseDoubleClickEvent(QMouseEvent *aEvent) try {

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "controls/mListView.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkGraphLight.h"
@@ -73,8 +75,11 @@ ListRow *VkDocQueryCriteries::AddItemOfType(const std::shared_ptr<Record> &aObje
 void VkDocQueryCriteries::PerformDeleteItems(ListView &aList) try {
     if (!ConfirmDeletion(aList.SelectedRows().size())) return;
     QStringList keys;
+    const int first = aList.PositionOf(aList.SelectedRows().front());
     for (const ListRow *row : aList.SelectedRows()) keys << row->Key();
     for (const QString &key : keys) aList.RemoveRow(key);
+    // The row that takes the place, so that the keyboard goes on from there.
+    if (aList.RowCount() > 0) aList.SetCurrent(aList.Row(std::min(first, aList.RowCount() - 1)));
 } catch (...) {
     RaiseErrorUp(theModule, "PerformDeleteItems");
 }

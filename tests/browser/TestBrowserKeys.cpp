@@ -26,6 +26,35 @@ private slots:
         AddForm(2, QStringLiteral("1151002"), QStringLiteral("абг"));
     }
 
+    /// What is shown and what is chosen agree.
+    void ClickBelowTheRowsEmptiesThePanes() {
+        OpenBrowser browser;
+        browser.ClickForm(1);
+        QVERIFY(browser.Times.RowCount() > 0);
+        const ListRow *last = browser.List.Row(browser.List.RowCount() - 1);
+        const QPoint below = browser.List.RowRect(last).bottomLeft() + QPoint(60, 20);
+        QVERIFY(browser.List.viewport()->rect().contains(below));
+        QTest::mouseClick(browser.List.viewport(), Qt::RightButton, {}, below);
+        QCOMPARE(browser.List.SelectedRows().size(), std::size_t(1));
+        QVERIFY(browser.Times.RowCount() > 0);
+        QTest::mouseClick(browser.List.viewport(), Qt::LeftButton, {}, below);
+        QVERIFY(browser.List.SelectedRows().empty());
+        QVERIFY(!browser.List.SelectedItem());
+        QCOMPARE(browser.Times.RowCount(), 0);
+    }
+
+    void PeriodsAreCopiedByTheirNames() {
+        const int year = QDate::currentDate().year();
+        MemoryOffice::The().Times[1] = {TimeRow(year, 1), TimeRow(year, 13)};
+        OpenBrowser browser;
+        browser.ClickForm(1);
+        browser.Times.SetSelectedItem(browser.Times.Row(0));
+        browser.Times.setFocus();
+        QTest::keyClick(&browser.Times, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(),
+                 QString::number(year) + QStringLiteral("\tЯнв\t\t\t1 кв") + QString(17, u'\t'));
+    }
+
     void KeysWorkOnTheFilterWhereverTheFocusIs_data() {
         QTest::addColumn<QString>("focus");
         QTest::addColumn<int>("start");

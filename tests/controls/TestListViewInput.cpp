@@ -1,7 +1,9 @@
 #include <QAccessible>
 #include <QApplication>
+#include <QClipboard>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QScopeGuard>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QStyle>
@@ -13,6 +15,7 @@
 #include <Vk_DocQuery/Failure.h>
 
 #include "controls/ListView.h"
+#include "support/Keys.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"
 
@@ -81,6 +84,23 @@ public:
     QStringList Events;
 };
 
+using Move = std::function<void(QPoint)>;
+
+/// Drags with the left button from a place; the function says where to.
+void Drag(Shown &aShown, QPoint aFrom, Qt::KeyboardModifiers aModifiers,
+          const std::function<void(const Move &)> &aWay) {
+    QWidget *rows = aShown.List.viewport();
+    QPoint last = aFrom;
+    QTest::mousePress(rows, Qt::LeftButton, aModifiers, aFrom);
+    aWay([&](QPoint aPlace) {
+        last = aPlace;
+        QMouseEvent move(QEvent::MouseMove, aPlace, rows->mapToGlobal(aPlace), Qt::NoButton,
+                         Qt::LeftButton, aModifiers);
+        QApplication::sendEvent(rows, &move);
+    });
+    QTest::mouseRelease(rows, Qt::LeftButton, aModifiers, last);
+}
+
 }  // namespace
 
 class TestListViewInput : public QObject {
@@ -140,6 +160,122 @@ private slots:
         QCOMPARE(shown.Selected(), QString());
         QCOMPARE(shown.Current(), QStringLiteral("_2"));
         QCOMPARE(shown.TakeEvents(), QStringLiteral("click"));
+    }
+
+    void ClickBesideTheRowsTakesTheOnlyChoiceAway_data() {
+        QTest::addColumn<bool>("below");
+        QTest::newRow("below the rows") << true;
+        QTest::newRow("beside the columns") << false;
+    }
+    void ClickBesideTheRowsTakesTheOnlyChoiceAway() {
+        QFETCH(bool, below);
+        Shown shown(false);
+        shown.List.ShowOnly({0, 1, 2});
+        const auto click = [&](Qt::MouseButton aButton, Qt::KeyboardModifiers aModifiers) {
+            const QPoint place(below ? 10 : shown.List.header()->length() + 10,
+                               shown.PlaceOf(below ? 2 : 1).y() + (below ? 40 : 0));
+            QTest::mouseClick(shown.List.viewport(), aButton, aModifiers, place);
+        };
+        shown.ClickRow(1);
+        shown.TakeEvents();
+        click(Qt::RightButton, Qt::NoModifier);
+        QCOMPARE(shown.Selected() + shown.Current(), QStringLiteral("_2_2"));
+        click(Qt::LeftButton, Qt::ControlModifier);
+        QCOMPARE(shown.Selected() + shown.Current(), QStringLiteral("_2_2"));
+        shown.TakeEvents();
+        click(Qt::LeftButton, Qt::NoModifier);
+        QCOMPARE(shown.Selected() + shown.Current(), QString());
+        QCOMPARE(shown.TakeEvents(), QStringLiteral("click"));
+    }
+
+    /// A press that is taken back outside tells nobody, so that it must change nothing.
+    void PressBesideThatEndsOutsideLeavesTheChoice() {
+        Shown shown(false);
+        shown.List.ShowOnly({0, 1, 2});
+        shown.ClickRow(1);
+        shown.TakeEvents();
+        const QPoint below(10, shown.PlaceOf(2).y() + 40);
+        QTest::mousePress(shown.List.viewport(), Qt::LeftButton, Qt::NoModifier, below);
+        QTest::mouseRelease(shown.List.viewport(), Qt::LeftButton, Qt::NoModifier,
+                            QPoint(-50, below.y()));
+        QCOMPARE(shown.Selected() + shown.Current(), QStringLiteral("_2_2"));
+        QCOMPARE(shown.TakeEvents(), QString());
+    }
+
+    void DraggingSelectsRows_data() {
+        QTest::addColumn<bool>("multi");
+        QTest::addColumn<int>("from");
+        QTest::addColumn<QList<int>>("over");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<QString>("selected");
+        QTest::addColumn<QString>("current");
+        const int ctrl = int(Qt::ControlModifier);
+        const int shift = int(Qt::ShiftModifier);
+        QTest::newRow("down") << true << 1 << QList<int>{2, 4} << 0 << "_2 _3 _4 _5"
+                              << "_5";
+        QTest::newRow("up") << true << 4 << QList<int>{2} << 0 << "_3 _4 _5"
+                            << "_3";
+        QTest::newRow("back") << true << 1 << QList<int>{5, 2} << 0 << "_2 _3"
+                              << "_3";
+        QTest::newRow("to where it began") << true << 1 << QList<int>{5, 1} << 0 << "_2"
+                                           << "_2";
+        QTest::newRow("Ctrl keeps the others")
+            << true << 3 << QList<int>{5, 4} << ctrl << "_1 _4 _5"
+            << "_5";
+        QTest::newRow("Shift goes on") << true << 3 << QList<int>{5} << shift << "_1 _2 _3 _4 _5 _6"
+                                       << "_6";
+        QTest::newRow("one row only") << false << 1 << QList<int>{2, 4} << 0 << "_2"
+                                      << "_2";
+    }
+    void DraggingSelectsRows() {
+        QFETCH(bool, multi);
+        QFETCH(int, from);
+        QFETCH(QList<int>, over);
+        QFETCH(int, modifiers);
+        QFETCH(QString, selected);
+        QFETCH(QString, current);
+        Shown shown(multi);
+        shown.ClickRow(0);
+        Drag(shown, shown.PlaceOf(from), Qt::KeyboardModifiers(modifiers), [&](const Move &aMove) {
+            for (const int row : over) aMove(shown.PlaceOf(row));
+        });
+        QCOMPARE(shown.Selected(), selected);
+        QCOMPARE(shown.Current(), current);
+        QTest::mouseMove(shown.List.viewport(), shown.PlaceOf(7));
+        QCOMPARE(shown.Selected(), selected);  // the button is up
+    }
+
+    void DraggingFromBelowTheRows() {
+        Shown shown;
+        shown.List.ShowOnly({0, 1, 2, 3});
+        const QPoint below(shown.PlaceOf(3) + QPoint(0, 40));
+        Drag(shown, below, Qt::NoModifier, [&](const Move &aMove) {
+            aMove(below - QPoint(0, 5));
+            QCOMPARE(shown.Selected(), QString());
+            aMove(shown.PlaceOf(2));
+        });
+        QCOMPARE(shown.Selected(), QStringLiteral("_3 _4"));
+    }
+
+    void DraggingBelowTheEdgeScrolls() {
+        Shown shown;
+        const QPoint below(20, shown.List.viewport()->height() + 30);
+        Drag(shown, shown.PlaceOf(0), Qt::NoModifier, [&](const Move &aMove) {
+            aMove(below);
+            QTRY_COMPARE(shown.List.SelectedRows().size(), std::size_t(20));
+            aMove(QPoint(20, -30));
+            QTRY_COMPARE(shown.List.verticalScrollBar()->value(), 0);
+        });
+        QCOMPARE(shown.Selected(), QStringLiteral("_1"));
+    }
+
+    void RefillUnderADragEndsIt() {
+        Shown shown;
+        Drag(shown, shown.PlaceOf(0), Qt::NoModifier, [&](const Move &aMove) {
+            shown.List.ShowOnly({4, 5, 6});
+            aMove(shown.PlaceOf(2));
+        });
+        QCOMPARE(shown.Selected(), QString());
     }
 
     void ArrowsMoveTheCurrentRow() {
@@ -208,6 +344,29 @@ private slots:
         QCOMPARE(shown.Checked(), QString());
     }
 
+    void ShiftWithoutACurrentRowSelectsFromTheFirst_data() {
+        QTest::addColumn<Qt::Key>("key");
+        QTest::addColumn<QString>("selected");
+        QTest::newRow("End") << Qt::Key_End << "_1 _2 _3 _4 _5";
+        QTest::newRow("Home") << Qt::Key_Home << "_1";
+        QTest::newRow("Down") << Qt::Key_Down << "_1";
+        QTest::newRow("PageDown") << Qt::Key_PageDown << "_1 _2 _3 _4 _5";
+    }
+    void ShiftWithoutACurrentRowSelectsFromTheFirst() {
+        QFETCH(Qt::Key, key);
+        QFETCH(QString, selected);
+        Shown shown;
+        shown.List.ShowOnly({0, 1, 2, 3, 4});
+        shown.Key(key, Qt::ShiftModifier);
+        QCOMPARE(shown.Selected(), selected);
+    }
+
+    void ShiftClickWithoutACurrentRowSelectsFromTheFirst() {
+        Shown shown;
+        shown.ClickRow(2, Qt::ShiftModifier);
+        QCOMPARE(shown.Selected(), QStringLiteral("_1 _2 _3"));
+    }
+
     void CtrlASelectsAll() {
         Shown shown;
         shown.Key(Qt::Key_A, Qt::ControlModifier);
@@ -242,6 +401,19 @@ private slots:
         shown.Key(Qt::Key_Down, Qt::ControlModifier);  // the frame leaves the selected rows
         shown.Key(Qt::Key_Space);
         QCOMPARE(shown.Checked(), QStringLiteral("_5"));
+    }
+
+    void BlankWithoutACurrentRowTurnsTheSelectedOnes() {
+        Shown shown;
+        shown.List.ShowOnly({0, 3, 5});
+        shown.List.Row(1)->SetChecked(true);
+        shown.Key(Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(shown.Current(), QString());
+        shown.Key(Qt::Key_Space);
+        QCOMPARE(shown.Checked(), QStringLiteral("_1 _4 _6"));
+        QCOMPARE(shown.TakeEvents(), QStringLiteral("check _1, check _6"));
+        shown.Key(Qt::Key_Space);
+        QCOMPARE(shown.Checked(), QString());
     }
 
     void BlankDoesNothingWithoutCheckBoxes() {
@@ -286,17 +458,143 @@ private slots:
         Shown shown;
         shown.ClickRow(2);
         QTest::mouseDClick(shown.List.viewport(), Qt::LeftButton, Qt::NoModifier, shown.PlaceOf(2));
+        QTest::mouseRelease(shown.List.viewport(), Qt::LeftButton, Qt::NoModifier,
+                            shown.PlaceOf(2));  // or the button stays down for the next test
         QVERIFY(shown.TakeEvents().startsWith(QStringLiteral("item _3, click, dbl")));
         QCOMPARE(shown.Current(), QStringLiteral("_3"));
     }
 
-    void LettersDoNotMoveTheCurrentRow() {
+    void LettersJump_data() {
+        QTest::addColumn<int>("sortKey");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("current");
+        QTest::newRow("first column with text") << -1 << "п"
+                                                << "_2";
+        QTest::newRow("small or capital") << -1 << "П"
+                                          << "_2";
+        QTest::newRow("several letters") << -1 << "пе"
+                                         << "_4";
+        QTest::newRow("again goes on") << -1 << "пп"
+                                       << "_4";
+        QTest::newRow("round the end") << -1 << "ппп"
+                                       << "_2";
+        QTest::newRow("letters of a word") << -1 << "оо"
+                                           << "_3";
+        QTest::newRow("with a blank") << -1 << "ооо р"
+                                      << "_5";
+        QTest::newRow("yo is ye") << -1 << "ел"
+                                  << "_1";
+        QTest::newRow("no such row") << -1 << "ж"
+                                     << "";
+        QTest::newRow("sorted column") << 2 << "77"
+                                       << "_3";
+        QTest::newRow("letters of another column") << 2 << "п"
+                                                   << "";
+        QTest::newRow("sorted column without texts") << 3 << "п"
+                                                     << "_2";
+        QTest::newRow("sorted column that is hidden") << 4 << "п"
+                                                      << "_2";
+    }
+    void LettersJump() {
+        QFETCH(int, sortKey);
+        QFETCH(QString, typed);
+        QFETCH(QString, current);
+        const auto interval = qScopeGuard([before = QApplication::keyboardInputInterval()] {
+            QApplication::setKeyboardInputInterval(before);
+        });
+        QApplication::setKeyboardInputInterval(100000);
+        ListView list;
+        for (const int width : {300, 2000, 1500, 1500, 0})
+            list.AddColumn(QStringLiteral("Столбец"), width);
+        const char *const names[] = {"Ёлка", "Победа", "ООО Восток", "Перевал", "ООО Ромашка"};
+        for (int i = 0; i < 5; ++i) {
+            ListRow *row = list.AddRow(QStringLiteral("_%1").arg(i + 1));
+            row->SetCell(1, QString::fromUtf8(names[i]));
+            row->SetCell(2, QStringLiteral("77%1").arg(9 - i % 3));
+            row->SetCell(4, QStringLiteral("скрыто"));
+        }
+        list.SetMultiSelect(true);
+        list.SetSortKey(static_cast<qint16>(sortKey));
+        list.SetSorted(sortKey >= 0);
+        if (sortKey == 2) list.SetSortOrder(0);
+        list.show();
+        TypeText(&list, typed);
+        QCOMPARE(list.SelectedItem() ? list.SelectedItem()->Key() : QString(), current);
+        QCOMPARE(list.SelectedRows().size(), std::size_t(current.isEmpty() ? 0 : 1));
+    }
+
+    void LettersTypedLaterBeginAnew() {
+        const auto interval = qScopeGuard([before = QApplication::keyboardInputInterval()] {
+            QApplication::setKeyboardInputInterval(before);
+        });
+        QApplication::setKeyboardInputInterval(0);
         Shown shown;
-        shown.ClickRow(2);
-        QTest::sendKeyEvent(QTest::Click, &shown.List, Qt::Key_unknown, QStringLiteral("С"),
-                            Qt::NoModifier);
-        QTest::keyClicks(&shown.List, QStringLiteral("S1"));
-        QCOMPARE(shown.Current(), QStringLiteral("_3"));
+        shown.List.Row(6)->SetCell(1, QStringLiteral("Тень"));
+        shown.List.Row(8)->SetCell(1, QStringLiteral("Стена"));
+        TypeText(&shown.List, QStringLiteral("ст"));
+        QCOMPARE(shown.Current(), QStringLiteral("_7"));
+        shown.Key(Qt::Key_Space);  // no part of a word
+        QCOMPARE(shown.Checked(), QStringLiteral("_7"));
+    }
+
+    void KeysWithCtrlOrAltAreNoLetters() {
+        Shown shown;
+        for (const Qt::KeyboardModifier held : {Qt::ControlModifier, Qt::AltModifier})
+            QTest::sendKeyEvent(QTest::Click, &shown.List, Qt::Key(0x421), QStringLiteral("С"),
+                                held);
+        QCOMPARE(shown.Current(), QString());
+    }
+
+    void CtrlCCopiesTheSelectedRows_data() {
+        QTest::addColumn<QList<int>>("rows");
+        QTest::addColumn<QString>("copied");
+        QTest::newRow("one") << QList<int>{0} << "Ива\tмарт\t";
+        QTest::newRow("in shown order") << QList<int>{2, 0} << "Ива\tмарт\t\nДуб два\t2026\tда";
+        QTest::newRow("none") << QList<int>{} << "before";
+    }
+    void CtrlCCopiesTheSelectedRows() {
+        QFETCH(QList<int>, rows);
+        QFETCH(QString, copied);
+        QGuiApplication::clipboard()->setText(QStringLiteral("before"));
+        ListView list;
+        list.AddColumn(QStringLiteral("*"), 300);
+        list.AddColumn(QStringLiteral("Название"), 2000);
+        list.AddColumn(QStringLiteral("март"), 500);
+        list.AddColumn(QStringLiteral("скрыт"), 0);
+        list.AddColumn(QStringLiteral("Да"), 500);
+        list.SetMultiSelect(true);
+        for (int i = 0; i < 3; ++i)
+            list.AddRow(QStringLiteral("_%1").arg(i))->SetIcon(QStringLiteral("period"));
+        list.Row(0)->SetCell(1, QStringLiteral("Ива"));
+        list.Row(0)->SetCellIcon(2, QStringLiteral("period"));
+        list.Row(1)->SetCell(1, QStringLiteral("Ель"));
+        list.Row(2)->SetCell(1, QStringLiteral("Дуб\t\r\nдва"));
+        list.Row(2)->SetCell(2, QStringLiteral("2026"), QStringLiteral("period"));
+        list.Row(2)->SetCell(3, QStringLiteral("unseen"));
+        list.Row(2)->SetCell(4, QStringLiteral("да"));
+        list.SetSortKey(1);
+        list.SetSortOrder(1);
+        list.SetSorted(true);
+        for (const int row : rows) list.RowByKey(QStringLiteral("_%1").arg(row))->SetSelected(true);
+        list.show();
+        QTest::keyClick(&list, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(), copied);
+    }
+
+    /// A main text is copied, too.
+    void CopiedRowsKeepTheirMainText() {
+        ListView list;
+        list.AddColumn(QStringLiteral("Имя"), 900);
+        list.AddColumn(QStringLiteral("Код"), 900);
+        for (const char *name : {"а", ""}) {
+            ListRow *row = list.AddRow(QString());
+            row->SetText(QString::fromUtf8(name));
+            row->SetCell(1, QStringLiteral("1"));
+        }
+        list.SetMultiSelect(true);
+        list.Row(0)->SetSelected(true);
+        list.Row(1)->SetSelected(true);
+        QCOMPARE(list.SelectedText(), QStringLiteral("а\t1\n\t1"));
     }
 
     void KeysTheListDoesNotKnowGoToTheWindow() {
@@ -398,6 +696,10 @@ private slots:
         QVERIFY(shown.List.header()->sectionSize(1) >
                 shown.List.fontMetrics().horizontalAdvance(text));
         QVERIFY(shown.List.header()->sectionSize(0) <= checkColumn);
+        shown.List.SetColumnWidth(1, 900);
+        shown.Key(Qt::Key_Plus, Qt::ControlModifier | Qt::ShiftModifier);  // main keyboard
+        QVERIFY(shown.List.header()->sectionSize(1) >
+                shown.List.fontMetrics().horizontalAdvance(text));
     }
 
     void HeaderTellsTheKeyThatSorts() {
@@ -412,6 +714,35 @@ private slots:
         QCOMPARE(tip(1).toString(), QStringLiteral("Сортировка: щелчок или Ctrl+1"));
         QCOMPARE(tip(9).toString(), QStringLiteral("Сортировка: щелчок или Ctrl+9"));
         QCOMPARE(tip(10).toString(), QStringLiteral("Сортировка: щелчок"));
+    }
+
+    void CutHeaderIsShownWhole() {
+        ListView list;
+        list.AddColumn(QStringLiteral("*"), 300);
+        list.AddColumn(QStringLiteral("Полное (официальное) наименование"), 900);
+        const auto tip = [&](int aColumn) {
+            return list.header()
+                ->model()
+                ->headerData(aColumn, Qt::Horizontal, Qt::ToolTipRole)
+                .toString();
+        };
+        QCOMPARE(tip(0), QString());
+        QCOMPARE(tip(1), QStringLiteral("Полное (официальное) наименование"));
+        connect(&list, &ListView::ColumnClick, &list, [] {});
+        QCOMPARE(tip(1), QStringLiteral("Полное (официальное) наименование\n"
+                                        "Сортировка: щелчок или Ctrl+2"));
+        const int whole = list.header()->sectionSizeHint(1);
+        list.header()->resizeSection(1, whole);
+        QCOMPARE(tip(1), QStringLiteral("Сортировка: щелчок или Ctrl+2"));
+        list.SetSortKey(1);
+        list.SetSorted(true);  // the arrow takes a part of the room
+        list.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&list));
+        QVERIFY(list.header()->isSortIndicatorShown());
+        list.header()->resizeSection(1, list.header()->fontMetrics().horizontalAdvance(
+                                            QStringLiteral("Полное (официальное) наименование")) +
+                                            8);
+        QVERIFY(tip(1).startsWith(QStringLiteral("Полное")));
     }
 
     void HeaderSaysItsSorting() {

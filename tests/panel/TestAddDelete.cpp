@@ -247,6 +247,35 @@ private slots:
         QCOMPARE(panel.Refreshes, refreshes);
     }
 
+    void afterADeletionTheNextRowIsCurrent_data() {
+        QTest::addColumn<QString>("deleted");
+        QTest::addColumn<QString>("current");
+        QTest::newRow("first") << D("_1") << D("_2");
+        QTest::newRow("in the middle") << D("_3") << D("_4");
+        QTest::newRow("last") << D("_5") << D("_4");
+        QTest::newRow("several") << D("_2 _3") << D("_4");
+        QTest::newRow("here and there") << D("_2 _4") << D("_3");
+        QTest::newRow("the last ones") << D("_4 _5") << D("_3");
+        QTest::newRow("all") << D("_1 _2 _3 _4 _5") << QString();
+    }
+    void afterADeletionTheNextRowIsCurrent() {
+        QFETCH(QString, deleted);
+        QFETCH(QString, current);
+        OpenPanel panel;
+        auto &list = panel.List("theAccStreamsList");
+        list.SetSorted(false);
+        for (int i = 1; i <= 5; ++i) list.AddRow(QStringLiteral("_%1").arg(i));
+        const QStringList keys = deleted.split(u' ');
+        for (const QString &key : keys) list.SetSelectedItem(list.RowByKey(key));
+        Delete(panel, "theAccStreamDelete",
+               keys.size() == 1
+                   ? D("Удалить выделенную запись из списка?")
+                   : QStringLiteral("Удалить выделенные записи (%1) из списка?").arg(keys.size()),
+               D("Да"));
+        QCOMPARE(list.SelectedItem() ? list.SelectedItem()->Key() : QString(), current);
+        QCOMPARE(SelectedKeys(list), QString());
+    }
+
     void severalRowsAreDeleted() {
         OpenPanel panel;
         panel.SetTaxpayersType(Taxpayers);

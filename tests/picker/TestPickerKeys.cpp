@@ -272,6 +272,28 @@ private slots:
         }
     }
 
+    /// The natural road: filter, take all that is left, mark it.
+    void filterThenAllThenBlankMarksWhatIsLeft() {
+        QCOMPARE(Chosen([](ModalDriver &, Picker &picker) {
+                     picker.Type(D("ооо"));
+                     picker.Press(Qt::Key_A, Qt::ControlModifier);
+                     picker.Press(Qt::Key_Space);
+                     picker.Press(Qt::Key_Return);
+                 }),
+                 D("_1 _3 _4"));
+    }
+
+    void selectedRowsAreCopied() {
+        Run([](Picker &picker) {
+            picker.ClickRow("_2");
+            picker.ClickRow("_4", Qt::ControlModifier);
+            picker.Press(Qt::Key_C, Qt::ControlModifier);
+            QCOMPARE(QGuiApplication::clipboard()->text(),
+                     D("7702\t770102001\tАО Альфа\t\n7704\t990104001\tБета\tООО Гамма (7703)"));
+            QCOMPARE(picker.Filter().text(), QString());
+        });
+    }
+
     void enterAfterAClickOnAButtonIsOk() {
         QCOMPARE(Chosen([](ModalDriver &, Picker &picker) {
                      picker.Click("theCheckAll");
