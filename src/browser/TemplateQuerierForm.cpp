@@ -8,6 +8,7 @@
 #include <QPushButton>
 
 #include "browser/TextPane.h"
+#include "controls/AltKeys.h"
 #include "controls/Fonts.h"
 #include "controls/ListView.h"
 #include "controls/Pictures.h"
@@ -198,6 +199,7 @@ void TemplateQuerierForm::MakeElements() {
     theCatInfo = findChild<TextPane *>(QStringLiteral("theCatInfo"));
     theTimeList = findChild<ListView *>(QStringLiteral("theTimeList"));
     theClose = findChild<QPushButton *>(QStringLiteral("theClose"));
+    GiveAltKey(*theClose, u'З');
     theClose->setAutoDefault(false);  // Enter in the filter must not close the window
     for (const FormColumn &column : theFormColumns)
         theFormList->AddColumn(column.Caption.toString(), column.Width);

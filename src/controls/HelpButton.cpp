@@ -23,6 +23,7 @@ DHelpButton::DHelpButton(const QString &aPage, QWidget *aParent)
     : QPushButton(aParent), thePage(aPage) {
     setIcon(StandardPicture(HelpPicture));
     setToolTip(theTitle);
+    setShortcut(Qt::Key_F1);
     setAccessibleName(theTitle);
     connect(this, &QPushButton::clicked, this, &DHelpButton::OpenPage);
 }

@@ -70,7 +70,19 @@ void TabControl::AddTab(const QString &aKey, const QString &aCaption, QWidget *a
     aPage->setVisible(theTabs.empty());
     theTabs.push_back({aKey, aPage, QString()});
     theBar->addTab(aCaption);
+    GiveTabKey(TabCount() - 1);
     PlacePages();
+}
+
+/// A digit is the same in all layouts of the keyboard.
+void TabControl::GiveTabKey(int aPosition) {
+    constexpr int theMostKeys = 9;
+    if (aPosition >= theMostKeys) return;
+    const QKeySequence key(Qt::ALT | Qt::Key(Qt::Key_1 + aPosition));
+    auto *shortcut = new QShortcut(key, this);
+    connect(shortcut, &QShortcut::activated, this,
+            [this, aPosition] { theBar->setCurrentIndex(aPosition); });
+    theBar->setTabToolTip(aPosition, key.toString(QKeySequence::NativeText));
 }
 
 const QString &TabControl::TabKey(int aPosition) const {

@@ -13,7 +13,7 @@ namespace Vk_DocQuery {
 
 /// Tabs found by key, each with a page and a picture. The pages lie at a fixed place under the tab
 /// bar. Ctrl+Tab and Ctrl+PgDn go to the next tab, with Shift or Ctrl+PgUp to the one before, from
-/// everywhere in the window.
+/// everywhere in the window; Alt with the number of a tab goes to that one.
 class TabControl : public QWidget {
     Q_OBJECT
 
@@ -55,6 +55,7 @@ private:
     };
 
     int PositionOf(const QString &aKey) const;
+    void GiveTabKey(int aPosition);
     void GoBy(int aStep);
     void ShowPage(int aPosition);
     void FocusFirstOn(const QWidget &aPage);

@@ -6,6 +6,7 @@
 #include <QResizeEvent>
 #include <QWindow>
 
+#include "controls/AltKeys.h"
 #include "controls/Colours.h"
 #include "controls/DateBox.h"
 #include "controls/Fonts.h"
@@ -296,31 +297,34 @@ void DocQueryOptionsFrm::LoadControls() {
         QPushButton *&Element;
         QString Name;
         QString Caption;
+        char16_t AltKey;
         int Picture;  // 0: none
         int Left;
         int Width;
         void (DocQueryOptionsFrm::*Handler)();
     };
     const ButtonRow rows[] = {
-        {theLoad, QStringLiteral("theLoad"), QStringLiteral("Загрузить ..."), 0, 180, 1575,
+        {theLoad, QStringLiteral("theLoad"), QStringLiteral("Загрузить ..."), u'З', 0, 180, 1575,
          &DocQueryOptionsFrm::theLoad_Click},
-        {theSave, QStringLiteral("theSave"), QStringLiteral("Сохранить"), 0, 1800, 1575,
+        {theSave, QStringLiteral("theSave"), QStringLiteral("Сохранить"), u'С', 0, 1800, 1575,
          &DocQueryOptionsFrm::theSave_Click},
-        {theSaveAs, QStringLiteral("theSaveAs"), QStringLiteral("Сохранить как ..."), 0, 3420, 1695,
-         &DocQueryOptionsFrm::theSaveAs_Click},
-        {theOK, QStringLiteral("theOK"), QStringLiteral("OK"), 5, 8940, 1395,
+        {theSaveAs, QStringLiteral("theSaveAs"), QStringLiteral("Сохранить как ..."), u'А', 0, 3420,
+         1695, &DocQueryOptionsFrm::theSaveAs_Click},
+        {theOK, QStringLiteral("theOK"), QStringLiteral("OK"), u'К', 5, 8940, 1395,
          &DocQueryOptionsFrm::theOK_Click},
-        {theCancel, QStringLiteral("theCancel"), QStringLiteral("Отмена"), 2, 10440, 1635,
+        {theCancel, QStringLiteral("theCancel"), QStringLiteral("Отмена"), u'О', 2, 10440, 1635,
          &DocQueryOptionsFrm::theCancel_Click},
     };
     for (const ButtonRow &row : rows) {
         row.Element = row.Picture != 0 ? new DButton(row.Caption, row.Picture, theBottomFrame)
                                        : new QPushButton(row.Caption, theBottomFrame);
         Place(*row.Element, row.Name, row.Left, 180, row.Width, 495);
+        GiveAltKey(*row.Element, row.AltKey);
         connect(row.Element, &QPushButton::clicked, this, row.Handler);
     }
     theHelp = new DHelpButton(theHelpPage, theBottomFrame);
     Place(*theHelp, QStringLiteral("theHelp"), 6300, 180, 1395, 495);
+    GiveAltKey(*theHelp, u'П', QStringLiteral("F1"));
     theOK->setDefault(true);
     theCancel->setProperty(DateBox::theChecksProperty, false);  // leaves a half typed date alone
 

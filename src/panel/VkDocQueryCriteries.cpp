@@ -142,6 +142,7 @@ VkDocQueryCriteries::VkDocQueryCriteries(QWidget *aParent) try : QWidget(aParent
     NameForReaders();
     SetUpLists();
     ConnectClicks();
+    GiveKeys();
     resize(DesignSize());
 } catch (...) {
     RaiseErrorUp(theModule, "Class_Initialize");

@@ -134,6 +134,7 @@ private:
     void DescribeForReaders(const ElementRow &aRow, QWidget &aElement, const QString &aCaption);
     void SetUpLists();
     void ConnectClicks();
+    void GiveKeys();
 
     ListRow *AddItemOfType(const std::shared_ptr<Record> &aObject, qint32 aObjectsType);
 

@@ -8,6 +8,7 @@
 
 #include <Vk_DocQuery/Records.h>
 
+#include "controls/AltKeys.h"
 #include "controls/FilterBox.h"
 #include "controls/Fonts.h"
 #include "controls/ListView.h"
@@ -72,6 +73,7 @@ void SelectObjectsForm::MakeElements() {
     struct ButtonRow {
         QString Name;
         QString Caption;
+        char16_t AltKey;
         int Picture;  // 0: none
         int Left;
         int Width;
@@ -79,24 +81,25 @@ void SelectObjectsForm::MakeElements() {
         void (SelectObjectsForm::*Handler)();
     };
     const ButtonRow rows[] = {
-        {QStringLiteral("theCheckAll"), QStringLiteral("Пометить всё"), 0, 120, 1635, Place::Top,
-         &SelectObjectsForm::theCheckAll_Click},
-        {QStringLiteral("theUncheckAll"), QStringLiteral("Снять все отметки"), 0, 1800, 1875,
+        {QStringLiteral("theCheckAll"), QStringLiteral("Пометить всё"), u'П', 0, 120, 1635,
+         Place::Top, &SelectObjectsForm::theCheckAll_Click},
+        {QStringLiteral("theUncheckAll"), QStringLiteral("Снять все отметки"), u'С', 0, 1800, 1875,
          Place::Top, &SelectObjectsForm::theUncheckAll_Click},
-        {QStringLiteral("theCheckSelected"), QStringLiteral("Пометить выделенные"), 0, 3780, 2115,
-         Place::Top, &SelectObjectsForm::theCheckSelected_Click},
-        {QStringLiteral("theUncheckSelected"), QStringLiteral("Снять отметки с выделенного"), 0,
-         5940, 2715, Place::Top, &SelectObjectsForm::theUncheckSelected_Click},
-        {QStringLiteral("theOK"), QStringLiteral("OK"), OkPicture, 9600, 1395,
+        {QStringLiteral("theCheckSelected"), QStringLiteral("Пометить выделенные"), u'В', 0, 3780,
+         2115, Place::Top, &SelectObjectsForm::theCheckSelected_Click},
+        {QStringLiteral("theUncheckSelected"), QStringLiteral("Снять отметки с выделенного"), u'Т',
+         0, 5940, 2715, Place::Top, &SelectObjectsForm::theUncheckSelected_Click},
+        {QStringLiteral("theOK"), QStringLiteral("OK"), u'К', OkPicture, 9600, 1395,
          Place::Left | Place::Top, &SelectObjectsForm::theOK_Click},
-        {QStringLiteral("theCancel"), QStringLiteral("Отмена"), CancelPicture, 11100, 1635,
+        {QStringLiteral("theCancel"), QStringLiteral("Отмена"), u'О', CancelPicture, 11100, 1635,
          Place::Left | Place::Top, &SelectObjectsForm::theCancel_Click},
     };
     for (const ButtonRow &row : rows) {
         QPushButton *button = row.Picture != 0 ? new DButton(row.Caption, row.Picture, this)
                                                : new QPushButton(row.Caption, this);
         button->setObjectName(row.Name);
-        button->setAutoDefault(row.Picture == CancelPicture);
+        button->setAutoDefault(true);  // Enter presses the one that has the focus
+        GiveAltKey(*button, row.AltKey);
         // A click leaves the focus in the list, so that the blank goes on marking rows.
         button->setFocusPolicy(Qt::TabFocus);
         connect(button, &QPushButton::clicked, this, row.Handler);

@@ -276,6 +276,61 @@ private slots:
         QCOMPARE(SelectedKeys(list), QString());
     }
 
+    void keysInAListDoWhatItsButtonsDo_data() {
+        QTest::addColumn<QString>("tab");
+        QTest::addColumn<QString>("tick");
+        QTest::addColumn<QString>("list");
+        QTest::addColumn<QString>("row");
+        QTest::newRow("templates") << "template"
+                                   << "theIsTemplate"
+                                   << "theTemplatesList"
+                                   << "_21";
+        QTest::newRow("streams") << "accstream"
+                                 << "theIsAccStreamsList"
+                                 << "theAccStreamsList"
+                                 << "_11";
+        QTest::newRow("taxpayers") << "taxpayer"
+                                   << "theIsTaxpayers"
+                                   << "theTaxpayersList"
+                                   << "_1";
+    }
+    void keysInAListDoWhatItsButtonsDo() {
+        QFETCH(QString, tab);
+        QFETCH(QString, tick);
+        QFETCH(QString, list);
+        QFETCH(QString, row);
+        OpenPanel panel;
+        VkDocQueryData record;
+        panel.DistributeValues(record);
+        panel.SetCurrentTab(tab);
+        panel.Check(tick.toLatin1().constData()).SetValue(1);
+        panel.show();
+        QVERIFY(QTest::qWaitForWindowActive(&panel));
+        auto &rows = panel.List(list.toLatin1().constData());
+        rows.setFocus();
+        ModalDriver driver;
+        ExpectPicker(driver, [&](Picker &picker) {
+            picker.ClickMark(row.toLatin1().constData());
+            picker.Click("theOK");
+        });
+        QTest::keyClick(&rows, Qt::Key_Insert);
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(Keys(rows), row);
+        panel.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&panel));
+        driver.ExpectBox(theDeleteTitle, D("Удалить выделенную запись из списка?"), D("Да"));
+        QTest::keyClick(&rows, Qt::Key_Delete);
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(rows.RowCount(), 0);
+        // Elsewhere the keys are what they are there.
+        panel.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&panel));
+        panel.Check(tick.toLatin1().constData()).setFocus();
+        QTest::keyClick(panel.focusWidget(), Qt::Key_Delete);
+        QTest::keyClick(panel.focusWidget(), Qt::Key_Insert);
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
     void severalRowsAreDeleted() {
         OpenPanel panel;
         panel.SetTaxpayersType(Taxpayers);

@@ -256,7 +256,7 @@ private slots:
 
     void enterIsOk_data() {
         QTest::addColumn<QString>("element");
-        for (const char *name : {"theFilter", "theList", "theCheckAll", "theOK"})
+        for (const char *name : {"theFilter", "theList", "theOK"})
             QTest::newRow(name) << QString::fromLatin1(name);
     }
     void enterIsOk() {
@@ -269,6 +269,36 @@ private slots:
                          QVERIFY(!picker.Window.isVisible());
                      }),
                      D("_2"));
+        }
+    }
+
+    void enterPressesTheButtonWithTheFocus_data() {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("marked");
+        QTest::newRow("theCheckAll") << "theCheckAll"
+                                     << "_1 _2 _3 _4 _5";
+        QTest::newRow("theUncheckAll") << "theUncheckAll"
+                                       << "";
+        QTest::newRow("theCheckSelected") << "theCheckSelected"
+                                          << "_1 _2 _3";
+        QTest::newRow("theUncheckSelected") << "theUncheckSelected"
+                                            << "_1";
+    }
+    void enterPressesTheButtonWithTheFocus() {
+        QFETCH(QString, button);
+        QFETCH(QString, marked);
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+            Run([&](Picker &picker) {
+                picker.ClickMark("_1");
+                picker.ClickMark("_2");
+                picker.ClickRow("_2");
+                picker.ClickRow("_3", Qt::ControlModifier);
+                while (picker.Window.focusWidget()->objectName() != button)
+                    picker.Press(Qt::Key_Tab);
+                picker.Press(key);
+                QVERIFY(picker.Window.isVisible());
+                QCOMPARE(picker.Marked(), marked);
+            });
         }
     }
 
