@@ -12,6 +12,7 @@
 #include "controls/Fonts.h"
 #include "controls/ListView.h"
 #include "controls/Pictures.h"
+#include "controls/TextBox.h"
 #include "foundation/Clock.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkCommonCalc.h"
@@ -97,7 +98,7 @@ QWidget *MakeElement(const Element &aElement, QWidget *aParent) {
         case Kind::Label:
             return MakeLabel(aElement, aParent);
         case Kind::FilterBox:
-            return new QLineEdit(aParent);
+            return new TextBox(aParent);
         case Kind::List:
             return new ListView(aParent);
         case Kind::Pane:

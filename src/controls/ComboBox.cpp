@@ -1,9 +1,8 @@
 #include "controls/ComboBox.h"
 
-#include <limits>
-
-#include <QLineEdit>
 #include <QWheelEvent>
+
+#include "controls/TextBox.h"
 
 namespace Vk_DocQuery {
 
@@ -13,9 +12,9 @@ ComboBox::ComboBox(Kind aKind, QWidget *aParent) : QComboBox(aParent) {
     setFocusPolicy(Qt::StrongFocus);
     if (aKind == Fixed) return;
     setEditable(true);
+    setLineEdit(new TextBox(this));
     setInsertPolicy(NoInsert);
     setCompleter(nullptr);
-    lineEdit()->setMaxLength(std::numeric_limits<int>::max());
 }
 
 void ComboBox::AddItem(const QString &aText, qint32 aItemData) {

@@ -2,8 +2,8 @@
 
 #include <QKeyEvent>
 #include <QLabel>
-#include <QLineEdit>
 
+#include "controls/TextBox.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkGraphLight.h"
 
@@ -32,9 +32,9 @@ bool IsEditing(const QKeyEvent &aEvent) {
 }  // namespace
 
 /// Takes keys that were sent to another element.
-class VkFilterBox::Line : public QLineEdit {
+class VkFilterBox::Line : public TextBox {
 public:
-    using QLineEdit::QLineEdit;
+    using TextBox::TextBox;
     void TakeKey(QKeyEvent &aEvent) { keyPressEvent(&aEvent); }
 };
 

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include <QRegularExpression>
 #include <QValidator>
 
 #include <Vk_DocQuery/Failure.h>
@@ -15,12 +16,7 @@ public:
     double Lowest = -999999999999999.0;
     double Highest = 99999999999999.0;
 
-    State validate(QString &aText, int &rCaret) const override {
-        for (qsizetype i = aText.size() - 1; i >= 0; --i) {
-            if (!aText.at(i).isSpace()) continue;
-            aText.remove(i, 1);
-            if (i < rCaret) --rCaret;
-        }
+    State validate(QString &aText, int & /*rCaret*/) const override {
         const bool minus = aText.startsWith(u'-');
         if (minus && Lowest >= 0) return Invalid;
         const QStringView digits = QStringView(aText).mid(minus ? 1 : 0);
@@ -36,7 +32,7 @@ public:
     }
 };
 
-NumberBox::NumberBox(QWidget *aParent) : QLineEdit(aParent), theValidator(new Validator(this)) {
+NumberBox::NumberBox(QWidget *aParent) : TextBox(aParent), theValidator(new Validator(this)) {
     setValidator(theValidator);
 }
 
@@ -67,6 +63,16 @@ void NumberBox::SetValue(const LooseValue &aValue) {
     setText(QString::number(static_cast<qint64>(number)));
 }
 
+/// Line ends and tabs inside part numbers, of which two make no third one.
+void NumberBox::Enter(const QString &aForeign) {
+    static const QRegularExpression blanks(QStringLiteral("[ \\p{Zs}]+"));
+    static const QRegularExpression sign(QStringLiteral("^№+"));
+    static const QRegularExpression minus(QStringLiteral("^[\\x{2212}\\x{2013}]"));
+    QString number = aForeign.trimmed().remove(blanks).remove(sign);
+    number.replace(minus, QStringLiteral("-"));
+    if (!number.isEmpty()) InsertStep(number);
+}
+
 /// A number that is left is shown in the form "####0", without leading zeros; a lone minus is no
 /// number.
 void NumberBox::focusOutEvent(QFocusEvent *aEvent) {
@@ -74,7 +80,7 @@ void NumberBox::focusOutEvent(QFocusEvent *aEvent) {
     const auto *number = std::get_if<double>(&value);
     const QString shown = number ? QString::number(static_cast<qint64>(*number)) : QString();
     if (shown != text()) setText(shown);
-    QLineEdit::focusOutEvent(aEvent);
+    TextBox::focusOutEvent(aEvent);
 }
 
 }  // namespace Vk_DocQuery

@@ -1,14 +1,15 @@
 #pragma once
 
-#include <QLineEdit>
-
 #include <Vk_DocQuery/LooseValue.h>
+
+#include "controls/TextBox.h"
 
 namespace Vk_DocQuery {
 
 /// A box for whole numbers that may stay blank. Only what is on the way to a number within the
-/// bounds can be typed or pasted; blanks in it are left out.
-class NumberBox : public QLineEdit {
+/// bounds can be typed or pasted; of what is pasted, blanks of any kind and a number sign before it
+/// are left out, and a typographic minus is a minus.
+class NumberBox : public TextBox {
     Q_OBJECT
 
 public:
@@ -21,6 +22,7 @@ public:
     void SetValue(const LooseValue &aValue);
 
 protected:
+    void Enter(const QString &aForeign) override;
     void focusOutEvent(QFocusEvent *aEvent) override;
 
 private:

@@ -1,7 +1,6 @@
 #include "panel/VkDocQueryCriteries.h"
 
 #include <algorithm>
-#include <limits>
 #include <vector>
 
 #include <QApplication>
@@ -9,7 +8,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QTabBar>
 
 #include "controls/CheckBox.h"
@@ -22,6 +20,7 @@
 #include "controls/Pictures.h"
 #include "controls/ScrollBox.h"
 #include "controls/TabControl.h"
+#include "controls/TextBox.h"
 #include "foundation/Clock.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkGraphLight.h"
@@ -54,35 +53,6 @@ QSize DesignSize() {
 QRect PixelRect(const ElementRow &aRow) {
     return {PixelsFromTwips(aRow.Left), PixelsFromTwips(aRow.Top), PixelsFromTwips(aRow.Width),
             PixelsFromTwips(aRow.Height)};
-}
-
-/// What is pasted from a table or a letter brings line ends along. A box of one line does not show
-/// them, but no surname would be found with one behind it.
-void KeepToOneLine(QLineEdit &aText) {
-    static const QRegularExpression lineEnds(QStringLiteral("[\\r\\n\\x{2028}\\x{2029}]+"));
-    static const QRegularExpression outerLineEnds(
-        QStringLiteral("^%1|%1$").arg(lineEnds.pattern()));
-    const auto onOneLine = [](QString aPart) {
-        return aPart.replace(lineEnds, QStringLiteral(" "));
-    };
-    const QString typed = aText.text();
-    if (!typed.contains(lineEnds)) return;
-    if (aText.isRedoAvailable() && aText.isUndoAvailable()) {
-        aText.undo();  // on the way back through what was pasted
-        return;
-    }
-    const QString whole = onOneLine(QString(typed).remove(outerLineEnds));
-    const qsizetype caret = onOneLine(typed.left(aText.cursorPosition())).size();
-    aText.selectAll();
-    aText.insert(whole);  // not setText, which would forget what can be undone
-    aText.setCursorPosition(static_cast<int>(std::min(caret, whole.size())));
-}
-
-QLineEdit *MadeText(QWidget *aParent) {
-    auto *text = new QLineEdit(aParent);
-    text->setMaxLength(std::numeric_limits<int>::max());
-    QObject::connect(text, &QLineEdit::textEdited, text, [text] { KeepToOneLine(*text); });
-    return text;
 }
 
 NumberBox *MadeNumberBox(QWidget *aParent) {
@@ -192,7 +162,7 @@ QWidget *VkDocQueryCriteries::MadeElement(const ElementRow &aRow, QWidget *aPare
         case ElementKind::List:
             return new ListView(aParent);
         case ElementKind::Text:
-            return MadeText(aParent);
+            return new TextBox(aParent);
         case ElementKind::Label:
             return new QLabel(caption, aParent);
         case ElementKind::ScrollBox:

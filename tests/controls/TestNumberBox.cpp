@@ -91,6 +91,20 @@ private slots:
                                 << "42";
         QTest::newRow("with blanks") << " 1 234\u00a0567 "
                                      << "1234567";
+        QTest::newRow("narrow blanks") << QStringLiteral("1\u202f234\u2009567") << "1234567";
+        QTest::newRow("cell of a table") << "42\r\n"
+                                         << "42";
+        QTest::newRow("number sign") << QStringLiteral("№ 15") << "15";
+        QTest::newRow("number sign behind blanks") << QStringLiteral("\u00a0№15 ") << "15";
+        QTest::newRow("number sign inside") << QStringLiteral("1№5") << "7";
+        QTest::newRow("typographic minus") << QStringLiteral("\u22125") << "-5";
+        QTest::newRow("dash for a minus") << QStringLiteral("\u2013 5") << "-5";
+        QTest::newRow("typographic minus inside") << QStringLiteral("1\u22125") << "7";
+        QTest::newRow("two numbers") << "12\n13"
+                                     << "7";
+        QTest::newRow("two cells") << "12\t13"
+                                   << "7";
+        QTest::newRow("too small") << QStringLiteral("\u22121 000 000 000 000 000") << "7";
         QTest::newRow("text") << "abc"
                               << "7";
         QTest::newRow("fraction") << "1.5"
@@ -110,6 +124,35 @@ private slots:
         QTest::keyClick(&box, Qt::Key_A, Qt::ControlModifier);
         QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(box.text(), text);
+    }
+
+    void MinusMeansNothingWhereNumbersBeginAtNought() {
+        NumberBox box;
+        box.SetBounds(0, 100);
+        box.SetValue(7);
+        Show(box);
+        QGuiApplication::clipboard()->setText(QStringLiteral("\u22125"));
+        box.selectAll();
+        QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(box.text(), QStringLiteral("7"));
+    }
+
+    void PastedNumberIsUndoneAndRedone() {
+        NumberBox box;
+        Show(box);
+        QTest::keyClicks(&box, QStringLiteral("12"));
+        QGuiApplication::clipboard()->setText(QStringLiteral(" 3 4 "));
+        QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
+        QTest::keyClicks(&box, QStringLiteral("5 6"));
+        QCOMPARE(box.text(), QStringLiteral("123456"));
+        for (const char *text : {"1234", "12", ""}) {
+            QTest::keyClick(&box, Qt::Key_Z, Qt::ControlModifier);
+            QCOMPARE(box.text(), QString::fromLatin1(text));
+        }
+        for (const char *text : {"12", "1234", "123456"}) {
+            QTest::keyClick(&box, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+            QCOMPARE(box.text(), QString::fromLatin1(text));
+        }
     }
 
     void NumbersAreShownWithoutGrouping() {
