@@ -6,9 +6,10 @@
 #include <QApplication>
 #include <QCalendarWidget>
 #include <QFrame>
+#include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QLineEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QStyledItemDelegate>
 #include <QTableView>
@@ -18,6 +19,8 @@
 
 #include <Vk_DocQuery/Failure.h>
 
+#include "controls/AltKeys.h"
+#include "controls/TextBox.h"
 #include "foundation/Clock.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkGraphLight.h"
@@ -54,9 +57,86 @@ bool IsClosingKey(const QKeyEvent &aEvent) {
            (aEvent.key() == Qt::Key_Up && (aEvent.modifiers() & Qt::AltModifier) != 0);
 }
 
+/// Where the parts of a date stand, and between what numbers each lies.
+struct DatePart {
+    int Start;
+    int Length;
+    int Lowest;
+    int Highest;
+};
+enum PartIndex : std::size_t { DayPart, MonthPart, YearPart };
+constexpr std::array theParts{DatePart{0, 2, 1, 31}, DatePart{3, 2, 1, 12},
+                              DatePart{6, 4, 1000, 9999}};
+
+PartIndex PartAt(int aPlace) {
+    return aPlace < theParts[MonthPart].Start  ? DayPart
+           : aPlace < theParts[YearPart].Start ? MonthPart
+                                               : YearPart;
+}
+
+/// Years of one or two digits are of this century below 30 and of the last one from there.
+int FullYear(int aYear) {
+    constexpr int theFirstOfLastCentury = 30;
+    if (aYear >= 100) return aYear;
+    return aYear + (aYear < theFirstOfLastCentury ? 2000 : 1900);
+}
+
+QString DateText(int aDay, int aMonth, int aYear) {
+    return QStringLiteral("%1.%2.%3")
+        .arg(aDay, 2, 10, QChar(u'0'))
+        .arg(aMonth, 2, 10, QChar(u'0'))
+        .arg(aYear, 4, 10, QChar(u'0'));
+}
+
+/// A text from elsewhere in the form of the box if it is written like a date, year first or last,
+/// with or without a time behind it; otherwise nothing. It need not be one: whoever leaves it is
+/// told so.
+QString DateWrittenIn(const QString &aForeign) {
+    static const QRegularExpression form(QStringLiteral(
+        "^(?:(?<year>[0-9]{4})[-./](?<month>[0-9]{1,2})[-./](?<day>[0-9]{1,2})|"
+        "(?<day2>[0-9]{1,2})[-./](?<month2>[0-9]{1,2})[-./](?<year2>[0-9]{4}|[0-9]{1,2}))"
+        "(?:[T ]+[0-9]{1,2}:[0-9:.]+Z?)?\\s*(?:г\\.?|года)?$"));
+    const auto match = form.match(aForeign.trimmed());
+    if (!match.hasMatch()) return QString();
+    const auto number = [&](const QString &aName) {
+        const QString first = match.captured(aName);
+        return (first.isEmpty() ? match.captured(aName + u'2') : first).toInt();
+    };
+    return DateText(number(QStringLiteral("day")), number(QStringLiteral("month")),
+                    FullYear(number(QStringLiteral("year"))));
+}
+
+QDate Stepped(QDate aDate, PartIndex aPart, int aBy) {
+    switch (aPart) {
+        case DayPart:
+            return aDate.addDays(aBy);
+        case MonthPart:
+            return aDate.addMonths(aBy);
+        case YearPart:
+            return aDate.addYears(aBy);
+    }
+    Q_UNREACHABLE();
+}
+
 }  // namespace
 
-/// The drop-down calendar with a button that empties the box.
+/// Takes a whole date in the place of all that stands there, and other texts as far as the mask
+/// lets them in.
+class DateBox::Line : public TextBox {
+public:
+    explicit Line(QWidget *aParent) : TextBox(aParent) {
+        setInputMask(QStringLiteral("99.99.9999;_"));
+    }
+
+protected:
+    void Enter(const QString &aForeign) override {
+        const QString date = DateWrittenIn(aForeign);
+        if (!date.isEmpty()) selectAll();
+        insert(date.isEmpty() ? OnOneLine(aForeign).trimmed() : date);
+    }
+};
+
+/// The drop-down calendar with buttons for today and for no date.
 class DateBox::Popup : public QFrame {
 public:
     explicit Popup(DateBox &aBox) : QFrame(&aBox, Qt::Popup), theBox(aBox) {
@@ -71,10 +151,11 @@ public:
         Calendar->setHorizontalHeaderFormat(QCalendarWidget::ShortDayNames);
         Calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
         Calendar->setDateRange(aBox.theEarliest, aBox.theLatest);
-        auto *clear = new QPushButton(QStringLiteral("Очистить"), this);
-        clear->setAutoDefault(false);
         layout->addWidget(Calendar);
-        layout->addWidget(clear);
+        auto *buttons = new QHBoxLayout;
+        layout->addLayout(buttons);
+        AddButton(*buttons, QStringLiteral("Сегодня"), u'С', Today);
+        AddButton(*buttons, QStringLiteral("Очистить"), u'О', [] { return QDate(); });
 
         auto *days = Calendar->findChild<QTableView *>();
         days->setItemDelegateForRow(0, new WeekDayNames(this));
@@ -83,7 +164,6 @@ public:
                 [this](QDate aDate) { theBox.Take(aDate); });
         connect(Calendar, &QCalendarWidget::activated, this,
                 [this](QDate aDate) { theBox.Take(aDate); });
-        connect(clear, &QPushButton::clicked, this, [this] { theBox.Take(QDate()); });
         connect(Calendar, &QCalendarWidget::currentPageChanged, this, [this] { NameMonth(); });
         setFocusProxy(days);
         ColourWeekends();
@@ -115,6 +195,17 @@ protected:
     }
 
 private:
+    void AddButton(QLayout &aLayout, const QString &aCaption, char16_t aAltKey, QDate (*aDate)()) {
+        auto *button = new QPushButton(aCaption, this);
+        button->setAutoDefault(true);  // Enter presses the one that has the focus
+        GiveAltKey(*button, aAltKey);
+        connect(button, &QPushButton::clicked, this, [this, aDate] {
+            const QDate date = aDate();
+            theBox.Take(date.isValid() ? theBox.Bounded(date) : date);
+        });
+        aLayout.addWidget(button);
+    }
+
     /// The red that a calendar has by itself cannot be read on a dark ground.
     void ColourWeekends() {
         const bool dark = palette().color(QPalette::Base).lightness() <
@@ -168,17 +259,21 @@ private:
 };
 
 DateBox::DateBox(QWidget *aParent)
-    : QWidget(aParent), theEdit(new QLineEdit(this)), theButton(new QToolButton(this)) {
+    : QWidget(aParent), theEdit(new Line(this)), theButton(new QToolButton(this)) {
     static const bool theInterfaceIsEntered = [] {
         QAccessible::installFactory(Interface::Made);
         return true;
     }();
     Q_UNUSED(theInterfaceIsEntered)
-    theEdit->setInputMask(QStringLiteral("99.99.9999;_"));
     theEdit->installEventFilter(this);
+    connect(theEdit, &QLineEdit::textChanged, this, [this] {
+        const LooseValue value = Value();
+        if (IsDate(value)) theLastWhole = std::get<QDate>(value);
+    });
     theButton->setArrowType(Qt::DownArrow);
     theButton->setFocusPolicy(Qt::NoFocus);
     theButton->setAccessibleName(QStringLiteral("Календарь"));
+    theButton->setToolTip(QStringLiteral("Календарь (Alt+↓, F4)"));
     connect(theButton, &QToolButton::clicked, this, &DateBox::OpenCalendar);
     setFocusProxy(theEdit);
     setFocusPolicy(Qt::StrongFocus);
@@ -202,6 +297,7 @@ LooseValue DateBox::Value() const {
 void DateBox::SetValue(const LooseValue &aValue) {
     if (IsNull(aValue) || IsEmpty(aValue)) {
         theEdit->clear();
+        theLastWhole = QDate();
         return;
     }
     const QDate date = ToDate(aValue);
@@ -225,6 +321,7 @@ bool DateBox::CheckText() try {
     if (theWarning) return false;
     theWarning = true;
     emit WrongText();
+    theEdit->setFocus(Qt::OtherFocusReason);
     ShowWarningBox(Complaint(), QStringLiteral("Дата"));
     theWarning = false;
     window()->activateWindow();
@@ -257,16 +354,17 @@ QDate DateBox::TypedDate() const {
     return QDate(parts.at(2).toInt(), parts.at(1).toInt(), parts.at(0).toInt());
 }
 
+void DateBox::DropUnfinished() {
+    if (IsAcceptable()) return;
+    if (theLastWhole.isValid())
+        SetValue(theLastWhole);
+    else
+        theEdit->clear();
+}
+
 void DateBox::SelectWrongPart() {
-    struct Part {
-        int Start;
-        int Length;
-        int Lowest;
-        int Highest;
-    };
-    constexpr std::array theParts{Part{0, 2, 1, 31}, Part{3, 2, 1, 12}, Part{6, 4, 1000, 9999}};
     const QString shown = theEdit->displayText();
-    for (const Part &part : theParts) {
+    for (const DatePart &part : theParts) {
         const int number = QString(shown.mid(part.Start, part.Length)).remove(u'_').toInt();
         if (number >= part.Lowest && number <= part.Highest) continue;
         theEdit->setSelection(part.Start, part.Length);
@@ -307,17 +405,67 @@ bool DateBox::EditKey(const QKeyEvent &aEvent) {
         OpenCalendar();
         return true;
     }
+    const bool steps = aEvent.key() == Qt::Key_Up || aEvent.key() == Qt::Key_Down;
+    if (steps && (aEvent.modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier)) == 0) {
+        StepPart(aEvent.key() == Qt::Key_Up ? 1 : -1);
+        return true;
+    }
     const bool enter = aEvent.key() == Qt::Key_Return || aEvent.key() == Qt::Key_Enter;
     return enter && !CheckText();
+}
+
+/// A blank box takes today's date. A date goes on to the next month or year and stops at the
+/// bounds; of what is no date the part alone changes, and a part that is blank becomes today's.
+void DateBox::StepPart(int aBy) {
+    const PartIndex index =
+        PartAt(theEdit->hasSelectedText() ? theEdit->selectionStart() : theEdit->cursorPosition());
+    const DatePart &part = theParts[index];
+    const QDate typed = TypedDate();
+    if (IsBlank()) {
+        PutDate(Bounded(Today()));
+    } else if (typed.isValid()) {
+        const QDate stepped = Stepped(typed, index, aBy);
+        PutDate(stepped == Bounded(stepped) ? stepped : Bounded(typed));
+    } else {
+        const QString digits = theEdit->displayText().mid(part.Start, part.Length).remove(u'_');
+        const QString today = Today().toString(theFormat).mid(part.Start, part.Length);
+        const int present = index == YearPart ? FullYear(digits.toInt()) : digits.toInt();
+        const int number =
+            digits.isEmpty() ? today.toInt() : std::clamp(present + aBy, part.Lowest, part.Highest);
+        theEdit->setSelection(part.Start, part.Length);
+        theEdit->insert(QString::number(number).rightJustified(part.Length, u'0'));
+    }
+    theEdit->setSelection(part.Start, part.Length);
+}
+
+/// Not setText, which would forget what can be undone.
+void DateBox::PutDate(QDate aDate) {
+    theEdit->selectAll();
+    theEdit->insert(aDate.toString(theFormat));
+}
+
+QDate DateBox::Bounded(QDate aDate) const {
+    return std::clamp(aDate, theEarliest, theLatest);
 }
 
 void DateBox::FocusLeft() {
     const QWidget *focus = QApplication::focusWidget();
     if (focus == theEdit) return;
-    if (focus &&
-        (focus->window() != window() || focus->property(theChecksProperty) == QVariant(false)))
-        return;
+    if (focus && focus->window() != window()) return;
+    if (focus && focus->property(theChecksProperty) == QVariant(false)) return CheckLater();
     if (window()->isVisible()) CheckText();
+}
+
+/// When the focus goes on within the window.
+void DateBox::CheckLater() {
+    disconnect(theWait);
+    theWait =
+        connect(qApp, &QApplication::focusChanged, this,
+                [this](const QWidget * /*aOld*/, const QWidget *aNow) {
+                    if (!aNow || aNow->window() != window()) return;
+                    disconnect(theWait);
+                    QMetaObject::invokeMethod(this, &DateBox::FocusLeft, Qt::QueuedConnection);
+                });
 }
 
 void DateBox::resizeEvent(QResizeEvent * /*aEvent*/) {
@@ -349,6 +497,7 @@ void DateBox::OpenCalendar() try {
 void DateBox::Take(QDate aDate) {
     thePopup->close();
     theEdit->setText(aDate.isValid() ? aDate.toString(theFormat) : QString());
+    theLastWhole = aDate;
     theEdit->setFocus(Qt::PopupFocusReason);
 }
 

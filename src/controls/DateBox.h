@@ -11,7 +11,8 @@ namespace Vk_DocQuery {
 
 /// A masked box for a date "dd.mm.yyyy" that may stay empty and then shows "__.__.____", with a
 /// drop-down calendar. A text that is no date cannot be left standing unnoticed: when the focus
-/// leaves it, a box says so and the focus comes back.
+/// leaves it, a box says so and the focus comes back. A pasted date may have other forms; Up and
+/// Down step the part under the caret.
 class DateBox : public QWidget {
     Q_OBJECT
 
@@ -30,11 +31,13 @@ public:
     /// Warns the user of a text that is no date and puts the focus back on it; true if there is
     /// nothing to warn of. For the default button, which Enter presses without moving the focus.
     bool CheckText();
+    /// Puts the last whole date, or blank, in the place of a text that is no date.
+    void DropUnfinished();
 
     QLineEdit *Edit() const { return theEdit; }
 
     /// A widget with this property set to false takes the focus without a check, as a cancel button
-    /// must.
+    /// must. The check comes when the focus goes on from there.
     static constexpr char theChecksProperty[] = "causesValidation";
 
 signals:
@@ -46,6 +49,7 @@ protected:
     void resizeEvent(QResizeEvent *aEvent) override;
 
 private:
+    class Line;
     class Popup;
     class Interface;
 
@@ -53,6 +57,10 @@ private:
     void OpenCalendar();
     void Take(QDate aDate);
     void FocusLeft();
+    void CheckLater();
+    void StepPart(int aBy);
+    void PutDate(QDate aDate);
+    QDate Bounded(QDate aDate) const;
     bool IsBlank() const;
     QDate TypedDate() const;
     QString Complaint() const;
@@ -63,6 +71,8 @@ private:
     Popup *thePopup = nullptr;
     QDate theEarliest{100, 1, 1};
     QDate theLatest{9999, 12, 31};
+    QDate theLastWhole;  // invalid: blank
+    QMetaObject::Connection theWait;
     bool theWarning = false;
 };
 

@@ -44,6 +44,7 @@ constexpr int theMonths = 12;
 constexpr qint32 thePeriodCodes[] = {1, 2,  3,  13, 4,  5,  6,  14, 19, 7, 8,
                                      9, 15, 10, 11, 12, 16, 20, 17, 21, 24};
 constexpr const char *theYearCombos[] = {"theOnePerYear", "thePerYear1", "thePerYear2"};
+constexpr const char *theDateBoxes[] = {"theSignDate1", "theSignDate2"};
 constexpr const char *theLists[] = {"theTemplatesList", "theAccStreamsList", "theTaxpayersList"};
 
 QSize DesignSize() {
@@ -111,6 +112,7 @@ VkDocQueryCriteries::VkDocQueryCriteries(QWidget *aParent) try : QWidget(aParent
     SetTabOrder();
     NameForReaders();
     SetUpLists();
+    SetUpDates();
     ConnectClicks();
     GiveKeys();
     resize(DesignSize());
@@ -244,6 +246,19 @@ void VkDocQueryCriteries::SetUpLists() {
     }
 }
 
+/// A text that is no date brings its page up before the user is asked. Whoever is on the way to
+/// switch the criterion off is not asked, and what is switched off keeps its last whole date.
+void VkDocQueryCriteries::SetUpDates() {
+    The<CheckBox>("theIsSignDate").setProperty(DateBox::theChecksProperty, false);
+    for (const char *name : theDateBoxes) {
+        auto *box = &The<DateBox>(name);
+        connect(box, &DateBox::WrongText, this, [this] { SetCurrentTab(QStringLiteral("doc")); });
+        connect(this, &VkDocQueryCriteries::Refreshed, box, [box] {
+            if (box->parentWidget()->isHidden()) box->DropUnfinished();
+        });
+    }
+}
+
 void VkDocQueryCriteries::Init() try {
     for (const char *list : theLists) The<ListView>(list).SetSmallIcons(PanelImages());
 
@@ -341,11 +356,9 @@ void RaiseWrongElement(const QString &aName) {
 }
 
 bool VkDocQueryCriteries::FinishInput() try {
-    for (const char *name : {"theSignDate1", "theSignDate2"}) {
+    for (const char *name : theDateBoxes) {
         auto &box = The<DateBox>(name);
-        if (box.IsAcceptable() || box.parentWidget()->isHidden()) continue;
-        SetCurrentTab(QStringLiteral("doc"));
-        return box.CheckText();
+        if (!box.IsAcceptable() && !box.parentWidget()->isHidden()) return box.CheckText();
     }
     return true;
 } catch (...) {

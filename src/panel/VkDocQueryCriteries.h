@@ -133,6 +133,7 @@ private:
     void NameForReaders();
     void DescribeForReaders(const ElementRow &aRow, QWidget &aElement, const QString &aCaption);
     void SetUpLists();
+    void SetUpDates();
     void ConnectClicks();
     void GiveKeys();
 

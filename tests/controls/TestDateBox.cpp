@@ -2,7 +2,9 @@
 #include <QCalendarWidget>
 #include <QClipboard>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QStyledItemDelegate>
 #include <QTableView>
 #include <QTest>
@@ -12,6 +14,7 @@
 
 #include "controls/DateBox.h"
 #include "controls/PictureButton.h"
+#include "foundation/Clock.h"
 #include "support/Contrast.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"
@@ -45,6 +48,12 @@ public:
     QLineEdit *Other = new QLineEdit(this);
     DButton *Cancel = new DButton(QStringLiteral("Отмена"), 2, this);
 };
+
+QPushButton *ButtonOf(const Window &aWindow, const QString &aCaption) {
+    for (auto *button : aWindow.Box->findChildren<QPushButton *>())
+        if (button->text() == aCaption) return button;
+    return nullptr;
+}
 
 QString Shown(const LooseValue &aValue) {
     return IsEmpty(aValue) ? QStringLiteral("empty") : ToText(aValue);
@@ -131,6 +140,180 @@ private slots:
         QApplication::clipboard()->setText(QStringLiteral("15.08.2025"));
         QTest::keyClick(window.Edit(), Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(Shown(window.Box->Value()), QStringLiteral("15.08.2025"));
+    }
+
+    void PastedForms_data() {
+        QTest::addColumn<QString>("pasted");
+        QTest::addColumn<QString>("display");
+        const auto row = [](const char *aPasted, const char *aDisplay) {
+            QTest::newRow(aPasted) << QString::fromUtf8(aPasted) << QString::fromUtf8(aDisplay);
+        };
+        row("2025-08-15", "15.08.2025");
+        row("15.08.25", "15.08.2025");
+        row("15/08/2025", "15.08.2025");
+        row("15.8.2025 г.", "15.08.2025");
+        row("15.8.2025г", "15.08.2025");
+        row("15.08.2025 года", "15.08.2025");
+        row("5-8-2025", "05.08.2025");
+        row("2025/8/5", "05.08.2025");
+        row("2025-08-15 00:00:00", "15.08.2025");
+        row("2025-08-15T13:45:00.000Z", "15.08.2025");
+        row("15.08.2025 13:45", "15.08.2025");
+        row("1.2.29", "01.02.2029");
+        row("1.2.30", "01.02.1930");
+        row("1.2.99", "01.02.1999");
+        row("1.2.5", "01.02.2005");
+        row(" \t15.08.25 \r\n", "15.08.2025");
+        row("15082025", "15.08.2025");
+        row("31.02.25", "31.02.2025");  // no date, of which the user is told
+        row("abc", "__.__.____");
+    }
+    void PastedForms() {
+        QFETCH(QString, pasted);
+        QFETCH(QString, display);
+        Window window;
+        QApplication::clipboard()->setText(pasted);
+        QTest::keyClick(window.Edit(), Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(window.Edit()->displayText(), display);
+    }
+
+    /// Wherever the caret is, a whole date takes the place of the one that is there.
+    void PastedDateReplacesTheWholeText() {
+        Window window;
+        window.Box->SetValue(QDate(2019, 3, 8));
+        QApplication::clipboard()->setText(QStringLiteral("2025-08-15"));
+        window.Edit()->setCursorPosition(4);
+        QTest::keyClick(window.Edit(), Qt::Key_Insert, Qt::ShiftModifier);
+        QCOMPARE(Shown(window.Box->Value()), QStringLiteral("15.08.2025"));
+        QTest::keyClick(window.Edit(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(Shown(window.Box->Value()), QStringLiteral("08.03.2019"));
+        // A part of a date goes where the caret is.
+        QApplication::clipboard()->setText(QStringLiteral("12"));
+        window.Edit()->setSelection(3, 2);
+        QTest::keyClick(window.Edit(), Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(Shown(window.Box->Value()), QStringLiteral("08.12.2019"));
+    }
+
+    void DateIsDroppedAndPutInByAnInputMethod() {
+        Window window;
+        window.Box->SetValue(QDate(2019, 3, 8));
+        QMimeData data;
+        data.setText(QStringLiteral("15.08.25"));
+        QDragEnterEvent enter(QPoint(40, 10), Qt::CopyAction, &data, Qt::LeftButton,
+                              Qt::NoModifier);
+        QApplication::sendEvent(window.Edit(), &enter);
+        QDropEvent drop(QPointF(40, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(window.Edit(), &drop);
+        QVERIFY(drop.isAccepted());
+        QCOMPARE(Shown(window.Box->Value()), QStringLiteral("15.08.2025"));
+        QInputMethodEvent committed;
+        committed.setCommitString(QStringLiteral("2024-02-29"));
+        QApplication::sendEvent(window.Edit(), &committed);
+        QCOMPARE(Shown(window.Box->Value()), QStringLiteral("29.02.2024"));
+    }
+
+    void UpAndDownStepThePartUnderTheCaret_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("caret");
+        QTest::addColumn<int>("step");
+        QTest::addColumn<QString>("display");
+        const auto row = [](const char *aName, const char *aText, int aCaret, int aStep,
+                            const char *aDisplay) {
+            QTest::newRow(aName) << QString::fromLatin1(aText) << aCaret << aStep
+                                 << QString::fromLatin1(aDisplay);
+        };
+        row("day", "15.08.2025", 0, 1, "16.08.2025");
+        row("day, in it", "15.08.2025", 1, -1, "14.08.2025");
+        row("month", "15.08.2025", 3, 1, "15.09.2025");
+        row("month, in it", "15.08.2025", 4, -1, "15.07.2025");
+        row("year", "15.08.2025", 6, 1, "15.08.2026");
+        row("year, at the end", "15.08.2025", 10, -1, "15.08.2024");
+        row("end of a month", "31.01.2025", 0, 1, "01.02.2025");
+        row("end of a year", "31.12.2025", 0, 1, "01.01.2026");
+        row("shorter month", "31.01.2025", 3, 1, "28.02.2025");
+        row("shorter month of a leap year", "31.01.2024", 3, 1, "29.02.2024");
+        row("leap day", "29.02.2024", 6, 1, "28.02.2025");
+        row("December", "15.12.2025", 3, 1, "15.01.2026");
+        row("latest", "31.12.9999", 0, 1, "31.12.9999");
+        row("latest year", "01.01.9999", 6, 1, "01.01.9999");
+        row("earliest", "01.01.0100", 3, -1, "01.01.0100");
+        row("before the earliest", "05.05.0099", 0, -1, "01.01.0100");
+        row("blank", "", 0, 1, "29.02.2028");
+        row("blank, month", "", 3, -1, "29.02.2028");
+        row("no such day", "31.02.2025", 0, -1, "30.02.2025");
+        row("day alone", "15", 0, 1, "16.__.____");
+        row("highest day", "31", 0, 1, "31.__.____");
+        row("blank month", "15", 3, 1, "15.02.____");
+        row("blank year", "15.08", 6, -1, "15.08.2028");
+        row("short year", "15.08.24", 6, 1, "15.08.2025");
+    }
+    void UpAndDownStepThePartUnderTheCaret() {
+        QFETCH(QString, text);
+        QFETCH(int, caret);
+        QFETCH(int, step);
+        QFETCH(QString, display);
+        SetTodayForTests(QDate(2028, 2, 29));
+        const auto today = qScopeGuard([] { SetTodayForTests(QDate()); });
+        Window window;
+        window.Edit()->setText(text);
+        window.Edit()->setCursorPosition(0);
+        window.Edit()->setCursorPosition(caret);
+        QTest::keyClick(window.Edit(), step > 0 ? Qt::Key_Up : Qt::Key_Down);
+        QCOMPARE(window.Edit()->displayText(), display);
+    }
+
+    void StepsGoOnInTheirPart() {
+        Window window;
+        window.Box->SetValue(QDate(2024, 1, 31));
+        window.Edit()->setCursorPosition(3);
+        for (int i = 0; i < 3; ++i) QTest::keyClick(window.Edit(), Qt::Key_Up);
+        QCOMPARE(Shown(window.Box->Value()), QStringLiteral("29.04.2024"));
+        QTest::keyClick(window.Edit(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(Shown(window.Box->Value()), QStringLiteral("29.03.2024"));
+        QTest::keyClick(window.Edit(), Qt::Key_Down, Qt::ControlModifier);
+        QCOMPARE(Shown(window.Box->Value()), QStringLiteral("29.03.2024"));
+    }
+
+    void CalendarGivesToday_data() {
+        QTest::addColumn<QString>("way");
+        for (const char *way : {"click", "Enter", "Alt+С", "Alt+C"})
+            QTest::newRow(way) << QString::fromUtf8(way);
+    }
+    void CalendarGivesToday() {
+        QFETCH(QString, way);
+        SetTodayForTests(QDate(2028, 2, 29));
+        const auto today = qScopeGuard([] { SetTodayForTests(QDate()); });
+        Window window;
+        window.Box->SetValue(QDate(2019, 3, 8));
+        QTest::keyClick(window.Edit(), Qt::Key_F4);
+        auto *button = ButtonOf(window, QStringLiteral("Сегодня"));
+        QVERIFY(button && button->isVisible());
+        if (way == u"click") {
+            QTest::mouseClick(button, Qt::LeftButton);
+        } else if (way == u"Enter") {
+            button->setFocus();
+            QTest::keyClick(button, Qt::Key_Return);
+        } else {
+            QTest::sendKeyEvent(QTest::Click, window.Calendar()->findChild<QTableView *>(),
+                                Qt::Key(way.back().unicode()), QString(way.back().toLower()),
+                                Qt::AltModifier);
+        }
+        QTRY_VERIFY(!window.IsCalendarUp());
+        QCOMPARE(Shown(window.Box->Value()), QStringLiteral("29.02.2028"));
+        QTRY_VERIFY(window.Edit()->hasFocus());
+    }
+
+    void TodayStaysWithinTheBounds() {
+        SetTodayForTests(QDate(2028, 2, 29));
+        const auto today = qScopeGuard([] { SetTodayForTests(QDate()); });
+        Window window;
+        window.Box->SetBounds(QDate(2000, 1, 1), QDate(2001, 1, 1));
+        QTest::keyClick(window.Edit(), Qt::Key_Up);
+        QCOMPARE(Shown(window.Box->Value()), QStringLiteral("01.01.2001"));
+        window.Box->SetValue(Empty());
+        QTest::keyClick(window.Edit(), Qt::Key_F4);
+        QTest::mouseClick(ButtonOf(window, QStringLiteral("Сегодня")), Qt::LeftButton);
+        QCOMPARE(Shown(window.Box->Value()), QStringLiteral("01.01.2001"));
     }
 
     void DeleteEmptiesTheSelectedDate_data() {
@@ -314,8 +497,8 @@ private slots:
         Window window;
         window.Box->SetValue(QDate(2019, 3, 8));
         QTest::keyClick(window.Edit(), Qt::Key_F4);
-        QPushButton *clear = window.Box->findChild<QPushButton *>();
-        QCOMPARE(clear->text(), QStringLiteral("Очистить"));
+        QPushButton *clear = ButtonOf(window, QStringLiteral("Очистить"));
+        QVERIFY(clear);
         QTest::mouseClick(clear, Qt::LeftButton);
         QVERIFY(!window.IsCalendarUp());
         QCOMPARE(window.Edit()->displayText(), theBlank);
