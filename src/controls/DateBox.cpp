@@ -8,6 +8,7 @@
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QPointer>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QScreen>
@@ -315,14 +316,16 @@ bool DateBox::IsAcceptable() const {
 
 bool DateBox::CheckText() try {
     if (IsAcceptable()) {
-        SetValue(Value());  // a day or month of one digit gets its zero
+        Tidy();
         return true;
     }
     if (theWarning) return false;
     theWarning = true;
+    const QPointer<DateBox> self(this);  // whoever owns the window may take it away under the box
     emit WrongText();
     theEdit->setFocus(Qt::OtherFocusReason);
     ShowWarningBox(Complaint(), QStringLiteral("Дата"));
+    if (!self) return false;
     theWarning = false;
     window()->activateWindow();
     theEdit->setFocus(Qt::OtherFocusReason);
@@ -332,6 +335,14 @@ bool DateBox::CheckText() try {
     theWarning = false;
     ReportErrorToUser(theModule, "CheckText");
     return false;
+}
+
+/// A day or month of one digit gets its zero. A text that is in order keeps what can be undone.
+void DateBox::Tidy() {
+    const LooseValue value = Value();
+    const QDate date = IsDate(value) ? std::get<QDate>(value) : QDate();
+    theLastWhole = date;
+    if (date.isValid() && theEdit->text() != date.toString(theFormat)) PutDate(date);
 }
 
 QString DateBox::Complaint() const {

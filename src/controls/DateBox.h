@@ -60,6 +60,7 @@ private:
     void CheckLater();
     void StepPart(int aBy);
     void PutDate(QDate aDate);
+    void Tidy();
     QDate Bounded(QDate aDate) const;
     bool IsBlank() const;
     QDate TypedDate() const;

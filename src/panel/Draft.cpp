@@ -21,6 +21,11 @@ RowDraft DraftOf(const ListRow &aRow) {
     return draft;
 }
 
+/// What is shown of a mask tells blank places apart; what is shown of other texts hides line ends.
+QString WholeText(const QLineEdit &aLine) {
+    return aLine.inputMask().isEmpty() ? aLine.text() : aLine.displayText();
+}
+
 }  // namespace
 
 ListDraft::ListDraft(ListView &aList) : theList(aList), theCurrent(KeyOf(aList.SelectedItem())) {
@@ -62,12 +67,12 @@ void ListDraft::PutViewBack() const {
 
 TextDrafts::TextDrafts(const QWidget &aPanel) {
     for (QLineEdit *line : aPanel.findChildren<QLineEdit *>())
-        theTexts.emplace_back(line, line->displayText());
+        theTexts.emplace_back(line, WholeText(*line));
 }
 
 void TextDrafts::PutBack() const {
     for (const auto &[line, text] : theTexts) {
-        if (line->displayText() != text) line->setText(text);
+        if (WholeText(*line) != text) line->setText(text);
     }
 }
 

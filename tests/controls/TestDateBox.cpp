@@ -398,6 +398,15 @@ private slots:
         QTRY_COMPARE(window.Edit()->displayText(), QStringLiteral("01.02.2024"));
     }
 
+    void LeavingARightTextKeepsWhatCanBeUndone() {
+        Window window;
+        QTest::keyClicks(window.Edit(), QStringLiteral("01022024"));
+        QTest::keyClick(window.Edit(), Qt::Key_Tab);
+        QTRY_VERIFY(!window.Edit()->hasFocus());
+        QVERIFY(window.Box->CheckText());
+        QVERIFY(window.Edit()->isUndoAvailable());
+    }
+
     void CancelButtonTakesTheFocusWithoutAWarning() {
         Window window;
         QTest::keyClicks(window.Edit(), QStringLiteral("3102"));

@@ -190,6 +190,21 @@ private slots:
         QCOMPARE(back.Notes, record.Notes);
     }
 
+    /// The search that comes back after a load that failed has them, too.
+    void LineEndsOfTheRecordSurviveADraft() {
+        OpenPanel panel;
+        VkDocQueryData record;
+        record.Notes = QStringLiteral("первая\r\nвторая\n");
+        panel.DistributeValues(record);
+        const auto draft = panel.TakeDraft();
+        VkDocQueryData other;
+        panel.DistributeValues(other);
+        QVERIFY(panel.PutBack(*draft));
+        VkDocQueryData back;
+        panel.AssembleValuesTo(back);
+        QCOMPARE(back.Notes, record.Notes);
+    }
+
     /// A year is pasted from a table as well.
     void YearIsPastedOnOneLine() {
         OpenPanel panel;
