@@ -7,6 +7,10 @@ set(vk_libraries Vk_DocQuery Vk_Records)
 install(TARGETS ${vk_libraries} EXPORT Vk_DocQueryTargets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" NAMELINK_COMPONENT Development
   INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+# It fills a new database, so whoever installs the libraries needs it.
+set_target_properties(vk_make_office PROPERTIES
+  INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+install(TARGETS vk_make_office RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 install(EXPORT Vk_DocQueryTargets
   NAMESPACE Vk_DocQuery::
   DESTINATION "${vk_cmake_dir}"

@@ -13,7 +13,6 @@
 #include <QTranslator>
 
 #include <Vk_DocQuery/Failure.h>
-#include <Vk_Records/Database.h>
 
 namespace {
 
@@ -105,10 +104,10 @@ bool TakeColours(QStringView aName) {
     return false;
 }
 
-bool OpenRecords(const QString &aDatabase) {
+bool OpenRecords(const QString &aDatabase, Vk_Records::NewDatabase aNew) {
     for (;;) {
         try {
-            Vk_Records::OpenDatabase(aDatabase);
+            Vk_Records::OpenDatabase(aDatabase, aNew);
             return true;
         } catch (const Vk_DocQuery::Failure &failure) {
             QMessageBox box(

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <Vk_Records/Database.h>
+
 /// Gives the program its name, its icon, and Russian words and dates in the windows of Qt itself.
 void PrepareApplication();
 
@@ -10,4 +12,4 @@ void PrepareApplication();
 bool TakeColours(QStringView aName);
 
 /// Opens the database and asks again as long as the user wants to; false if the user gives up.
-bool OpenRecords(const QString &aDatabase);
+bool OpenRecords(const QString &aDatabase, Vk_Records::NewDatabase aNew);

@@ -7,6 +7,8 @@
 #include "Application.h"
 #include "HostWindow.h"
 
+using Vk_Records::NewDatabase;
+
 namespace {
 
 /// The sample office in the user's own folder; it is made on first use.
@@ -40,7 +42,11 @@ int main(int aCount, char **aArguments) {
             "NAME is dark, black-on-white, white-on-black or yellow-on-black");
         return 2;
     }
-    if (!OpenRecords(arguments.isEmpty() ? SampleOffice() : arguments.first())) return 1;
+    // A database that the user names is one that is there: a slip must not invent another office.
+    const bool isOpen = arguments.isEmpty()
+                            ? OpenRecords(SampleOffice(), NewDatabase::WithSampleOffice)
+                            : OpenRecords(arguments.first(), NewDatabase::Refused);
+    if (!isOpen) return 1;
     HostWindow window;
     window.show();
     return QApplication::exec();

@@ -4,14 +4,15 @@
 #include <mutex>
 #include <optional>
 
-#include <QDir>
-#include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QSqlError>
+#include <QUrl>
 
 #include <Vk_DocQuery/LooseValue.h>
 #include <Vk_Records/Database.h>
+
+#include "OfficeFile.h"
+#include "Refusals.h"
 
 namespace Vk_Records {
 
@@ -25,56 +26,12 @@ constexpr int theLockWaitMs = 2500;
 const QString theServerWaits = QStringLiteral(
     "connect_timeout=2;tcp_user_timeout=3500;keepalives_idle=2;keepalives_interval=1;"
     "keepalives_count=2;");
-
-constexpr int theSqliteCodeMask = 0xff;
-
-/// What a refusal of the database means. The code of SQLite, or the beginning of PostgreSQL's.
-struct Refusal {
-    const char *Code;
-    qint32 Number;
-    const char *Text;
-};
-
-constexpr char theBusyText[] =
-    "База данных \"%1\" занята другой программой. Дождитесь, пока та закончит работу, и повторите.";
-constexpr char theDamagedText[] =
-    "База данных \"%1\" повреждена: %2. Восстановите ее из резервной копии.";
-constexpr char theFullText[] =
-    "На диске с базой данных \"%1\" не осталось места. Освободите место и повторите.";
-constexpr char theForbiddenText[] =
-    "Нет прав на работу с базой данных \"%1\". Попросите администратора дать права или укажите "
-    "другую базу.";
-constexpr char theForeignText[] =
-    "Файл \"%1\" не является базой данных. Укажите другой файл или восстановите базу из резервной "
-    "копии.";
-constexpr char theLostText[] =
-    "Связь с базой данных \"%1\" прервалась. Проверьте сеть и сервер и повторите.";
-constexpr char theOtherText[] =
-    "База данных \"%1\" не выполнила запрос: %2. Обратитесь к администратору.";
-
-constexpr Refusal theFileRefusals[] = {
-    {"1", DatabaseDamaged, theDamagedText},
-    {"3", DatabaseUnreachable, theForbiddenText},
-    {"5", DatabaseBusy, theBusyText},
-    {"6", DatabaseBusy, theBusyText},
-    {"8", DatabaseUnreachable, theForbiddenText},
-    {"11", DatabaseDamaged, theDamagedText},
-    {"13", DatabaseFull, theFullText},
-    {"14", DatabaseUnreachable, theForbiddenText},
-    {"26", DatabaseForeign, theForeignText},
-};
-
-constexpr Refusal theServerRefusals[] = {
-    {"42P01", DatabaseDamaged, theDamagedText},
-    {"42703", DatabaseDamaged, theDamagedText},
-    {"42501", DatabaseUnreachable, theForbiddenText},
-    {"55P03", DatabaseBusy, theBusyText},
-    {"40P01", DatabaseBusy, theBusyText},
-    {"53100", DatabaseFull, theFullText},
-    {"57P", DatabaseConnectionLost, theLostText},
-    {"08", DatabaseConnectionLost, theLostText},
-    {"XX", DatabaseDamaged, theDamagedText},
-};
+// The tables of an office are those that stand together in the first schema of the path that has
+// any, whatever else a schema before it holds.
+const QString theSchemaFirstSql = QStringLiteral(
+    "SELECT set_config('search_path', quote_ident(n.nspname) || ', ' || "
+    "current_setting('search_path'), false) FROM pg_class c JOIN pg_namespace n "
+    "ON n.oid = c.relnamespace WHERE c.relname = 'vk_schema' AND pg_table_is_visible(c.oid)");
 
 /// The office that is open, and how many were opened before it: connections of an earlier one are
 /// stale.
@@ -99,49 +56,6 @@ ThreadsConnection &OfThisThread() {
     return connection;
 }
 
-QString Text(const char *aText) {
-    return QString::fromUtf8(aText);
-}
-
-QString FirstLine(const QSqlError &aError) {
-    const QString text =
-        aError.databaseText().isEmpty() ? aError.driverText() : aError.databaseText();
-    static const QRegularExpression severity(QStringLiteral("^(ERROR|FATAL|ОШИБКА|ВАЖНО):\\s+"));
-    QString line = text.section(u'\n', 0, 0).remove(severity).simplified();
-    while (line.endsWith(u'.')) line.chop(1);
-    return line;
-}
-
-const Refusal *RefusalOf(const Address &aAddress, const QSqlError &aError) {
-    const QString code = aError.nativeErrorCode();
-    if (!aAddress.IsServer) {
-        const QString primary = QString::number(code.toInt() & theSqliteCodeMask);
-        for (const Refusal &refusal : theFileRefusals) {
-            if (primary == QLatin1String(refusal.Code)) return &refusal;
-        }
-        return nullptr;
-    }
-    for (const Refusal &refusal : theServerRefusals) {
-        if (code.startsWith(QLatin1String(refusal.Code))) return &refusal;
-    }
-    return nullptr;
-}
-
-bool ServerSays(const QSqlError &aError, std::initializer_list<const char *> aWords) {
-    const QString text = aError.databaseText() + aError.driverText();
-    for (const char *word : aWords) {
-        if (text.contains(Text(word), Qt::CaseInsensitive)) return true;
-    }
-    return false;
-}
-
-/// SQLite itself takes a file of one byte for an empty database and writes over it.
-bool IsOtherFile(const QString &aPath) {
-    static const QByteArray head("SQLite format 3\0", 16);
-    QFile file(aPath);
-    return file.open(QIODevice::ReadOnly) && file.size() > 0 && file.read(head.size()) != head;
-}
-
 QString NewName() {
     static std::atomic<int> count = 0;
     return QStringLiteral("Vk_Records_%1").arg(++count);
@@ -161,7 +75,8 @@ void RaiseRecordMissing(const QString &aClass, double aID, const Connection &aCo
             .arg(aClass, Vk_DocQuery::GeneralNumberText(aID), aConnection.Where().Shown));
 }
 
-Connection::Connection(const Address &aAddress) : theAddress(aAddress), theName(NewName()) {
+Connection::Connection(const Address &aAddress, MissingFile aMissing)
+    : theAddress(aAddress), theName(NewName()) {
     theDatabase = QSqlDatabase::addDatabase(
         theAddress.IsServer ? QStringLiteral("QPSQL") : QStringLiteral("QSQLITE"), theName);
     try {
@@ -173,7 +88,8 @@ Connection::Connection(const Address &aAddress) : theAddress(aAddress), theName(
                     .arg(theAddress.Shown, theAddress.IsServer ? QStringLiteral("PostgreSQL")
                                                                : QStringLiteral("SQLite")));
         }
-        theAddress.IsServer ? OpenServer() : OpenFile();
+        theAddress.IsServer ? OpenServer() : OpenFile(aMissing);
+        theIsConnected = true;
     } catch (...) {
         theDatabase = QSqlDatabase();
         QSqlDatabase::removeDatabase(theName);
@@ -188,34 +104,16 @@ Connection::~Connection() {
     QSqlDatabase::removeDatabase(theName);
 }
 
-void Connection::OpenFile() {
-    const QFileInfo file(theAddress.File);
-    if (!file.dir().exists()) {
-        RaiseDatabaseFailure(
-            DatabaseUnreachable,
-            QStringLiteral("База данных \"%1\" не открыта: нет папки \"%2\". Создайте "
-                           "папку или укажите другое место базы.")
-                .arg(theAddress.Shown, file.path()));
-    }
-    if (file.isDir()) {
-        RaiseDatabaseFailure(
-            DatabaseForeign,
-            QStringLiteral(
-                "База данных \"%1\" не открыта: это папка, а не файл. Укажите файл базы.")
-                .arg(theAddress.Shown));
-    }
-    if (file.exists() && !file.isFile()) {
-        // Opening a pipe may wait for ever.
-        RaiseDatabaseFailure(
-            DatabaseForeign,
-            QStringLiteral("База данных \"%1\" не открыта: это не обычный файл, а канал или "
-                           "устройство. Укажите файл базы.")
-                .arg(theAddress.Shown));
-    }
-    if (IsOtherFile(theAddress.File))
-        RaiseDatabaseFailure(DatabaseForeign, Text(theForeignText).arg(theAddress.Shown));
-    theDatabase.setDatabaseName(theAddress.File);
-    theDatabase.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(theLockWaitMs));
+void Connection::OpenFile(MissingFile aMissing) {
+    CheckFile(theAddress, aMissing);
+    // Only as an URI can a file be opened without being made.
+    const QByteArray path = QUrl::toPercentEncoding(theAddress.File, "/");
+    const bool isMade = aMissing == MissingFile::IsMade;
+    theDatabase.setDatabaseName(
+        QStringLiteral("file://") + QString::fromLatin1(path) +
+        (isMade ? QStringLiteral("?mode=rwc") : QStringLiteral("?mode=rw")));
+    theDatabase.setConnectOptions(
+        QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1").arg(theLockWaitMs));
     if (!theDatabase.open()) RaiseRefusal(theDatabase.lastError());
     Run(QStringLiteral("PRAGMA foreign_keys = ON"));
     // In KiB. Reading a large list in the order of its names asks for the same pages again and
@@ -231,29 +129,12 @@ void Connection::OpenServer() {
     theDatabase.setDatabaseName(theAddress.Database);
     theDatabase.setConnectOptions(theServerWaits + theAddress.Options);
     if (!theDatabase.open()) {
-        // A refused connection has no code, only the server's words.
-        const QSqlError error = theDatabase.lastError();
-        if (ServerSays(error, {"password", "authentication", "пароль", "подлинност", "role"})) {
-            RaiseDatabaseFailure(
-                DatabaseUnreachable,
-                QStringLiteral("Сервер базы данных \"%1\" не принял имя пользователя или пароль. "
-                               "Исправьте их в адресе базы.")
-                    .arg(theAddress.Shown));
-        }
-        if (ServerSays(error, {"database \""}) && ServerSays(error, {"does not exist"})) {
-            RaiseDatabaseFailure(DatabaseUnreachable,
-                                 QStringLiteral("На сервере нет базы данных \"%1\". Попросите "
-                                                "администратора создать ее или исправьте адрес.")
-                                     .arg(theAddress.Shown));
-        }
-        RaiseDatabaseFailure(
-            DatabaseUnreachable,
-            QStringLiteral("Сервер базы данных \"%1\" не отвечает. Проверьте адрес, "
-                           "сеть и работу сервера.")
-                .arg(theAddress.Shown));
+        const Refusal refusal = ConnectionRefusal(theAddress, theDatabase.lastError());
+        RaiseDatabaseFailure(refusal.Number, refusal.Text);
     }
     Run(QStringLiteral("SET lock_timeout = %1").arg(theLockWaitMs));
     Run(QStringLiteral("SET client_min_messages = error"));
+    Run(theSchemaFirstSql);
 }
 
 QSqlQuery &Connection::Prepared(const char *aSql) {
@@ -261,7 +142,7 @@ QSqlQuery &Connection::Prepared(const char *aSql) {
     if (found != thePrepared.end()) return found->second;
     QSqlQuery query(theDatabase);
     query.setForwardOnly(true);
-    if (!query.prepare(Text(aSql))) RaiseRefusal(query.lastError());
+    if (!query.prepare(QString::fromUtf8(aSql))) RaiseRefusal(query.lastError());
     return thePrepared.emplace(aSql, std::move(query)).first->second;
 }
 
@@ -289,18 +170,13 @@ void Connection::EndReading(QSqlQuery &aQuery) {
 }
 
 void Connection::RaiseRefusal(const QSqlError &aError) {
-    // A server that goes away leaves no code behind.
-    const bool isLost = theAddress.IsServer && aError.nativeErrorCode().isEmpty();
-    const Refusal *refusal = RefusalOf(theAddress, aError);
-    const qint32 number =
-        isLost ? DatabaseConnectionLost : (refusal ? refusal->Number : DatabaseQueryFailed);
-    const char *text = isLost ? theLostText : (refusal ? refusal->Text : theOtherText);
-    if (number == DatabaseConnectionLost)
+    const bool isGone =
+        theIsConnected && !theAddress.IsServer && !QFileInfo::exists(theAddress.File);
+    const Refusal refusal = isGone ? Refusal{DatabaseUnreachable, GoneText(theAddress)}
+                                   : RequestRefusal(theAddress, aError);
+    if (refusal.Number == DatabaseConnectionLost)
         OfThisThread().Generation = -1;  // the next request connects
-    const QString sentence = Text(text);
-    const bool namesReason = sentence.contains(QStringLiteral("%2"));
-    RaiseDatabaseFailure(number, namesReason ? sentence.arg(theAddress.Shown, FirstLine(aError))
-                                             : sentence.arg(theAddress.Shown));
+    RaiseDatabaseFailure(refusal.Number, refusal.Text);
 }
 
 Connection &ThisThreadsConnection() {
@@ -319,7 +195,7 @@ Connection &ThisThreadsConnection() {
         RaiseDatabaseFailure(DatabaseNotOpen,
                              QStringLiteral("База данных не открыта. Откройте базу и повторите."));
     }
-    own.Held = std::make_unique<Connection>(*where);
+    own.Held = std::make_unique<Connection>(*where, MissingFile::IsGone);
     own.Generation = generation;
     return *own.Held;
 }

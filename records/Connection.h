@@ -10,6 +10,7 @@
 #include <Vk_DocQuery/Failure.h>
 
 #include "Address.h"
+#include "OfficeFile.h"
 
 namespace Vk_Records {
 
@@ -18,7 +19,7 @@ namespace Vk_Records {
 class Connection {
 public:
     /// Connects. Raises DatabaseUnreachable and its like.
-    explicit Connection(const Address &aAddress);
+    Connection(const Address &aAddress, MissingFile aMissing);
     ~Connection();
     Connection(const Connection &) = delete;
     Connection &operator=(const Connection &) = delete;
@@ -32,9 +33,11 @@ public:
     QSqlQuery Run(const QString &aSql, const QVariantList &aValues = {});
     /// Raises the failure of a request that could not be run.
     void Execute(QSqlQuery &aQuery);
-    /// Hands each row to the function and sets the statement free again.
+    /// Hands each row to the function and sets the statement free again, also if the function
+    /// fails: one that stays open would keep the database locked.
     template <class Row>
     void ForEachRow(QSqlQuery &aQuery, Row aRow) {
+        const Reading reading(aQuery);
         while (aQuery.next()) aRow(aQuery);
         EndReading(aQuery);
     }
@@ -43,11 +46,23 @@ public:
     [[noreturn]] void RaiseRefusal(const QSqlError &aError);
 
 private:
-    void OpenFile();
+    /// Ends a statement on every way out.
+    class Reading {
+    public:
+        explicit Reading(QSqlQuery &aQuery) : theQuery(aQuery) {}
+        ~Reading() { theQuery.finish(); }
+        Q_DISABLE_COPY_MOVE(Reading)
+
+    private:
+        QSqlQuery &theQuery;
+    };
+
+    void OpenFile(MissingFile aMissing);
     void OpenServer();
 
     Address theAddress;
     QString theName;
+    bool theIsConnected = false;
     QSqlDatabase theDatabase;
     std::unordered_map<const char *, QSqlQuery> thePrepared;
 };

@@ -1,6 +1,3 @@
-#include <QFile>
-#include <QFileInfo>
-
 #include <Vk_DocQuery/ClassRegistry.h>
 #include <Vk_Records/Database.h>
 
@@ -30,31 +27,28 @@ void RegisterClasses() {
     RegisterClass<FilesLibrary>(QStringLiteral("Vk_Lib.FilesLibrary"));
 }
 
-/// Takes away the empty file that connecting to a missing one leaves, unless it was filled.
-class NewFile {
-public:
-    explicit NewFile(const Address &aAddress)
-        : theFile(aAddress.File),
-          theIsNew(!aAddress.IsServer && !QFileInfo::exists(aAddress.File)) {}
-    ~NewFile() {
-        if (theIsNew && QFileInfo(theFile).size() == 0) QFile::remove(theFile);
-    }
-    Q_DISABLE_COPY_MOVE(NewFile)
-
-private:
-    QString theFile;
-    bool theIsNew;
-};
+[[noreturn]] void RaiseEmpty(const Connection &aConnection) {
+    RaiseDatabaseFailure(
+        DatabaseEmpty,
+        QStringLiteral("База данных \"%1\" пуста. Заполните ее программой vk_make_office или "
+                       "укажите другую базу.")
+            .arg(aConnection.Where().Shown));
+}
 
 }  // namespace
 
 void OpenDatabase(const QString &aAddress, NewDatabase aNew) {
-    const Address address = AddressOf(aAddress);
-    const NewFile newFile(address);
-    auto connection = std::make_unique<Connection>(address);
-    EnsureSchema(*connection, [aNew](Connection &office) {
-        if (aNew == NewDatabase::WithSampleOffice) FillSampleOffice(office, QDate::currentDate());
-    });
+    const bool isRefused = aNew == NewDatabase::Refused;
+    auto connection = std::make_unique<Connection>(
+        AddressOf(aAddress), isRefused ? MissingFile::IsNoOffice : MissingFile::IsMade);
+    if (isRefused && !HasOffice(*connection)) RaiseEmpty(*connection);
+    if (!isRefused) {
+        MakeOffice(*connection, [aNew](Connection &office) {
+            if (aNew == NewDatabase::WithSampleOffice)
+                FillSampleOffice(office, QDate::currentDate());
+        });
+    }
+    CheckOffice(*connection);
     RegisterClasses();
     SetOpenOffice(std::move(connection));
 }

@@ -7,6 +7,7 @@
 #include <Vk_Records/Database.h>
 
 #include "Insert.h"
+#include "SampleOffice.h"
 #include "Schema.h"
 
 namespace Vk_Records {
@@ -150,6 +151,12 @@ void FillForms(Connection &aConnection, Numbers &rNumbers, qsizetype aCount) {
     }
 }
 
+[[noreturn]] void RaiseThere(const Connection &aConnection) {
+    RaiseDatabaseFailure(DatabaseForeign,
+                         QStringLiteral("База данных \"%1\" уже есть. Укажите имя новой базы.")
+                             .arg(aConnection.Where().Shown));
+}
+
 }  // namespace
 
 void MakeLargeOffice(const QString &aAddress, const OfficeSize &aSize) {
@@ -159,20 +166,21 @@ void MakeLargeOffice(const QString &aAddress, const OfficeSize &aSize) {
             QStringLiteral(
                 "Комплектам отчетности нужны налогоплательщики: их число не может быть 0."));
     }
-    Connection connection(AddressOf(aAddress));
-    bool isFilled = false;
-    EnsureSchema(connection, [&](Connection &office) {
+    Connection connection(AddressOf(aAddress), MissingFile::IsMade);
+    const bool isMade = MakeOffice(connection, [&](Connection &office) {
         Numbers numbers;
         FillPersons(office, numbers, aSize.Persons);
         FillStreams(office, numbers, aSize);
         FillForms(office, numbers, aSize.Forms);
-        isFilled = true;
     });
-    if (!isFilled) {
-        RaiseDatabaseFailure(DatabaseForeign,
-                             QStringLiteral("База данных \"%1\" уже есть. Укажите имя новой базы.")
-                                 .arg(connection.Where().Shown));
-    }
+    if (!isMade) RaiseThere(connection);
+}
+
+void MakeSampleOffice(const QString &aAddress) {
+    Connection connection(AddressOf(aAddress), MissingFile::IsMade);
+    const bool isMade = MakeOffice(
+        connection, [](Connection &office) { FillSampleOffice(office, QDate::currentDate()); });
+    if (!isMade) RaiseThere(connection);
 }
 
 }  // namespace Vk_Records

@@ -14,4 +14,7 @@ struct OfficeSize {
 /// Vk_DocQuery::Failure, also for a database that is there already.
 void MakeLargeOffice(const QString &aAddress, const OfficeSize &aSize);
 
+/// Makes a new database with the invented office to try things on. Raises the same.
+void MakeSampleOffice(const QString &aAddress);
+
 }  // namespace Vk_Records

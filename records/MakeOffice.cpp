@@ -1,4 +1,5 @@
-// Makes an office of any size to measure with:
+// Makes an office in a new database, the invented one or one of any size to measure with:
+//   vk_make_office --sample DATABASE
 //   vk_make_office [--persons N] [--streams N] [--forms N] DATABASE
 #include <cstdio>
 
@@ -26,11 +27,16 @@ qsizetype CountOf(const QCommandLineParser &aParser, const QString &aOption) {
 int main(int aCount, char **aArguments) {
     QCoreApplication application(aCount, aArguments);
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Создает базу данных заданного размера."));
+    parser.setApplicationDescription(
+        QStringLiteral("Создает базу данных: с вымышленными записями для пробы или заданного "
+                       "размера. Базу, в которой уже есть таблицы, не меняет."));
     parser.addHelpOption();
     parser.addPositionalArgument(QStringLiteral("DATABASE"),
-                                 QStringLiteral("адрес новой базы, например sqlite:office.db"));
-    parser.addOptions({{QStringLiteral("persons"), QStringLiteral("сколько налогоплательщиков"),
+                                 QStringLiteral("адрес новой базы: sqlite:/папка/office.db или "
+                                                "postgresql://имя:пароль@сервер/база"));
+    parser.addOptions({{QStringLiteral("sample"),
+                        QStringLiteral("вымышленные записи для пробы; размеры не действуют")},
+                       {QStringLiteral("persons"), QStringLiteral("сколько налогоплательщиков"),
                         QStringLiteral("N"), QStringLiteral("1000")},
                        {QStringLiteral("streams"), QStringLiteral("сколько комплектов отчетности"),
                         QStringLiteral("N"), QStringLiteral("1000")},
@@ -40,11 +46,15 @@ int main(int aCount, char **aArguments) {
                         QStringLiteral("100")}});
     parser.process(application);
     if (parser.positionalArguments().size() != 1) parser.showHelp(1);
+    const QString address = parser.positionalArguments().constFirst();
     const Vk_Records::OfficeSize size{CountOf(parser, QStringLiteral("persons")),
                                       CountOf(parser, QStringLiteral("streams")),
                                       CountOf(parser, QStringLiteral("forms"))};
     try {
-        Vk_Records::MakeLargeOffice(parser.positionalArguments().constFirst(), size);
+        if (parser.isSet(QStringLiteral("sample")))
+            Vk_Records::MakeSampleOffice(address);
+        else
+            Vk_Records::MakeLargeOffice(address, size);
     } catch (const Vk_DocQuery::Failure &failure) {
         std::fprintf(stderr, "%s\n", failure.what());
         return 1;

@@ -6,10 +6,16 @@
 
 namespace Vk_Records {
 
-/// Sees to it that the database has the tables of this version. A database that holds nothing gets
-/// them, and aFill fills it, in one transaction: all or none. Raises DatabaseForeign,
-/// DatabaseTooNew, DatabaseDamaged.
-void EnsureSchema(Connection &aConnection, const std::function<void(Connection &)> &aFill);
+/// False if the database holds nothing. Raises DatabaseForeign, and DatabaseUnreachable where the
+/// tables may not be seen.
+bool HasOffice(Connection &aConnection);
+
+/// Gives a database that holds nothing its tables, and aFill fills it, in one transaction: all or
+/// none. False if there is an office already. Raises like HasOffice.
+bool MakeOffice(Connection &aConnection, const std::function<void(Connection &)> &aFill);
+
+/// Sees to it that an office can be used. Raises DatabaseTooNew, DatabaseDamaged.
+void CheckOffice(Connection &aConnection);
 
 /// The text of a compiled-in file, such as "sql/schema.sql".
 QString CompiledText(const QString &aName);

@@ -474,7 +474,7 @@ start_host() {
     local option=
     if [ "$colours" = dark ]; then option=--dark; fi
     cd "$out"
-    HOME=$work XDG_RUNTIME_DIR=$work "$host" ${option:+"$option"} "sqlite:$work/office.db" &
+    HOME=$work XDG_DATA_HOME=$work/data XDG_RUNTIME_DIR=$work "$host" ${option:+"$option"} &
     pids+=($!)
     await "Норвик"
     picture host

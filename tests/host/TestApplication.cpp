@@ -18,6 +18,7 @@
 #include "support/TestMain.h"
 
 using namespace VkTests;
+using Vk_Records::NewDatabase;
 
 namespace {
 
@@ -106,14 +107,14 @@ private slots:
         ModalDriver driver;
         driver.ExpectBox(QStringLiteral("Норвик"), text, QStringLiteral("Повторить"));
         driver.ExpectBox(QStringLiteral("Норвик"), text, QStringLiteral("Выход"));
-        QVERIFY(!OpenRecords(QStringLiteral("office")));
+        QVERIFY(!OpenRecords(QStringLiteral("office"), NewDatabase::Refused));
         QVERIFY2(driver.Done(), driver.Complaint());
     }
 
     void EscapeGivesUp() {
         ModalDriver driver;
         driver.Expect([](QWidget &aBox) { QTest::keyClick(&aBox, Qt::Key_Escape); });
-        QVERIFY(!OpenRecords(QStringLiteral("office")));
+        QVERIFY(!OpenRecords(QStringLiteral("office"), NewDatabase::Refused));
         QVERIFY2(driver.Done(), driver.Complaint());
     }
 
@@ -125,10 +126,25 @@ private slots:
             QDir(folder.path()).mkdir(QStringLiteral("data"));
             QTest::keyClick(&aBox, Qt::Key_Return);  // the first button
         });
-        QVERIFY(OpenRecords(QStringLiteral("sqlite:") + path));
+        QVERIFY(OpenRecords(QStringLiteral("sqlite:") + path, NewDatabase::WithSampleOffice));
         Vk_Records::CloseDatabase();
         QVERIFY2(driver.Done(), driver.Complaint());
         QVERIFY(QFile::exists(path));
+    }
+
+    void NoOfficeIsInventedForANameOfTheUsers() {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("ofice.db"));
+        ModalDriver driver;
+        driver.ExpectBox(
+            QStringLiteral("Норвик"),
+            Trouble(QStringLiteral("База данных \"%1\" не открыта: такого файла нет. Исправьте "
+                                   "адрес; новую базу создает программа vk_make_office.")
+                        .arg(path)),
+            QStringLiteral("Выход"));
+        QVERIFY(!OpenRecords(QStringLiteral("sqlite:") + path, NewDatabase::Refused));
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(!QFile::exists(path));
     }
 };
 

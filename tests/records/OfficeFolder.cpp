@@ -115,7 +115,7 @@ void SqliteFolder::Locate(QSqlDatabase &rDatabase, const QString &aAddress) cons
     rDatabase.setDatabaseName(Shown(aAddress));
 }
 
-ServerFolder::ServerFolder() {
+ServerFolder::ServerFolder(Language aLanguage) : theLanguage(aLanguage) {
     const QString programs = ServerPrograms();
     if (programs.isEmpty() || (geteuid() == 0 && !OtherUser())) {
         theComplaint = QStringLiteral("the programs of a PostgreSQL server are not installed");
@@ -136,7 +136,9 @@ ServerFolder::ServerFolder() {
         theComplaint = QStringLiteral("initdb failed");
     QFile rules(theFolder.filePath(QStringLiteral("data/pg_hba.conf")));
     if (rules.open(QIODevice::WriteOnly))
-        rules.write("local all keeper scram-sha-256\nlocal all all trust\n");
+        rules.write(
+            "local all keeper scram-sha-256\nlocal all refused reject\nlocal all peer peer\n"
+            "local all all trust\n");
     rules.close();
     Start();
 }
@@ -148,6 +150,12 @@ ServerFolder::~ServerFolder() {
 void ServerFolder::Start() {
     if (!theComplaint.isEmpty()) return;
     Prepare(theServer);
+    // Translated words need no locale of the language, only one that is not "C" itself.
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LANGUAGE"), theLanguage == Language::Russian
+                                                       ? QStringLiteral("ru")
+                                                       : QStringLiteral("en"));
+    theServer.setProcessEnvironment(environment);
     theServer.start(
         ServerPrograms() + QStringLiteral("postgres"),
         {QStringLiteral("-D"), theFolder.filePath(QStringLiteral("data")), QStringLiteral("-k"),

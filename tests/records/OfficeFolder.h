@@ -60,7 +60,9 @@ private:
 /// A PostgreSQL server on a socket in a folder of its own; it cannot be reached over the network.
 class ServerFolder final : public OfficeFolder {
 public:
-    ServerFolder();
+    enum class Language { English, Russian };
+
+    explicit ServerFolder(Language aLanguage = Language::English);
     ~ServerFolder() override;
     QString Complaint() const override { return theComplaint; }
     QString NewAddress() override;
@@ -74,6 +76,7 @@ protected:
 
 private:
     QTemporaryDir theFolder;
+    Language theLanguage;
     QString theComplaint;
     QProcess theServer;
     int theCount = 0;
@@ -91,6 +94,11 @@ private:
     std::unique_ptr<SqliteFolder> theSqlite;
     std::unique_ptr<ServerFolder> theServer;
 };
+
+/// The line behind a text that says what the database itself said.
+inline QString Said(const QString &aLine) {
+    return QStringLiteral("\r\nСообщение базы данных: ") + aLine;
+}
 
 /// An object of the class that is registered under the name.
 template <class Class>

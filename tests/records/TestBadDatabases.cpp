@@ -1,6 +1,7 @@
 #include <csignal>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 #include <QDir>
@@ -72,10 +73,117 @@ private slots:
         const QString path = theFolder.Path(QStringLiteral("absent/office.db"));
         CheckOpening(
             path, Vk_Records::DatabaseUnreachable,
-            QStringLiteral("База данных \"%1\" не открыта: нет папки \"%2\". Создайте папку или "
-                           "укажите другое место базы.")
+            QStringLiteral("База данных \"%1\" не открыта: нет папки \"%2\". Создайте папку, "
+                           "подключите диск с базой или укажите другое место базы.")
                 .arg(path, theFolder.Path(QStringLiteral("absent"))));
         QVERIFY(!QFile::exists(theFolder.Path(QStringLiteral("absent"))));
+    }
+
+    void LinkThatLeadsNowhere_data() {
+        QTest::addColumn<QString>("link");
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<QString>("reason");
+        const QString noFolder = QStringLiteral(
+            "нет папки \"%1/drive\". Создайте папку, подключите диск с базой или укажите другое "
+            "место базы.");
+        const QString noFile = QStringLiteral(
+            "это ссылка на файл \"%1/there.db\", которого нет. Подключите диск с базой или "
+            "исправьте ссылку.");
+        QTest::newRow("no folder")
+            << QStringLiteral("a.db") << QStringLiteral("drive/there.db") << noFolder;
+        QTest::newRow("no file") << QStringLiteral("b.db") << QStringLiteral("there.db") << noFile;
+        QTest::newRow("by way of another link")
+            << QStringLiteral("c.db") << QStringLiteral("a.db") << noFolder;
+    }
+    void LinkThatLeadsNowhere() {
+        QFETCH(QString, link);
+        QFETCH(QString, target);
+        QFETCH(QString, reason);
+        const QString folder = theFolder.Path(QStringLiteral("links"));
+        QDir().mkdir(folder);
+        QFile::link(QStringLiteral("drive/there.db"), folder + QStringLiteral("/a.db"));
+        const QString path = folder + u'/' + link;
+        QFile::link(target, path);
+        for (int i = 0; i < 2; ++i) {
+            CheckOpening(
+                path, Vk_Records::DatabaseUnreachable,
+                QStringLiteral("База данных \"%1\" не открыта: %2").arg(path, reason.arg(folder)));
+        }
+        QVERIFY(QFileInfo(path).isSymLink());
+        QVERIFY(!QFile::exists(path));
+        QVERIFY(!QFile::exists(folder + QStringLiteral("/drive")));
+    }
+
+    void FolderInTheLinkThatLeadsNowhere() {
+        const QString folder = theFolder.Path(QStringLiteral("linked"));
+        QVERIFY(QFile::link(QStringLiteral("/no such drive"), folder));
+        const QString path = folder + QStringLiteral("/office.db");
+        CheckOpening(path, Vk_Records::DatabaseUnreachable,
+                     QStringLiteral("База данных \"%1\" не открыта: нет папки \"/no such drive\". "
+                                    "Создайте папку, подключите диск с базой или укажите другое "
+                                    "место базы.")
+                         .arg(path));
+    }
+
+    void FolderThatMayNotBeEntered() {
+        const QString folder = theFolder.Path(QStringLiteral("shut"));
+        QVERIFY(QDir().mkdir(folder));
+        QFile::setPermissions(folder, QFileDevice::Permissions());
+        const QString path = folder + QStringLiteral("/office.db");
+        const AsNobody unprivileged;
+        CheckOpening(path, Vk_Records::DatabaseUnreachable,
+                     QStringLiteral("Нет прав на работу с базой данных \"%1\". Попросите "
+                                    "администратора дать права или укажите другую базу.")
+                         .arg(path));
+    }
+
+    void NothingIsMadeUnasked() {
+        const QString path = theFolder.Path(QStringLiteral("unasked.db"));
+        const QString address = QStringLiteral("sqlite:") + path;
+        CheckRefusal([&] { Vk_Records::OpenDatabase(address); }, Vk_Records::DatabaseEmpty,
+                     QStringLiteral("База данных \"%1\" не открыта: такого файла нет. Исправьте "
+                                    "адрес; новую базу создает программа vk_make_office.")
+                         .arg(path));
+        QVERIFY(!QFile::exists(path));
+        WriteFile(path, QByteArray());
+        CheckRefusal([&] { Vk_Records::OpenDatabase(address); }, Vk_Records::DatabaseEmpty,
+                     QStringLiteral("База данных \"%1\" пуста. Заполните ее программой "
+                                    "vk_make_office или укажите другую базу.")
+                         .arg(path));
+        QCOMPARE(QFileInfo(path).size(), 0);
+    }
+
+    void GoneWhileOpen() {
+        const QString path = OpenOffice();
+        QVERIFY(QFile::remove(path));
+        Failure failure(0, QString(), QString());
+        std::thread([&] {
+            failure = RaisedBy([] {
+                Made<PersonQueries>(u"Vk_DBProvider.PersonQueries")->GetPersons(QString(), 0);
+            });
+        }).join();
+        QCOMPARE(failure.Description(),
+                 QStringLiteral("Файла базы данных \"%1\" больше нет: его удалили или "
+                                "переименовали, либо диск отключен. Верните файл на место и "
+                                "повторите.")
+                     .arg(path));
+        QCOMPARE(failure.Number(), qint32(Vk_Records::DatabaseUnreachable));
+        QVERIFY(!QFile::exists(path));
+    }
+
+    void FailureWithinARowFreesTheStatement() {
+        const QString path = OpenOffice();
+        auto &connection = Vk_Records::ThisThreadsConnection();
+        auto &query = connection.Prepared("SELECT id FROM person");
+        connection.Execute(query);
+        const auto failure = RaisedBy([&] {
+            connection.ForEachRow(query, [](const QSqlQuery &) {
+                throw Failure(7, QString(), QStringLiteral("in the middle"));
+            });
+        });
+        QCOMPARE(failure.Number(), 7);
+        const Holder holder(path);  // stops the test if the database is locked
+        QVERIFY(!query.isActive());
     }
 
     void FolderInPlaceOfAFile() {
@@ -109,14 +217,16 @@ private slots:
         QFile::setPermissions(folder, QFileDevice::Permissions(0x5555));
         const QString path = folder + QStringLiteral("/office.db");
         const AsNobody unprivileged;
-        CheckOpening(path, Vk_Records::DatabaseUnreachable, Forbidden(path));
+        CheckOpening(path, Vk_Records::DatabaseUnreachable,
+                     Forbidden(path, "unable to open database file"));
     }
 
     void NoRightToTheFile() {
         const QString path = NewOffice();
         QFile::setPermissions(path, QFileDevice::Permissions());
         const AsNobody unprivileged;
-        CheckOpening(path, Vk_Records::DatabaseUnreachable, Forbidden(path));
+        CheckOpening(path, Vk_Records::DatabaseUnreachable,
+                     Forbidden(path, "unable to open database file"));
     }
 
     void FileThatCanOnlyBeRead() {
@@ -135,7 +245,8 @@ private slots:
         WriteFile(path, QByteArray());
         QFile::setPermissions(path, QFileDevice::Permissions(0x4444));
         const AsNobody unprivileged;
-        CheckOpening(path, Vk_Records::DatabaseUnreachable, Forbidden(path));
+        CheckOpening(path, Vk_Records::DatabaseUnreachable,
+                     Forbidden(path, "attempt to write a readonly database"));
         QVERIFY(QFile::exists(path));
     }
 
@@ -223,10 +334,7 @@ private slots:
         person->SetID(1);
         theFolder.Tamper(QStringLiteral("sqlite:") + path,
                          {QStringLiteral("ALTER TABLE person RENAME TO elsewhere")});
-        const QString text = QStringLiteral(
-                                 "База данных \"%1\" повреждена: no such table: person. "
-                                 "Восстановите ее из резервной копии.")
-                                 .arg(path);
+        const QString text = (Damaged(path) + Said(QStringLiteral("no such table: person")));
         const auto persons = Made<PersonQueries>(u"Vk_DBProvider.PersonQueries");
         CheckRefusal([&] { persons->GetPersons(QString(), 0); }, Vk_Records::DatabaseDamaged, text);
         CheckRefusal([&] { person->SetID(2); }, Vk_Records::DatabaseDamaged, text);
@@ -250,9 +358,7 @@ private slots:
         });
         QCOMPARE(failure.Number(), qint32(Vk_Records::DatabaseDamaged));
         QCOMPARE(failure.Description(),
-                 QStringLiteral("База данных \"%1\" повреждена: database disk image is malformed. "
-                                "Восстановите ее из резервной копии.")
-                     .arg(path));
+                 Damaged(path) + Said(QStringLiteral("database disk image is malformed")));
     }
 
     void RefusedStatement() {
@@ -263,9 +369,9 @@ private slots:
                     QStringLiteral("UPDATE person SET is_main = 2 WHERE id = 1"));
             },
             Vk_Records::DatabaseQueryFailed,
-            QStringLiteral("База данных \"%1\" не выполнила запрос: CHECK constraint failed: "
-                           "is_main IN (0, 1). Обратитесь к администратору.")
-                .arg(path));
+            QStringLiteral("База данных \"%1\" не выполнила запрос. Обратитесь к администратору.")
+                    .arg(path) +
+                Said(QStringLiteral("CHECK constraint failed: is_main IN (0, 1)")));
     }
 
     void FillingIsAllOrNothing() {
@@ -278,17 +384,18 @@ private slots:
         rlimit small = before;
         small.rlim_cur = 20000;
         QCOMPARE(setrlimit(RLIMIT_FSIZE, &small), 0);
-        const Failure failure = RaisedBy([&] { Vk_Records::OpenDatabase(address); });
+        const Failure failure = RaisedBy(
+            [&] { Vk_Records::OpenDatabase(address, Vk_Records::NewDatabase::WithSampleOffice); });
         setrlimit(RLIMIT_FSIZE, &before);
         signal(SIGXFSZ, oldHandler);
-        QCOMPARE(
-            failure.Description(),
-            QStringLiteral("База данных \"%1\" не выполнила запрос: disk I/O error. Обратитесь "
-                           "к администратору.")
-                .arg(path));
-        QCOMPARE(failure.Number(), qint32(Vk_Records::DatabaseQueryFailed));
-        QVERIFY(!QFile::exists(path));
-        Vk_Records::OpenDatabase(address);
+        QCOMPARE(failure.Description(),
+                 QStringLiteral("База данных \"%1\" не читается с диска или не записывается на "
+                                "него. Проверьте диск, сеть и место, отведенное на диске, и "
+                                "повторите.\r\nСообщение базы данных: disk I/O error")
+                     .arg(path));
+        QCOMPARE(failure.Number(), qint32(Vk_Records::DatabaseDiskFailed));
+        QCOMPARE(QFileInfo(path).size(), 0);
+        Vk_Records::OpenDatabase(address, Vk_Records::NewDatabase::WithSampleOffice);
         QVERIFY(Made<PersonQueries>(u"Vk_DBProvider.PersonQueries")
                     ->GetPersons(QString(), 0)
                     ->Count() >= 60);
@@ -298,10 +405,11 @@ private slots:
         const QString address = theFolder.NewAddress();
         const QString path = theFolder.Shown(address);
         {
-            Vk_Records::Connection connection(Vk_Records::AddressOf(address));
+            Vk_Records::Connection connection(Vk_Records::AddressOf(address),
+                                              Vk_Records::MissingFile::IsMade);
             connection.Run(QStringLiteral("PRAGMA max_page_count = 5"));
             CheckRefusal(
-                [&] { Vk_Records::EnsureSchema(connection, [](Vk_Records::Connection &) {}); },
+                [&] { Vk_Records::MakeOffice(connection, [](Vk_Records::Connection &) {}); },
                 Vk_Records::DatabaseFull,
                 QStringLiteral("На диске с базой данных \"%1\" не осталось места. Освободите место "
                                "и повторите.")
@@ -310,19 +418,20 @@ private slots:
         QCOMPARE(theFolder.Tamper(address, {QStringLiteral("SELECT count(*) FROM sqlite_master")})
                      .toInt(),
                  0);
-        Vk_Records::OpenDatabase(address);
+        Vk_Records::OpenDatabase(address, Vk_Records::NewDatabase::WithSampleOffice);
     }
 
     void CompiledFileMissing() {
         const QString address = theFolder.NewAddress();
         Q_CLEANUP_RESOURCE(records);
-        const Failure failure = RaisedBy([&] { Vk_Records::OpenDatabase(address); });
+        const Failure failure = RaisedBy(
+            [&] { Vk_Records::OpenDatabase(address, Vk_Records::NewDatabase::WithSampleOffice); });
         Q_INIT_RESOURCE(records);
         QCOMPARE(failure.Description(),
                  QStringLiteral("В программе нет файла \"sql/schema.sql\". Установите ее заново."));
         QCOMPARE(failure.Number(), qint32(Vk_Records::DatabaseQueryFailed));
-        QVERIFY(!QFile::exists(theFolder.Shown(address)));
-        Vk_Records::OpenDatabase(address);
+        QCOMPARE(QFileInfo(theFolder.Shown(address)).size(), 0);
+        Vk_Records::OpenDatabase(address, Vk_Records::NewDatabase::WithSampleOffice);
     }
 
 private:
@@ -332,10 +441,15 @@ private:
         return path;
     }
     QString OpenOffice() { return theFolder.Shown(OpenSmallOffice(theFolder)); }
-    static QString Forbidden(const QString &aPath) {
+    static QString Forbidden(const QString &aPath, const char *aDetail) {
         return QStringLiteral(
                    "Нет прав на работу с базой данных \"%1\". Попросите администратора дать "
                    "права или укажите другую базу.")
+                   .arg(aPath) +
+               Said(QString::fromLatin1(aDetail));
+    }
+    static QString Damaged(const QString &aPath) {
+        return QStringLiteral("База данных \"%1\" повреждена. Восстановите ее из резервной копии.")
             .arg(aPath);
     }
     static QString Busy(const QString &aPath) {
@@ -351,8 +465,12 @@ private:
         QCOMPARE(failure.Number(), aNumber);
     }
     static void CheckOpening(const QString &aPath, qint32 aNumber, const QString &aText) {
-        CheckRefusal([&] { Vk_Records::OpenDatabase(QStringLiteral("sqlite:") + aPath); }, aNumber,
-                     aText);
+        CheckRefusal(
+            [&] {
+                Vk_Records::OpenDatabase(QStringLiteral("sqlite:") + aPath,
+                                         Vk_Records::NewDatabase::WithSampleOffice);
+            },
+            aNumber, aText);
     }
 
     SqliteFolder theFolder;

@@ -46,7 +46,8 @@ class TestSampleOffice : public QObject {
 
 private slots:
     void initTestCase() {
-        Vk_Records::OpenDatabase(theFolders.Of(QStringLiteral("sqlite")).NewAddress());
+        Vk_Records::OpenDatabase(theFolders.Of(QStringLiteral("sqlite")).NewAddress(),
+                                 Vk_Records::NewDatabase::WithSampleOffice);
         const auto blanks = Made<BlankQueries>(u"Vk_DBProvider.BlankQueries");
         theTypes = blanks->GetTemplates(Null(), Null(), true);
         theVersions = blanks->GetTemplates(Null(), Null(), false);
@@ -283,11 +284,11 @@ private slots:
         if (!folder.Complaint().isEmpty()) QSKIP(qUtf8Printable(folder.Complaint()));
         const QString address = folder.NewAddress();
         const auto persons = Made<PersonQueries>(u"Vk_DBProvider.PersonQueries");
-        Vk_Records::OpenDatabase(address);
+        Vk_Records::OpenDatabase(address, Vk_Records::NewDatabase::WithSampleOffice);
         QCOMPARE(persons->GetPersons(QString(), 0)->Count(), thePersons->Count());
         Vk_Records::CloseDatabase();
         folder.Tamper(address, {QStringLiteral("DELETE FROM acc_stream WHERE id > 9001")});
-        Vk_Records::OpenDatabase(address);
+        Vk_Records::OpenDatabase(address, Vk_Records::NewDatabase::WithSampleOffice);
         QCOMPARE(
             Made<DBQAccStream>(u"Vk_DBProvider.DBQAccStream")->GetAccStreams(QString(), 0)->Count(),
             qsizetype(1));

@@ -154,7 +154,8 @@ private slots:
     void initTestCase() {
         if (!theServer.Complaint().isEmpty()) QSKIP(qUtf8Printable(theServer.Complaint()));
         theServer.Tamper(theServer.Address(QStringLiteral("postgres"), QStringLiteral("postgres")),
-                         {QStringLiteral("CREATE ROLE keeper LOGIN PASSWORD 'right'")});
+                         {QStringLiteral("CREATE ROLE keeper LOGIN PASSWORD 'right'"),
+                          QStringLiteral("CREATE ROLE peer LOGIN")});
     }
     void init() { theTimer.start(); }
     void cleanup() {
@@ -164,19 +165,29 @@ private slots:
 
     void WrongPassword_data() {
         QTest::addColumn<QString>("user");
-        QTest::newRow("wrong") << QStringLiteral("keeper:wrong");
-        QTest::newRow("none") << QStringLiteral("keeper");
-        QTest::newRow("unknown user") << QStringLiteral("stranger");
+        QTest::addColumn<QString>("said");
+        QTest::newRow("wrong") << QStringLiteral("keeper:wrong")
+                               << QStringLiteral(
+                                      "password authentication failed for user \"keeper\"");
+        QTest::newRow("none") << QStringLiteral("keeper")
+                              << Unconnected(QStringLiteral("fe_sendauth: no password supplied"));
+        QTest::newRow("unknown user")
+            << QStringLiteral("stranger") << QStringLiteral("role \"stranger\" does not exist");
+        QTest::newRow("other means")
+            << QStringLiteral("peer")
+            << QStringLiteral("Peer authentication failed for user \"peer\"");
     }
     void WrongPassword() {
         QFETCH(QString, user);
+        QFETCH(QString, said);
         const QString address = theServer.Address(user, QStringLiteral("postgres"));
         const Failure failure = RaisedBy([&] { Vk_Records::OpenDatabase(address); });
         QCOMPARE(failure.Description(),
                  QStringLiteral(
                      "Сервер базы данных \"postgresql://%1@localhost/postgres\" не принял имя "
                      "пользователя или пароль. Исправьте их в адресе базы.")
-                     .arg(user.section(u':', 0, 0)));
+                         .arg(user.section(u':', 0, 0)) +
+                     Said(said));
         QCOMPARE(failure.Number(), qint32(Vk_Records::DatabaseUnreachable));
     }
 
@@ -184,7 +195,8 @@ private slots:
         const QString address = theServer.NewAddress();
         theServer.Tamper(address, {QStringLiteral("GRANT CREATE ON SCHEMA public TO keeper")});
         Vk_Records::OpenDatabase(theServer.Address(QStringLiteral("keeper:right"),
-                                                   address.section(u'?', 0, 0).section(u'/', -1)));
+                                                   address.section(u'?', 0, 0).section(u'/', -1)),
+                                 Vk_Records::NewDatabase::WithSampleOffice);
         QVERIFY(Made<PersonQueries>(u"Vk_DBProvider.PersonQueries")
                     ->GetPersons(QString(), 0)
                     ->Count() >= 60);
@@ -193,16 +205,19 @@ private slots:
     void NoRightToMakeTables() {
         const QString address = theServer.NewAddress();
         const Failure failure = RaisedBy([&] {
-            Vk_Records::OpenDatabase(theServer.Address(
-                QStringLiteral("keeper:right"), address.section(u'?', 0, 0).section(u'/', -1)));
+            Vk_Records::OpenDatabase(
+                theServer.Address(QStringLiteral("keeper:right"),
+                                  address.section(u'?', 0, 0).section(u'/', -1)),
+                Vk_Records::NewDatabase::WithSampleOffice);
         });
         QCOMPARE(failure.Number(), qint32(Vk_Records::DatabaseUnreachable));
         QCOMPARE(failure.Description(),
                  QStringLiteral(
                      "Нет прав на работу с базой данных \"%1\". Попросите администратора дать "
                      "права или укажите другую базу.")
-                     .arg(theServer.Shown(address).replace(QStringLiteral("postgres@"),
-                                                           QStringLiteral("keeper@"))));
+                         .arg(theServer.Shown(address).replace(QStringLiteral("postgres@"),
+                                                               QStringLiteral("keeper@"))) +
+                     Said(QStringLiteral("permission denied for schema public")));
     }
 
     void MissingDatabase() {
@@ -211,24 +226,36 @@ private slots:
         CheckRefusal(
             address, Vk_Records::DatabaseUnreachable,
             QStringLiteral("На сервере нет базы данных \"%1\". Попросите администратора создать "
-                           "ее или исправьте адрес."));
+                           "ее или исправьте адрес."),
+            QStringLiteral("database \"nowhere\" does not exist"));
     }
 
     void AbsentServer_data() {
         QTest::addColumn<QString>("address");
+        QTest::addColumn<QString>("said");
         QTest::newRow("no socket")
-            << QStringLiteral("postgresql://u@localhost/office?host=/no-such-folder");
-        QTest::newRow("nobody at the port") << QStringLiteral("postgresql://u@127.0.0.1:1/office");
+            << QStringLiteral("postgresql://u@localhost/office?host=/no-such-folder")
+            << QStringLiteral(
+                   "connection to server on socket \"/no-such-folder/.s.PGSQL.5432\" "
+                   "failed: No such file or directory");
+        QTest::newRow("nobody at the port")
+            << QStringLiteral("postgresql://u@127.0.0.1:1/office")
+            << QStringLiteral(
+                   "connection to server at \"127.0.0.1\", port 1 failed: Connection refused");
     }
     void AbsentServer() {
         QFETCH(QString, address);
-        CheckRefusal(address, Vk_Records::DatabaseUnreachable, theAbsentText);
+        QFETCH(QString, said);
+        CheckRefusal(address, Vk_Records::DatabaseUnreachable, theAbsentText, said);
     }
 
     void ServerThatDoesNotAnswer() {
         const MutePort mute;
-        CheckRefusal(QStringLiteral("postgresql://u@127.0.0.1:%1/office").arg(mute.Number()),
-                     Vk_Records::DatabaseUnreachable, theAbsentText);
+        CheckRefusal(
+            QStringLiteral("postgresql://u@127.0.0.1:%1/office").arg(mute.Number()),
+            Vk_Records::DatabaseUnreachable, theAbsentText,
+            QStringLiteral("connection to server at \"127.0.0.1\", port %1 failed: timeout expired")
+                .arg(mute.Number()));
     }
 
     void TableLockedWhileRunning() {
@@ -262,9 +289,9 @@ private slots:
         QCOMPARE(failure.Number(), qint32(Vk_Records::DatabaseDamaged));
         QCOMPARE(
             failure.Description(),
-            QStringLiteral("База данных \"%1\" повреждена: relation \"person\" does not exist. "
-                           "Восстановите ее из резервной копии.")
-                .arg(theServer.Shown(address)));
+            QStringLiteral("База данных \"%1\" повреждена. Восстановите ее из резервной копии.")
+                    .arg(theServer.Shown(address)) +
+                Said(QStringLiteral("relation \"person\" does not exist")));
     }
 
     void NoRoomOnTheServersDisk() {
@@ -285,10 +312,11 @@ private slots:
         const QString address = OpenSmallOffice(theServer);
         const Failure failure = RaisedBy(
             [] { Vk_Records::ThisThreadsConnection().Run(QStringLiteral("SELECT 1 / 0")); });
-        QCOMPARE(failure.Description(),
-                 QStringLiteral("База данных \"%1\" не выполнила запрос: division by zero. "
-                                "Обратитесь к администратору.")
-                     .arg(theServer.Shown(address)));
+        QCOMPARE(
+            failure.Description(),
+            QStringLiteral("База данных \"%1\" не выполнила запрос. Обратитесь к администратору.")
+                    .arg(theServer.Shown(address)) +
+                Said(QStringLiteral("division by zero")));
         QCOMPARE(failure.Number(), qint32(Vk_Records::DatabaseQueryFailed));
     }
 
@@ -332,15 +360,23 @@ private slots:
                      .arg(theServer.Shown(address)));
         QCOMPARE(lost.Number(), qint32(Vk_Records::DatabaseConnectionLost));
         const Failure absent = RaisedBy([&] { persons->GetPersons(QString(), 0); });
-        QCOMPARE(absent.Description(), theAbsentText.arg(theServer.Shown(address)));
+        QCOMPARE(absent.Description(),
+                 theAbsentText.arg(theServer.Shown(address)) +
+                     Said(Unconnected(QStringLiteral("No such file or directory"))));
         theServer.Start();
         QCOMPARE(persons->GetPersons(QString(), 0)->Count(), 5);
     }
 
 private:
-    static void CheckRefusal(const QString &aAddress, qint32 aNumber, const QString &aText) {
+    /// What the client library says of the server's socket.
+    QString Unconnected(const QString &aReason) const {
+        return QStringLiteral("connection to server on socket \"%1/.s.PGSQL.5432\" failed: %2")
+            .arg(theServer.Address(QString(), QString()).section(u'=', -1), aReason);
+    }
+    static void CheckRefusal(const QString &aAddress, qint32 aNumber, const QString &aText,
+                             const QString &aSaid) {
         const Failure failure = RaisedBy([&] { Vk_Records::OpenDatabase(aAddress); });
-        QCOMPARE(failure.Description(), aText.arg(aAddress.section(u'?', 0, 0)));
+        QCOMPARE(failure.Description(), aText.arg(aAddress.section(u'?', 0, 0)) + Said(aSaid));
         QCOMPARE(failure.Number(), aNumber);
     }
 

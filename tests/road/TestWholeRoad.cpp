@@ -244,8 +244,9 @@ class TestWholeRoad : public QObject {
 private slots:
     void initTestCase() {
         QVERIFY(theFolder.isValid());
-        Vk_Records::OpenDatabase(QStringLiteral("sqlite:") +
-                                 theFolder.filePath(QStringLiteral("office.db")));
+        Vk_Records::OpenDatabase(
+            QStringLiteral("sqlite:") + theFolder.filePath(QStringLiteral("office.db")),
+            Vk_Records::NewDatabase::WithSampleOffice);
         const auto persons = Made<PersonQueries>("Vk_DBProvider.PersonQueries");
         const auto streams = Made<DBQAccStream>("Vk_DBProvider.DBQAccStream");
         const auto blanks = Made<BlankQueries>("Vk_DBProvider.BlankQueries");

@@ -14,7 +14,8 @@ using namespace Vk_DocQuery;
 int main(int aCount, char **aArguments) try {
     if (aCount != 2) return 1;
     const QString folder = QString::fromUtf8(aArguments[1]);
-    Vk_Records::OpenDatabase(QStringLiteral("sqlite:") + folder + QStringLiteral("/office.db"));
+    Vk_Records::OpenDatabase(QStringLiteral("sqlite:") + folder + QStringLiteral("/office.db"),
+                             Vk_Records::NewDatabase::WithSampleOffice);
 
     auto queries = std::dynamic_pointer_cast<PersonQueries>(
         ClassRegistry::Create(QStringLiteral("Vk_DBProvider.PersonQueries")));
