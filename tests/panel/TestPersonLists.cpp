@@ -5,6 +5,7 @@
 
 #include "panel/OpenPanel.h"
 #include "panel/ShownFailures.h"
+#include "support/RaisedBy.h"
 #include "support/TestMain.h"
 
 using namespace VkTests;
@@ -47,6 +48,15 @@ void ClickHeader(ListView &aList, int aColumn) {
     const QHeaderView &header = *aList.header();
     const QPoint place(header.sectionViewportPosition(aColumn) + 30, header.height() / 2);
     QTest::mouseClick(header.viewport(), Qt::LeftButton, Qt::NoModifier, place);
+}
+
+/// The call of that number to the member fails, counted from now on.
+void FailOnCall(const QString &aMember, int aCall) {
+    const auto calls = std::make_shared<int>(0);
+    MemoryOffice::The().OnCall = [=](const QString &aCalled) {
+        if (aCalled == aMember && ++*calls == aCall)
+            throw Failure(70, QStringLiteral("S"), QStringLiteral("D"));
+    };
 }
 
 }  // namespace
@@ -213,6 +223,103 @@ private slots:
         const ShownFailures shown;
         panel.Option(QTest::currentDataTag()).SetValue(true);
         QCOMPARE(ShownFailures::Chains(), QStringList(chain));
+    }
+
+    /// The rows are read before the mode changes, and written after it; the width of the column has
+    /// changed by then. What stands is what a further conversion goes on with.
+    void StateAfterAFailedConversion_data() {
+        QTest::addColumn<QString>("member");
+        QTest::addColumn<int>("call");  // fails
+        QTest::addColumn<int>("type");  // afterwards
+        QTest::addColumn<QString>("rows");
+        const QString whole1 = QStringLiteral("_1 org 7701000001|770101001|ООО Ромашка|");
+        const QString whole4 = QStringLiteral("_4 org 7704000004|770401001|АО Василёк|");
+        QTest::newRow("first person read")
+            << QStringLiteral("VkPerson.IsOrganization") << 1 << 1 << whole1 + u'\n' + whole4;
+        QTest::newRow("last person read")
+            << QStringLiteral("VkPerson.IsBranch") << 2 << 1 << whole1 + u'\n' + whole4;
+        // The list stands by name, the second person first.
+        QTest::newRow("first row")
+            << QStringLiteral("VkPerson.Inn") << 1 << 2 << QStringLiteral("_4 org |||");
+        QTest::newRow("last row") << QStringLiteral("VkPerson.Kpp") << 2 << 2
+                                  << QStringLiteral("_1 org 7701000001|||\n") + whole4;
+        QTest::newRow("picture") << QStringLiteral("VkPerson.GetIconKeyAsAccPerson") << 2 << 2
+                                 << QStringLiteral("_1  |||\n") + whole4;
+    }
+    void StateAfterAFailedConversion() {
+        QFETCH(QString, member);
+        QFETCH(int, call);
+        QFETCH(int, type);
+        QFETCH(QString, rows);
+        OpenPanel panel;
+        ListView &list = ShownPersons(panel, Taxpayers, {MakePerson(1), MakePerson(4)});
+        list.SetSortKey(4);
+        list.SetSortOrder(1);
+        FailOnCall(member, call);
+        const ShownFailures shown;
+        panel.Option("theOptMainOrgs").SetValue(true);
+        QCOMPARE(ShownFailures::Texts().size(), 1);
+        QCOMPARE(int(panel.theCurTaxpayersType), type);
+        QCOMPARE(MainOrgWidth(panel), 0);
+        QCOMPARE(panel.theLockCount, 0);
+        QStringList left;
+        for (const char *key : {"_1", "_4"}) {
+            const ListRow *row = list.RowByKey(QString::fromLatin1(key));
+            if (!row) continue;
+            QVERIFY(row->Tag());
+            left << row->Key() + u' ' + row->Icon() + u' ' + Cells(*row);
+        }
+        QCOMPARE(left.join(u'\n'), rows);
+        QCOMPARE(list.RowCount(), int(left.size()));
+        QVERIFY(list.IsSorted() && list.SortKey() == 4 && list.SortOrder() == 1);
+
+        MemoryOffice::The().OnCall = nullptr;
+        panel.Option("theOptTaxpayers").SetValue(true);
+        QCOMPARE(panel.theCurTaxpayersType, Taxpayers);
+        QCOMPARE(list.RowCount(), int(left.size()));
+    }
+
+    /// A fill ends at the row that fails. That row stands, with its object and what it had told;
+    /// the rows behind it are missing.
+    void StateAfterAFailedRow_data() {
+        QTest::addColumn<int>("id");  // of the first
+        QTest::addColumn<QString>("member");
+        QTest::addColumn<QString>("cells");
+        QTest::newRow("theTaxpayersList")
+            << 1 << QStringLiteral("VkPerson.Kpp") << QStringLiteral("7701000001|||");
+        QTest::newRow("theAccStreamsList")
+            << 11 << QStringLiteral("VkAccStream.Kpp") << QStringLiteral("ПФР|087-101|||");
+        QTest::newRow("theTemplatesList")
+            << 21 << QStringLiteral("VkTemplType.ShortName") << QStringLiteral("|");
+    }
+    void StateAfterAFailedRow() {
+        QFETCH(int, id);
+        QFETCH(QString, member);
+        QFETCH(QString, cells);
+        OpenPanel panel;
+        VkDocQueryData record;
+        record.TaxpayersList = Records({MakePerson(1), MakePerson(2), MakePerson(3)});
+        record.AccStreamsList = Records({MakeStream(11), MakeStream(12), MakeStream(13)});
+        record.Templates = Records({MakeClass(21), MakeClass(22), MakeClass(23)});
+        panel.DistributeValues(record);
+        ListView &rows = panel.List(QTest::currentDataTag());
+        const auto row = [&](int aNumber) {
+            return rows.RowByKey(QStringLiteral("_%1").arg(id + aNumber));
+        };
+        const QString first = Cells(*row(0));
+        rows.SetSortOrder(1);
+        FailOnCall(member, 2);
+        QCOMPARE(RaisedBy([&] { panel.DistributeValues(record); }).Number(), 70);
+        MemoryOffice::The().OnCall = nullptr;
+        QCOMPARE(rows.RowCount(), 2);
+        QCOMPARE(Cells(*row(0)), first);
+        QVERIFY(row(1)->Tag());
+        QCOMPARE(Cells(*row(1)), cells);
+        QCOMPARE(row(2), nullptr);
+        QVERIFY(rows.IsSorted() && rows.SortOrder() == 1);
+        QCOMPARE(panel.theLockCount, 0);
+        panel.DistributeValues(record);
+        QCOMPARE(rows.RowCount(), 3);
     }
 
     void HeaderOfTaxpayersSorts() {

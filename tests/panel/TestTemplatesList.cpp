@@ -297,6 +297,49 @@ private slots:
         }
     }
 
+    /// The rows are read before the mode changes, and written after it; the width of the column has
+    /// changed by then.
+    void StateAfterAFailedConversion_data() {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<QString>("member");  // fails for the second row
+        QTest::addColumn<int>("mode");        // afterwards
+        QTest::addColumn<QString>("names");
+        QTest::newRow("class read")
+            << 1 << QStringLiteral("VkTemplType.ID") << 1 << QStringLiteral("_22 Аванс, _21 Налог");
+        QTest::newRow("version written") << 1 << QStringLiteral("VkTemplate.GetDisplayName") << 2
+                                         << QStringLiteral("_33 Аванс 2, _32 ");
+        QTest::newRow("class written") << 2 << QStringLiteral("VkTemplType.ShortName") << 1
+                                       << QStringLiteral("_22 Аванс, _21 ");
+    }
+    void StateAfterAFailedConversion() {
+        QFETCH(int, from);
+        QFETCH(QString, member);
+        QFETCH(int, mode);
+        QFETCH(QString, names);
+        GetLastTemplateByTemplType(21);  // read before anything fails
+        OpenPanel panel;
+        ListView &list = from == 1
+                             ? Shown(panel, TemplateClass, {MakeClass(21), MakeClass(22)})
+                             : Shown(panel, TemplateVersion, {MakeVersion(31), MakeVersion(34)});
+        list.SetSortKey(0);  // nothing stands in that column: the rows stay by name
+        int calls = 0;
+        MemoryOffice::The().OnCall = [&](const QString &aMember) {
+            if (aMember == member && ++calls == 2)
+                throw Failure(70, QStringLiteral("S"), QStringLiteral("D"));
+        };
+        const ShownFailures shown;
+        panel.Option(from == 1 ? "theOptTemplate" : "theOptTemplateClass").SetValue(true);
+        QCOMPARE(ShownFailures::Texts().size(), 1);
+        QCOMPARE(int(panel.theCurTemplatesMode), mode);
+        QCOMPARE(TermWidth(panel), from == 1 ? 2100 : 0);
+        QCOMPARE(panel.theLockCount, 0);
+        QStringList left;
+        for (int i = 0; i < list.RowCount(); ++i)
+            left << list.Row(i)->Key() + u' ' + list.Row(i)->CellText(2);
+        QCOMPARE(left.join(QStringLiteral(", ")), names);
+        QVERIFY(list.IsSorted());
+    }
+
     void VersionThatCannotTellItsClassIsDropped() {
         OpenPanel panel;
         ListView &list = Shown(panel, TemplateVersion, {MakeVersion(31), MakeVersion(34)});
