@@ -67,11 +67,15 @@ void FailSaving(qint32 aNumber, const QString &aDescription) {
     };
 }
 
-/// The member fails from now on, or once.
-void FailCalls(const QString &aMember, bool aOnce) {
+enum Fails { Once, Always, WithAllOthers };
+
+/// The member fails: the next time, from now on, or from now on with whatever is asked after it.
+void FailCalls(const QString &aMember, Fails aHow) {
     const auto failed = std::make_shared<bool>(false);
     MemoryOffice::The().OnCall = [=](const QString &member) {
-        if (member != aMember || (aOnce && *failed)) return;
+        const bool isDue =
+            member == aMember ? aHow != Once || !*failed : aHow == WithAllOthers && *failed;
+        if (!isDue) return;
         *failed = true;
         throw Failure(70, QStringLiteral("S"), QStringLiteral("нет связи"));
     };
@@ -80,7 +84,7 @@ void FailCalls(const QString &aMember, bool aOnce) {
 /// A file of another search, with an object in a list; its text.
 QString SaveOther(const QString &aPath) {
     VkDocQueryData saved;
-    saved.IsDocStatus = saved.IsTaxpayers = saved.IsSignerFio = true;
+    saved.IsDocStatus = saved.IsTaxpayers = saved.IsSignerFio = saved.IsPeriods = true;
     saved.SignerSurname = QStringLiteral("other");
     saved.TaxpayersList = std::make_shared<RecordCollection>();
     saved.TaxpayersList->Add(MakePerson(4));
@@ -98,6 +102,8 @@ std::shared_ptr<VkDocQueryData> OwnSearch(const QString &aPath) {
     record->TaxpayersList = std::make_shared<RecordCollection>();
     record->TaxpayersList->Add(MakePerson(1));
     record->TaxpayersList->Add(MakePerson(3));
+    record->Templates = std::make_shared<RecordCollection>();
+    record->Templates->Add(MakeClass(21));
     record->PeriodCriterion = DocQueryPeriodCriterion(4);  // leaves its options without a choice
     record->LastTab = QStringLiteral("doc");
     return record;
@@ -396,23 +402,25 @@ private slots:
 
     void FailedLoadKeepsTheSearch_data() {
         QTest::addColumn<QString>("member");  // fails
-        QTest::addColumn<bool>("once");       // or as often as it is asked
+        QTest::addColumn<Fails>("fails");
         QTest::addColumn<QString>("road");
         const QString list = QStringLiteral(
             "[Vk_DocQuery::VkDocQueryCriteries.DistributeValues]\r\n"
             "[Vk_DocQuery::VkDocQueryCriteries.FillTaxpayersList]\r\n"
             "[Vk_DocQuery::VkDocQueryCriteries.AddItemToTaxpayersList]\r\n"
             "[Vk_DocQuery::VkDocQueryCriteries.RefreshItemInTaxpayersList]\r\n");
-        QTest::newRow("row") << QStringLiteral("VkPerson.Inn") << true << list;
+        QTest::newRow("row") << QStringLiteral("VkPerson.Inn") << Once << list;
         QTest::newRow("row, and so on the way back")
-            << QStringLiteral("VkPerson.Inn") << false << list;
-        QTest::newRow("caption") << QStringLiteral("ShortenFilePath") << false
+            << QStringLiteral("VkPerson.Inn") << Always << list;
+        QTest::newRow("row, and then all other suppliers")
+            << QStringLiteral("VkPerson.Inn") << WithAllOthers << list;
+        QTest::newRow("caption") << QStringLiteral("ShortenFilePath") << Always
                                  << QStringLiteral(
                                         "[Vk_DocQuery::DocQueryOptionsFrm.RefreshCaption]\r\n");
     }
     void FailedLoadKeepsTheSearch() {
         QFETCH(QString, member);
-        QFETCH(bool, once);
+        QFETCH(Fails, fails);
         QFETCH(QString, road);
         const bool isRow = member == u"VkPerson.Inn";
         const QTemporaryDir folder;
@@ -427,7 +435,7 @@ private slots:
         RunWith(dialog, driver, [&](const User &user) {
             TypeBesides(user);
             const QStringList before = Seen(user);
-            FailCalls(member, once);
+            FailCalls(member, fails);
             driver.ExpectFileDialog(theLoadTitle, QString(), pathB);
             driver.ExpectBox(QStringLiteral("Сбой программы"),
                              QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.theLoad_Click]\r\n"
@@ -445,10 +453,10 @@ private slots:
                 user.Element<DateBox>(date)->SetValue(Empty());
             MemoryOffice::The().OnCall = nullptr;
             // A search whose distribution failed on the way back takes no file's place unasked.
-            if (isRow && !once)
+            if (isRow && fails != Once)
                 driver.ExpectFileDialog(theSaveTitle, QStringLiteral("A.qvk"), QString());
             user.Press("theSave");
-            if (QFile::exists(pathA) != (once || !isRow))
+            if (QFile::exists(pathA) != (fails == Once || !isRow))
                 driver.Complain(QStringLiteral("saved unasked, or not at all"));
         });
         QVERIFY2(driver.Done(), driver.Complaint());
@@ -467,7 +475,7 @@ private slots:
         dialog.SetRecord(OwnSearch(folder.filePath(QStringLiteral("A.qvk"))));
         ModalDriver driver;
         RunWith(dialog, driver, [&](const User &user) {
-            FailCalls(QStringLiteral("VkPerson.Inn"), false);
+            FailCalls(QStringLiteral("VkPerson.Inn"), Always);
             driver.ExpectFileDialog(theLoadTitle, QString(), path);
             driver.Expect([](QWidget &box) { box.close(); });
             user.Press("theLoad");
@@ -497,7 +505,7 @@ private slots:
         const QString saved = SaveOther(path);
         const auto record = OwnSearch(path);
         DocQueryOptionsFrm dialog;
-        FailCalls(member, false);
+        FailCalls(member, Always);
         QCOMPARE(RaisedBy([&] { dialog.SetRecord(record); }).Number(), 70);
         MemoryOffice::The().OnCall = nullptr;
         const QString other = folder.filePath(QStringLiteral("other.qvk"));
@@ -507,7 +515,7 @@ private slots:
             driver.ExpectFileDialog(theSaveTitle, name, QString());
             user.Press("theSave");
             // A failed load brings back what was half shown, which is no whole by that.
-            FailCalls(QStringLiteral("VkPerson.Inn"), true);
+            FailCalls(QStringLiteral("VkPerson.Inn"), Once);
             driver.ExpectFileDialog(theLoadTitle, QString(), other);
             driver.Expect([](QWidget &box) { box.close(); });
             user.Press("theLoad");
