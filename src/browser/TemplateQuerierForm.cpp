@@ -259,6 +259,7 @@ void TemplateQuerierForm::Form_Resize() {
 
 void TemplateQuerierForm::Execute() try {
     Prepare();
+    setModal(true);  // for good: hidden after exec took it back, it would go on blocking the host
     exec();
 } catch (...) {
     ReportErrorToUser(theModule, "Execute");

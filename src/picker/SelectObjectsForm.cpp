@@ -160,6 +160,7 @@ std::shared_ptr<RecordCollection> SelectObjectsForm::Run(
         ShowEmptyOffer();
         return nullptr;
     }
+    setModal(true);  // for good: hidden after exec took it back, it would go on blocking the host
     exec();
     return theOKPressed ? GetCheckedObjects() : nullptr;
 }

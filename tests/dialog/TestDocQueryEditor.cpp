@@ -342,6 +342,41 @@ private slots:
         QVERIFY(shown);
     }
 
+    /// A window whose loop was ended from outside lets go of the windows that it blocked.
+    void EndedLoopLeavesNoWindowBlocked_data() {
+        QTest::addColumn<bool>("browser");
+        QTest::newRow("dialog") << false;
+        QTest::newRow("browser") << true;
+    }
+    void EndedLoopLeavesNoWindowBlocked() {
+        QFETCH(bool, browser);
+        QPushButton host;
+        host.show();
+        QVERIFY(QTest::qWaitForWindowActive(&host));
+        int clicks = 0;
+        connect(&host, &QPushButton::clicked, this, [&] { ++clicks; });
+        const auto click = [&] {
+            QTest::mouseClick(host.windowHandle(), Qt::LeftButton, {}, host.rect().center());
+        };
+        ModalDriver driver;
+        DocQueryEditor editor;
+        QTimer::singleShot(0, this, [&] {
+            driver.Expect([&](QWidget &) {
+                click();
+                QCoreApplication::exit();
+            });
+            if (browser)
+                TemplateQuerier().Execute();
+            else
+                editor.Execute();
+        });
+        QCoreApplication::exec();
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(clicks, 0);
+        click();
+        QCOMPARE(clicks, 1);
+    }
+
     void FileDialogStandsOverTheGivenWindow() {
         QWidget first;
         QWidget second;
