@@ -2,8 +2,6 @@
 #include <Vk_Records/Database.h>
 
 #include "AccStreams.h"
-#include "FilesLibrary.h"
-#include "PeriodNames.h"
 #include "Persons.h"
 #include "Queries.h"
 #include "SampleOffice.h"
@@ -20,11 +18,9 @@ void RegisterClasses() {
     RegisterClass<AccStreamRecord>(QStringLiteral("Vk_Records.VkAccStream"));
     RegisterClass<TemplTypeRecord>(QStringLiteral("Vk_Records.VkTemplType"));
     RegisterClass<TemplateRecord>(QStringLiteral("Vk_Records.VkTemplate"));
-    RegisterClass<PeriodNames>(QStringLiteral("Vk_Records.VkRecFactory"));
     RegisterClass<OfficeBlankQueries>(QStringLiteral("Vk_DBProvider.BlankQueries"));
     RegisterClass<OfficeAccStreamQueries>(QStringLiteral("Vk_DBProvider.DBQAccStream"));
     RegisterClass<OfficePersonQueries>(QStringLiteral("Vk_DBProvider.PersonQueries"));
-    RegisterClass<FilesLibrary>(QStringLiteral("Vk_Lib.FilesLibrary"));
 }
 
 [[noreturn]] void RaiseEmpty(const Connection &aConnection) {

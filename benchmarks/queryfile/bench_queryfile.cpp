@@ -12,11 +12,9 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
-#include <Vk_DocQuery/ClassRegistry.h>
 #include <Vk_DocQuery/VkDocQueryData.h>
 
 #include "Figure.h"
-#include "FilesLibrary.h"
 #include "queryfile/StoredIdentities.h"
 
 using namespace Vk_DocQuery;
@@ -106,7 +104,6 @@ std::function<void()> Times(int aCount, std::function<void()> aWork) {
 int main(int aCount, char **aArguments) {
     const QCoreApplication application(aCount, aArguments);
     if (application.arguments().size() > 1) VkBench::SetFilter(application.arguments().at(1));
-    RegisterClass<Vk_Records::FilesLibrary>(QStringLiteral("Vk_Lib.FilesLibrary"));
 
     const QTemporaryDir folder;
     const QString large = folder.filePath(QStringLiteral("large.qvk"));

@@ -18,18 +18,27 @@ namespace Vk_DocQuery {
 ///   "Vk_DBProvider.BlankQueries", "Vk_DBProvider.DBQAccStream", "Vk_DBProvider.PersonQueries",
 ///   "Vk_Lib.FilesLibrary" (Providers.h),
 ///   "Vk_Errors.VkErrorHandler", "Vk_SplashWindow.SplashWindow" (HostServices.h, both optional).
+///
+/// The library brings a class of its own for two of them, "Vk_Lib.FilesLibrary" and
+/// "Vk_Records.VkRecFactory": it is what is made as long as no other has been entered. A class that
+/// does a little more can hand on to it; make the library's object before entering the class.
+///
+/// The accessors keep what they made, once for each thread: enter classes before the first window
+/// or file.
 class VK_DOCQUERY_EXPORT ClassRegistry {
 public:
     using Factory = std::function<std::shared_ptr<Object>()>;
 
     /// Enters a class, or puts another factory in place of the one entered before.
     static void Register(const QString &aClass, Factory aFactory);
-    /// Takes a class out; a name that is not entered is no failure.
+    /// Takes a class out; a name that is not entered is no failure. The library's own class, where
+    /// there is one, is back then.
     static void Unregister(const QString &aClass);
+    /// Whether Create knows the name, by entry or as one of the library's own.
     static bool IsRegistered(const QString &aClass);
 
     /// Makes an object of the class on the machine aServer; empty is this one, the only one there
-    /// is. Raises ClassNotCreatable if the name is not entered, if a server is named, or if the
+    /// is. Raises ClassNotCreatable if the name is not known, if a server is named, or if the
     /// factory gives nothing; a failure of the factory is passed on.
     static std::shared_ptr<Object> Create(const QString &aClass,
                                           const QString &aServer = QString());

@@ -60,7 +60,7 @@ public:
     virtual std::shared_ptr<RecordCollection> GetTaxpayers() = 0;
 };
 
-/// Names of periods. Class name "Vk_Records.VkRecFactory".
+/// Names of periods. Class name "Vk_Records.VkRecFactory"; the library has one of its own.
 class VK_DOCQUERY_EXPORT VkRecFactory : public Object {
 public:
     ~VkRecFactory() override;
@@ -69,7 +69,8 @@ public:
     virtual QString GetPeriodName(qint32 aMonthID) = 0;
 };
 
-/// Text files and paths. Class name "Vk_Lib.FilesLibrary".
+/// Text files and paths. Class name "Vk_Lib.FilesLibrary"; the library has one of its own, which a
+/// host need not replace: what it saves can be read again, and a failure leaves the old file.
 class VK_DOCQUERY_EXPORT FilesLibrary : public Object {
 public:
     ~FilesLibrary() override;

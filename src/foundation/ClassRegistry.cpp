@@ -6,6 +6,9 @@
 #include <Vk_DocQuery/Failure.h>
 #include <Vk_DocQuery/HostServices.h>
 
+#include "foundation/FilesLibrary.h"
+#include "foundation/PeriodNames.h"
+
 namespace Vk_DocQuery {
 
 namespace {
@@ -18,6 +21,34 @@ struct Classes {
 Classes &TheClasses() {
     static Classes classes;
     return classes;
+}
+
+template <class Class>
+std::shared_ptr<Object> Made() {
+    return std::make_shared<Class>();
+}
+
+/// What is there without a supplier.
+struct Default {
+    const char16_t *Class;
+    std::shared_ptr<Object> (*Make)();
+};
+
+constexpr Default theDefaults[] = {
+    {u"Vk_Lib.FilesLibrary", Made<DefaultFilesLibrary>},
+    {u"Vk_Records.VkRecFactory", Made<PeriodNames>},
+};
+
+/// The factory entered for the class, else the library's own; none where there is neither.
+ClassRegistry::Factory FactoryOf(const QString &aClass) {
+    Classes &classes = TheClasses();
+    const std::lock_guard lock(classes.theLock);
+    const auto entered = classes.theFactories.constFind(aClass.toCaseFolded());
+    if (entered != classes.theFactories.cend()) return *entered;
+    for (const Default &own : theDefaults) {
+        if (aClass.compare(QStringView(own.Class), Qt::CaseInsensitive) == 0) return own.Make;
+    }
+    return nullptr;
 }
 
 [[noreturn]] void RaiseNotCreatable(const QString &aText) {
@@ -43,9 +74,7 @@ void ClassRegistry::Unregister(const QString &aClass) {
 }
 
 bool ClassRegistry::IsRegistered(const QString &aClass) {
-    Classes &classes = TheClasses();
-    const std::lock_guard lock(classes.theLock);
-    return classes.theFactories.contains(aClass.toCaseFolded());
+    return FactoryOf(aClass) != nullptr;
 }
 
 std::shared_ptr<Object> ClassRegistry::Create(const QString &aClass, const QString &aServer) {
@@ -53,12 +82,7 @@ std::shared_ptr<Object> ClassRegistry::Create(const QString &aClass, const QStri
         RaiseNotCreatable(
             QStringLiteral("Класс \"%1\" нельзя создать на другом компьютере.").arg(aClass));
     }
-    Factory factory;
-    {
-        Classes &classes = TheClasses();
-        const std::lock_guard lock(classes.theLock);
-        factory = classes.theFactories.value(aClass.toCaseFolded());
-    }
+    const Factory factory = FactoryOf(aClass);
     if (!factory) RaiseNotCreatable(QStringLiteral("Класс \"%1\" не зарегистрирован.").arg(aClass));
     auto object = factory();
     if (!object)

@@ -10,35 +10,30 @@
 #include <QFileInfo>
 #include <QStringDecoder>
 
+#include "foundation/Windows1251.h"
+
 namespace Vk_DocQuery {
 
 namespace {
 
-/// The UTF-8 forms of the upper half of a one-byte character set.
+/// The UTF-8 forms of the upper half of windows-1251.
 struct UpperHalf {
     struct Form {
         char Bytes[3];
         quint8 Length;
     };
     std::array<Form, 128> Forms;
-    bool IsUsable = false;
 };
 
 const UpperHalf &Windows1251() {
     static const UpperHalf half = [] {
         UpperHalf result;
-        QStringDecoder decoder("windows-1251");
-        QByteArray bytes;
-        for (int byte = 128; byte < 256; ++byte) bytes.append(static_cast<char>(byte));
-        const QString characters = decoder.isValid() ? decoder.decode(bytes) : QString();
-        if (characters.size() != 128) return result;
-        for (qsizetype i = 0; i < 128; ++i) {
-            const QByteArray utf8 = QStringView(characters).sliced(i, 1).toUtf8();
-            UpperHalf::Form &form = result.Forms[static_cast<std::size_t>(i)];
+        for (std::size_t i = 0; i < result.Forms.size(); ++i) {
+            const QByteArray utf8 = QStringView(&theWindows1251[i], 1).toUtf8();
+            UpperHalf::Form &form = result.Forms[i];
             form.Length = static_cast<quint8>(std::min<qsizetype>(utf8.size(), 3));
             std::memcpy(form.Bytes, utf8.constData(), form.Length);
         }
-        result.IsUsable = true;
         return result;
     }();
     return half;
@@ -182,9 +177,8 @@ QByteArray DecodedXmlBytes(const QByteArray &aBytes, bool &rDecoded) {
         if (!decoder.hasError() && text.isValidUtf16()) return text.toUtf8();
     }
     const QByteArrayView encoding = DeclaredEncoding(aBytes);
-    if ((encoding.compare("windows-1251", Qt::CaseInsensitive) == 0 ||
-         encoding.compare("cp1251", Qt::CaseInsensitive) == 0) &&
-        Windows1251().IsUsable)
+    if (encoding.compare("windows-1251", Qt::CaseInsensitive) == 0 ||
+        encoding.compare("cp1251", Qt::CaseInsensitive) == 0)
         return Utf8OfWindows1251(aBytes);
     rDecoded = false;
     return aBytes;

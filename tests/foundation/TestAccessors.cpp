@@ -1,7 +1,9 @@
 #include <functional>
 #include <thread>
 
+#include <QFile>
 #include <QSet>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <Vk_DocQuery/ClassRegistry.h>
@@ -25,12 +27,14 @@ struct Accessor {
     const char *Module;
     const char *Class;
     const void *(*Get)();
+    bool HasDefault = false;
 };
 
 constexpr Accessor theAccessors[] = {
     {"GetRecFactory", "mVkRecords", "Vk_Records.VkRecFactory",
-     []() -> const void * { return &GetRecFactory(); }},
-    {"FilesLib", "mVkLib", "Vk_Lib.FilesLibrary", []() -> const void * { return &FilesLib(); }},
+     []() -> const void * { return &GetRecFactory(); }, true},
+    {"FilesLib", "mVkLib", "Vk_Lib.FilesLibrary", []() -> const void * { return &FilesLib(); },
+     true},
     {"GetBlankQueries", "mVkDBProvider", "Vk_DBProvider.BlankQueries",
      []() -> const void * { return &GetBlankQueries(); }},
     {"GetDBQAccStream", "mVkDBProvider", "Vk_DBProvider.DBQAccStream",
@@ -85,7 +89,7 @@ private slots:
         InNewThread([&] {
             const void *first = accessor.Get();
             QVERIFY(first);
-            ClassRegistry::Unregister(name);  // a second object could not be made any more
+            ClassRegistry::Register(name, nullptr);  // a second object could not be made any more
             QCOMPARE(accessor.Get(), first);
         });
     }
@@ -106,7 +110,7 @@ private slots:
         QFETCH(int, index);
         const Accessor &accessor = theAccessors[index];
         const QString name = QString::fromLatin1(accessor.Class);
-        ClassRegistry::Unregister(name);
+        ClassRegistry::Register(name, [] { return std::shared_ptr<Object>(); });
         QString chain;
         const void *later = nullptr;
         InNewThread([&] {
@@ -118,10 +122,46 @@ private slots:
                  QStringLiteral("[Vk_DocQuery::%1.%2]\r\n"
                                 "[Vk_DocQuery::mErrorHandling.CreateObjectErr] {Object: %3}\r\n"
                                 "[ClassRegistry]\r\n"
-                                "Класс \"%3\" не зарегистрирован.")
+                                "Не удалось создать объект класса \"%3\".")
                      .arg(QString::fromLatin1(accessor.Module), QString::fromLatin1(accessor.Name),
                           name));
         QVERIFY(later);
+    }
+
+    /// Files and the names of periods are there without a supplier; the records are not.
+    void WithoutASupplier_data() { AddAccessors(); }
+    void WithoutASupplier() {
+        QFETCH(int, index);
+        const Accessor &accessor = theAccessors[index];
+        const QString name = QString::fromLatin1(accessor.Class);
+        ClassRegistry::Unregister(name);
+        QCOMPARE(ClassRegistry::IsRegistered(name), accessor.HasDefault);
+        QCOMPARE(ClassRegistry::IsRegistered(name.toUpper()), accessor.HasDefault);
+        QString raised;
+        InNewThread([&] { raised = RaisedBy([&] { accessor.Get(); }).Description(); });
+        QCOMPARE(raised, accessor.HasDefault
+                             ? QStringLiteral("nothing was raised")
+                             : QStringLiteral(
+                                   "[Vk_DocQuery::%1.%2]\r\n"
+                                   "[Vk_DocQuery::mErrorHandling.CreateObjectErr] {Object: %3}\r\n"
+                                   "[ClassRegistry]\r\n"
+                                   "Класс \"%3\" не зарегистрирован.")
+                                   .arg(QString::fromLatin1(accessor.Module),
+                                        QString::fromLatin1(accessor.Name), name));
+    }
+
+    void DefaultsAreTheLibrarysOwn() {
+        ClassRegistry::Unregister(QStringLiteral("Vk_Records.VkRecFactory"));
+        ClassRegistry::Unregister(QStringLiteral("Vk_Lib.FilesLibrary"));
+        const QTemporaryDir folder;
+        const QString name = folder.filePath(QStringLiteral("a.qvk"));
+        InNewThread([&] {
+            QCOMPARE(GetRecFactory().GetPeriodName(3), QStringLiteral("Март"));
+            FilesLib().SaveTextToFile(QStringLiteral("Ёж"), name, 1251);
+        });
+        QFile file(name);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QByteArray("\xA8\xE6"));
     }
 
     void ObjectOfAnotherClassIsRefused_data() { AddAccessors(); }

@@ -373,8 +373,9 @@ private slots:
     }
 
     /// On a thread of its own, which has no files library yet.
-    void LibraryThatIsNotThereIsRaised() {
-        ClassRegistry::Unregister(QStringLiteral("Vk_Lib.FilesLibrary"));
+    void LibraryOfAHostThatCannotBeMadeIsRaised() {
+        ClassRegistry::Register(QStringLiteral("Vk_Lib.FilesLibrary"),
+                                [] { return std::shared_ptr<Object>(); });
         Failure failure(0, QString(), QString());
         QString lastError;
         std::thread([&] {
@@ -388,8 +389,32 @@ private slots:
                  theChain + QStringLiteral("WriteToXmlFile]\r\n[Vk_DocQuery::mVkLib.FilesLib]\r\n"
                                            "[Vk_DocQuery::mErrorHandling.CreateObjectErr] {Object: "
                                            "Vk_Lib.FilesLibrary}\r\n[ClassRegistry]\r\n"
-                                           "Класс \"Vk_Lib.FilesLibrary\" не зарегистрирован."));
+                                           "Не удалось создать объект класса "
+                                           "\"Vk_Lib.FilesLibrary\"."));
         QCOMPARE(lastError, QString());
+    }
+
+    /// A host without a supplier, on a thread of its own: the character that no file can hold is
+    /// told, and the file stays.
+    void SavingNeedsNoSupplier() {
+        ClassRegistry::Unregister(QStringLiteral("Vk_Lib.FilesLibrary"));
+        const QTemporaryDir folder;
+        const QString name = folder.filePath(QStringLiteral("a.qvk"));
+        VkDocQueryData record;
+        bool first = false;
+        bool second = true;
+        std::thread([&] {
+            first = record.WriteToXmlFile(name);
+            record.Notes = QChar(0x1A);
+            second = record.WriteToXmlFile(name);
+        }).join();
+        QVERIFY(first);
+        QVERIFY(!second);
+        QCOMPARE(record.LastError, QStringLiteral("Символ U+001A нельзя сохранить в файле. "
+                                                  "Уберите его из текста."));
+        QFile file(name);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(QString::fromLatin1(file.readAll()), NewRecordText());
     }
 
     void FailedWriteIsToldInThreeWays() {

@@ -13,7 +13,9 @@
 #include <Vk_DocQuery/Failure.h>
 #include <Vk_DocQuery/VkDocQueryData.h>
 
-#include "FilesLibrary.h"
+#include "foundation/FilesLibrary.h"
+#include "foundation/XmlBytes.h"
+#include "queryfile/FileBytes.h"
 #include "support/AsNobody.h"
 #include "support/TestMain.h"
 
@@ -38,7 +40,7 @@ void WriteBytes(const QString &aName, const QByteArray &aBytes) {
 /// What saving raises; empty if it does not.
 QString Saved(const QString &aText, const QString &aName, qint32 aCodePage = 1251) {
     try {
-        Vk_Records::FilesLibrary().SaveTextToFile(aText, aName, aCodePage);
+        DefaultFilesLibrary().SaveTextToFile(aText, aName, aCodePage);
     } catch (const Failure &failure) {
         return failure.Description();
     }
@@ -129,6 +131,34 @@ private slots:
         QCOMPARE(BytesOf(name), bytes);
     }
 
+    /// Every byte of the upper half, written and read.
+    void Windows1251() {
+        static constexpr char16_t characters[] = {
+            0x0402, 0x0403, 0x201A, 0x0453, 0x201E, 0x2026, 0x2020, 0x2021,  // 80
+            0x20AC, 0x2030, 0x0409, 0x2039, 0x040A, 0x040C, 0x040B, 0x040F,  // 88
+            0x0452, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,  // 90
+            0,      0x2122, 0x0459, 0x203A, 0x045A, 0x045C, 0x045B, 0x045F,  // 98
+            0x00A0, 0x040E, 0x045E, 0x0408, 0x00A4, 0x0490, 0x00A6, 0x00A7,  // A0
+            0x0401, 0x00A9, 0x0404, 0x00AB, 0x00AC, 0x00AD, 0x00AE, 0x0407,  // A8
+            0x00B0, 0x00B1, 0x0406, 0x0456, 0x0491, 0x00B5, 0x00B6, 0x00B7,  // B0
+            0x0451, 0x2116, 0x0454, 0x00BB, 0x0458, 0x0405, 0x0455, 0x0457,  // B8
+        };
+        const auto character = [&](int aByte) {
+            if (aByte < 0xC0) return characters[aByte - 0x80];
+            return static_cast<char16_t>(aByte - 0xC0 + 0x0410);  // the alphabet is in order
+        };
+        for (int byte = 0x80; byte < 0x100; ++byte) {
+            if (character(byte) == 0) continue;
+            const QByteArray coded(1, static_cast<char>(byte));
+            const QString text(QChar(character(byte)));
+            QCOMPARE(XmlBytes(text, 1251), coded);
+            bool decoded = false;
+            const QByteArray declaration = "<?xml version='1.0' encoding='windows-1251'?>";
+            QCOMPARE(DecodedXmlBytes(declaration + coded, decoded), declaration + text.toUtf8());
+            QVERIFY(decoded);
+        }
+    }
+
     void RefusedCharacters_data() {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("code");
@@ -174,7 +204,7 @@ private slots:
         VkDocQueryData record;
         record.IsNotes = true;
         record.Notes = QStringLiteral("caf\u00E9 \u4E00 \U0001F600 \u0098 Ёж & <\"'> ?");
-        Vk_Records::FilesLibrary().SaveTextToFile(record.WriteToXmlString(true, 0), name, 1251);
+        DefaultFilesLibrary().SaveTextToFile(record.WriteToXmlString(true, 0), name, 1251);
         VkDocQueryData loaded;
         QVERIFY2(loaded.ReadFromXmlFile(name), qPrintable(loaded.LastError));
         QCOMPARE(loaded.Notes, record.Notes);
@@ -320,7 +350,7 @@ private slots:
         QString head;
         QString tail;
         QString name;
-        QCOMPARE(Vk_Records::FilesLibrary().ShortenFilePath(path, head, tail, name), shown);
+        QCOMPARE(DefaultFilesLibrary().ShortenFilePath(path, head, tail, name), shown);
         QVERIFY(shown.endsWith(name));
         QVERIFY(path.startsWith(head));
         QVERIFY(path.endsWith(tail));

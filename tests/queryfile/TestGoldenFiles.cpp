@@ -8,7 +8,6 @@
 #include <Vk_DocQuery/ClassRegistry.h>
 #include <Vk_DocQuery/VkDocQueryData.h>
 
-#include "FilesLibrary.h"
 #include "foundation/Clock.h"
 #include "support/MemoryRecords.h"
 #include "support/TestMain.h"
@@ -114,7 +113,7 @@ class TestGoldenFiles : public QObject {
 private slots:
     void initTestCase() {
         VkTests::MemoryOffice::Install();
-        RegisterClass<Vk_Records::FilesLibrary>(QStringLiteral("Vk_Lib.FilesLibrary"));
+        ClassRegistry::Unregister(QStringLiteral("Vk_Lib.FilesLibrary"));  // the library's own
     }
     void cleanupTestCase() { VkTests::MemoryOffice::Install(); }
     void cleanup() { SetTodayForTests(QDate()); }
@@ -158,7 +157,7 @@ private slots:
         }
         const bool read = record.ReadFromXmlFile(Folder() + QStringLiteral("/full.qvk"));
         VkTests::MemoryOffice::Install();
-        RegisterClass<Vk_Records::FilesLibrary>(QStringLiteral("Vk_Lib.FilesLibrary"));
+        ClassRegistry::Unregister(QStringLiteral("Vk_Lib.FilesLibrary"));  // the library's own
         QVERIFY2(read, qPrintable(record.LastError));
         QCOMPARE(record.Notes, FullRecord().Notes);
         QCOMPARE(record.SignerSurname, FullRecord().SignerSurname);

@@ -17,7 +17,7 @@
 
 #include <Vk_DocQuery/Failure.h>
 
-#include "FilesLibrary.h"
+#include "foundation/FilesLibrary.h"
 #include "queryfile/FileBytes.h"
 #include "queryfile/XmlNode.h"
 #include "support/RaisedBy.h"
@@ -57,9 +57,8 @@ std::vector<long> OpeningCalls() {
 }
 
 QString Saved(const QString &aName) {
-    return RaisedBy([&] {
-               Vk_Records::FilesLibrary().SaveTextToFile(QStringLiteral("new"), aName, 1251);
-           })
+    return RaisedBy(
+               [&] { DefaultFilesLibrary().SaveTextToFile(QStringLiteral("new"), aName, 1251); })
         .Description();
 }
 

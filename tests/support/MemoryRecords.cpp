@@ -2,9 +2,6 @@
 
 #include <algorithm>
 
-#include <QFile>
-#include <QStringEncoder>
-
 #include <Vk_DocQuery/ClassRegistry.h>
 #include <Vk_DocQuery/Failure.h>
 
@@ -296,21 +293,29 @@ public:
     }
 };
 
+/// Hands on to the library's own files library, which loses no file.
 class MemoryFiles : public FilesLibrary {
 public:
-    void SaveTextToFile(const QString &aText, const QString &aFileName, qint32) override {
+    explicit MemoryFiles(std::shared_ptr<FilesLibrary> aOwn) : theOwn(std::move(aOwn)) {}
+    void SaveTextToFile(const QString &aText, const QString &aFileName, qint32 aCodePage) override {
         Called("SaveTextToFile");
-        QStringEncoder encoder("windows-1251");
-        const QByteArray bytes = encoder.encode(aText);
-        QFile file(aFileName);
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-            throw Failure(75, QStringLiteral("MemoryRecords"), file.errorString());
+        theOwn->SaveTextToFile(aText, aFileName, aCodePage);
     }
     QString ShortenFilePath(const QString &aPath, QString &, QString &, QString &) override {
         Called("ShortenFilePath");
         return QStringLiteral("...") + aPath.right(20);
     }
+
+private:
+    std::shared_ptr<FilesLibrary> theOwn;
 };
+
+void RegisterFiles() {
+    const QString name = QStringLiteral("Vk_Lib.FilesLibrary");
+    ClassRegistry::Unregister(name);
+    const auto own = std::dynamic_pointer_cast<FilesLibrary>(ClassRegistry::Create(name));
+    ClassRegistry::Register(name, [own] { return std::make_shared<MemoryFiles>(own); });
+}
 
 template <class Class>
 std::shared_ptr<Class> Made(double aID) {
@@ -387,7 +392,7 @@ void MemoryOffice::Install() {
     RegisterClass<MemoryBlankQueries>(QStringLiteral("Vk_DBProvider.BlankQueries"));
     RegisterClass<MemoryStreamQueries>(QStringLiteral("Vk_DBProvider.DBQAccStream"));
     RegisterClass<MemoryPersonQueries>(QStringLiteral("Vk_DBProvider.PersonQueries"));
-    RegisterClass<MemoryFiles>(QStringLiteral("Vk_Lib.FilesLibrary"));
+    RegisterFiles();
 }
 
 void MemoryOffice::Clear() {

@@ -33,8 +33,8 @@ enum class NewDatabase {
     Refused,           ///< nothing: DatabaseEmpty is raised
 };
 
-/// Opens the office at the address and enters the record classes, the providers and the files
-/// library into the class registry. Until CloseDatabase every thread reads through a connection of
+/// Opens the office at the address and enters the record classes and the providers into the class
+/// registry. Until CloseDatabase every thread reads through a connection of
 /// its own.
 ///
 ///     sqlite:/path/office.db

@@ -1,9 +1,9 @@
-// A host that brings its own files library and its own records, made of installed headers alone.
-// own_records FOLDER: exit code 0 if a record is made, saved, and a failed save tells its reason.
+// A host that brings its own records, made of installed headers alone; it saves files through the
+// library. own_records FOLDER: exit code 0 if a record is made and saved, and a save that fails
+// tells its reason and leaves the file.
 #include <cstdio>
 
 #include <QFile>
-#include <QStringEncoder>
 
 #include <Vk_DocQuery/ClassRegistry.h>
 #include <Vk_DocQuery/Failure.h>
@@ -34,18 +34,10 @@ private:
     double theID = 0;
 };
 
-class Files : public FilesLibrary {
-public:
-    void SaveTextToFile(const QString &aText, const QString &aFileName, qint32) override {
-        QFile file(aFileName);
-        const QByteArray bytes = QStringEncoder("windows-1251").encode(aText);
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-            throw Failure(75, QStringLiteral("Files"), file.errorString());
-    }
-    QString ShortenFilePath(const QString &aPath, QString &, QString &, QString &) override {
-        return aPath;
-    }
-};
+QByteArray BytesOf(const QString &aName) {
+    QFile file(aName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
 
 int Complain(const char *aWhat, const QString &aText) {
     std::fprintf(stderr, "%s: %s\n", aWhat, qUtf8Printable(aText));
@@ -57,7 +49,6 @@ int Complain(const char *aWhat, const QString &aText) {
 int main(int aCount, char **aArguments) {
     if (aCount != 2) return Complain("usage", QStringLiteral("own_records FOLDER"));
     const QString folder = QString::fromUtf8(aArguments[1]);
-    RegisterClass<Files>(QStringLiteral("Vk_Lib.FilesLibrary"));
     RegisterClass<Person>(QStringLiteral("Vk_Records.VkPerson"));
 
     auto person = std::dynamic_pointer_cast<VkPerson>(
@@ -72,15 +63,17 @@ int main(int aCount, char **aArguments) {
     const QString name = folder + QStringLiteral("/a.qvk");
     if (!record.WriteToXmlFile(name)) return Complain("save", record.LastError);
     if (!record.LastError.isEmpty()) return Complain("LastError after a save", record.LastError);
-    QFile file(name);
-    if (!file.open(QIODevice::ReadOnly)) return Complain("saved file", file.errorString());
-    const QByteArray text = file.readAll();
+    const QByteArray text = BytesOf(name);
     if (!text.contains("<i id=\"12345\" />\r\n") || text.count('\n') != 44)
         return Complain("saved text", QString::fromLatin1(text));
 
     if (record.WriteToXmlFile(folder + QStringLiteral("/absent/a.qvk")))
         return Complain("save", QStringLiteral("it went into a folder that is not there"));
     if (record.LastError.isEmpty()) return Complain("LastError", QStringLiteral("is empty"));
+    record.Notes = QChar(0x1A);
+    if (record.WriteToXmlFile(name))
+        return Complain("save", QStringLiteral("a file came about that nobody can read"));
+    if (BytesOf(name) != text) return Complain("saved file", QStringLiteral("it is not as it was"));
     std::printf("LastError: %s\n", qUtf8Printable(record.LastError));
     return 0;
 }

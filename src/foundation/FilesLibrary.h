@@ -2,12 +2,12 @@
 
 #include <Vk_DocQuery/Providers.h>
 
-namespace Vk_Records {
+namespace Vk_DocQuery {
 
-/// Text files and paths, entered as "Vk_Lib.FilesLibrary". The texts that it saves are XML: a
-/// character that the code page lacks is written as a numeric character reference, which every
-/// reader of XML gives back as the same character.
-class FilesLibrary : public Vk_DocQuery::FilesLibrary {
+/// Text files and paths, as long as no host has entered a files library of its own. The texts that
+/// it saves are XML: a character that the code page lacks is written as a numeric character
+/// reference, which every reader of XML gives back as the same character.
+class DefaultFilesLibrary final : public FilesLibrary {
 public:
     /// Raises a failure, with the file as it was before, for a text that XML cannot hold and for a
     /// file that cannot be written.
@@ -19,8 +19,4 @@ public:
                             QString &rName) override;
 };
 
-/// The text in the code page, with references for what the code page lacks. Raises a failure that
-/// names the character for one that XML cannot hold, and for a code page that is not known.
-QByteArray XmlBytes(const QString &aText, qint32 aCodePage);
-
-}  // namespace Vk_Records
+}  // namespace Vk_DocQuery

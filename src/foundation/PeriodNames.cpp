@@ -1,6 +1,6 @@
-#include "PeriodNames.h"
+#include "foundation/PeriodNames.h"
 
-namespace Vk_Records {
+namespace Vk_DocQuery {
 
 namespace {
 
@@ -29,4 +29,4 @@ QString PeriodNames::GetPeriodName(qint32 aMonthID) {
     return QStringLiteral("Период с кодом %1").arg(aMonthID);
 }
 
-}  // namespace Vk_Records
+}  // namespace Vk_DocQuery

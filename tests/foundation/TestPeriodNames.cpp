@@ -2,25 +2,15 @@
 #include <QFontMetrics>
 #include <QTest>
 
-#include <Vk_DocQuery/Providers.h>
-#include <Vk_Records/Database.h>
-
-#include "OfficeFolder.h"
+#include "foundation/PeriodNames.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
-using namespace VkTests;
 
 class TestPeriodNames : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase() {
-        Vk_Records::OpenDatabase(theFolder.NewAddress(), Vk_Records::NewDatabase::Empty);
-        Vk_Records::CloseDatabase();  // the names need no database
-        theNames = Made<VkRecFactory>(u"Vk_Records.VkRecFactory");
-    }
-
     void Names_data() {
         QTest::addColumn<int>("code");
         QTest::addColumn<QString>("name");
@@ -44,7 +34,7 @@ private slots:
     void Names() {
         QFETCH(int, code);
         QFETCH(QString, name);
-        QCOMPARE(theNames->GetPeriodName(code), name);
+        QCOMPARE(theNames.GetPeriodName(code), name);
     }
 
     void FitTheirBoxes() {
@@ -53,14 +43,13 @@ private slots:
         font.setPointSizeF(8.25);
         const QFontMetrics metrics(font);
         for (const int code : {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12})
-            QVERIFY(metrics.horizontalAdvance(theNames->GetPeriodName(code)) <= 97 - 32);
+            QVERIFY(metrics.horizontalAdvance(theNames.GetPeriodName(code)) <= 97 - 32);
         for (const int code : {13, 14, 15, 16, 17, 18, 19, 20, 21, 24})
-            QVERIFY(metrics.horizontalAdvance(theNames->GetPeriodName(code)) <= 177 - 32);
+            QVERIFY(metrics.horizontalAdvance(theNames.GetPeriodName(code)) <= 177 - 32);
     }
 
 private:
-    SqliteFolder theFolder;
-    std::shared_ptr<VkRecFactory> theNames;
+    PeriodNames theNames;
 };
 
 VK_TEST_CLASS(TestPeriodNames);
