@@ -1,12 +1,8 @@
 #include "foundation/FilesLibrary.h"
 
-#include <cerrno>
+#include <algorithm>
 
-#include <QDir>
-#include <QFileInfo>
-#include <QSaveFile>
-
-#include "foundation/FilesFailure.h"
+#include "foundation/FileReplacement.h"
 #include "foundation/XmlBytes.h"
 
 namespace Vk_DocQuery {
@@ -15,51 +11,6 @@ namespace {
 
 constexpr qsizetype theLongestPath = 100;
 const QString theGap = QStringLiteral("...");
-
-/// Says what is wrong with a place to save at before anything is touched there.
-void CheckPlace(const QString &aFileName) {
-    if (aFileName.isEmpty()) RaiseFiles(InvalidArgument, QStringLiteral("Имя файла не задано."));
-    const QFileInfo info(aFileName);
-    if (info.isDir())
-        RaiseFiles(NotAFile, QStringLiteral("По этому пути находится папка, а не файл."));
-    if (info.exists() && !info.isFile()) {
-        RaiseFiles(
-            NotAFile,
-            QStringLiteral("По этому пути находится не обычный файл, а канал или устройство."));
-    }
-    const QString folder = QDir::toNativeSeparators(info.absolutePath());
-    if (!info.absoluteDir().exists())
-        RaiseFiles(FolderMissing, QStringLiteral("Папка \"%1\" не найдена.").arg(folder));
-    if (info.exists() && !info.isWritable())
-        RaiseFiles(PermissionDenied, QStringLiteral("Файл доступен только для чтения."));
-}
-
-[[noreturn]] void RaiseNotOpened(const QSaveFile &aFile, int aCode) {
-    if (aCode == EACCES || aCode == EPERM || aFile.error() == QFileDevice::PermissionsError) {
-        RaiseFiles(PermissionDenied,
-                   QStringLiteral("Нет прав на запись в папку \"%1\".")
-                       .arg(QDir::toNativeSeparators(QFileInfo(aFile.fileName()).absolutePath())));
-    }
-    RaiseFiles(WriteFailed,
-               QStringLiteral("Файл не удалось создать: %1.").arg(aFile.errorString()));
-}
-
-[[noreturn]] void RaiseNotWritten(QSaveFile &aFile, int aCode) {
-    const QString text = aFile.errorString();
-    aFile.cancelWriting();
-    if (aFile.error() == QFileDevice::ResourceError || aCode == ENOSPC || aCode == EFBIG)
-        RaiseFiles(DiskFull, QStringLiteral("На диске не хватает места."));
-    RaiseFiles(WriteFailed, QStringLiteral("Файл не удалось записать: %1.").arg(text));
-}
-
-[[noreturn]] void RaiseNotReplaced(const QSaveFile &aFile, int aCode) {
-    if (aCode == EPERM || aCode == EACCES) {
-        RaiseFiles(PermissionDenied,
-                   QStringLiteral("Файл не удалось заменить: нет прав на его удаление."));
-    }
-    RaiseFiles(WriteFailed,
-               QStringLiteral("Файл не удалось заменить: %1.").arg(aFile.errorString()));
-}
 
 bool IsSeparator(QChar aCharacter) {
     return aCharacter == u'/' || aCharacter == u'\\';
@@ -84,15 +35,7 @@ qsizetype HeadLength(const QString &aPath) {
 
 void DefaultFilesLibrary::SaveTextToFile(const QString &aText, const QString &aFileName,
                                          qint32 aCodePage) {
-    const QByteArray bytes = XmlBytes(aText, aCodePage);
-    CheckPlace(aFileName);
-    QSaveFile file(aFileName);
-    errno = 0;
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) RaiseNotOpened(file, errno);
-    errno = 0;
-    if (file.write(bytes) != bytes.size()) RaiseNotWritten(file, errno);
-    errno = 0;
-    if (!file.commit()) RaiseNotReplaced(file, errno);
+    ReplaceFile(aFileName, XmlBytes(aText, aCodePage));
 }
 
 QString DefaultFilesLibrary::ShortenFilePath(const QString &aPath, QString &rHead, QString &rTail,

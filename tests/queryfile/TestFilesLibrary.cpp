@@ -1,4 +1,3 @@
-#include <csignal>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -47,38 +46,38 @@ QString Saved(const QString &aText, const QString &aName, qint32 aCodePage = 125
     return QString();
 }
 
-/// No file of this process grows beyond the size while it lives.
+/// No file of this process grows beyond the size while it lives; the signal that says so would end
+/// it.
 class FileSizeLimit {
 public:
-    explicit FileSizeLimit(rlim_t aBytes) : theSignal(std::signal(SIGXFSZ, SIG_IGN)) {
+    explicit FileSizeLimit(rlim_t aBytes) {
         getrlimit(RLIMIT_FSIZE, &theBefore);
         const rlimit limit{aBytes, theBefore.rlim_max};
         setrlimit(RLIMIT_FSIZE, &limit);
     }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &theBefore);
-        std::signal(SIGXFSZ, theSignal);
-    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &theBefore); }
     FileSizeLimit(const FileSizeLimit &) = delete;
     FileSizeLimit &operator=(const FileSizeLimit &) = delete;
 
 private:
-    void (*theSignal)(int);
     rlimit theBefore{};
 };
 
-/// A file system of 64 KB on a folder while it lives, where that is allowed.
+/// A small file system on a folder while it lives, where that is allowed.
 class TinyDisk {
 public:
-    explicit TinyDisk(const QString &aFolder)
+    explicit TinyDisk(const QString &aFolder, const char *aOptions = "size=64k")
         : theFolder(QFile::encodeName(aFolder)),
-          theIsThere(mount("tmpfs", theFolder.constData(), "tmpfs", 0, "size=64k") == 0) {}
+          theIsThere(mount("tmpfs", theFolder.constData(), "tmpfs", 0, aOptions) == 0) {}
     ~TinyDisk() {
         if (theIsThere) umount(theFolder.constData());
     }
     TinyDisk(const TinyDisk &) = delete;
     TinyDisk &operator=(const TinyDisk &) = delete;
     bool IsThere() const { return theIsThere; }
+    bool MakeReadOnly() const {
+        return mount(nullptr, theFolder.constData(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) == 0;
+    }
 
 private:
     QByteArray theFolder;
@@ -220,18 +219,119 @@ private slots:
         QCOMPARE(Files(), QStringList{QStringLiteral("a.txt")});
     }
 
+    void NewFileHasTheRightsOfAnyNewFile() {
+        WriteBytes(theFolder->filePath(QStringLiteral("any.txt")), theOldBytes);
+        QCOMPARE(Saved(QStringLiteral("new"), theFolder->filePath(QStringLiteral("a.txt"))),
+                 QString());
+        QCOMPARE(ModeOf(QStringLiteral("a.txt")), ModeOf(QStringLiteral("any.txt")));
+    }
+
+    void LinkStaysALink_data() {
+        QTest::addColumn<QByteArray>("target");
+        QTest::newRow("whole path") << QFile::encodeName(QStringLiteral("@/e/y/real.txt"));
+        QTest::newRow("beside it") << QByteArray("../y/real.txt");
+        QTest::newRow("link to a link") << QByteArray("../y/second");
+        QTest::newRow("in a linked folder") << QByteArray("../linked/real.txt");
+    }
+    /// Among the folders there is a link, so that the words of a path lead elsewhere: "f" leads to
+    /// "e/x", and "f/../y" is "e/y".
     void LinkStaysALink() {
-        const QString target = theFolder->filePath(QStringLiteral("target.txt"));
-        const QString link = theFolder->filePath(QStringLiteral("link.txt"));
-        WriteBytes(target, theOldBytes);
-        QVERIFY(QFile::link(target, link));
-        QCOMPARE(Saved(QStringLiteral("new"), link), QString());
+        QFETCH(QByteArray, target);
+        MakeLinkedFolders();
+        const QString link = theFolder->filePath(QStringLiteral("f/link.txt"));
+        Link(target.replace('@', QFile::encodeName(theFolder->path())),
+             QStringLiteral("e/x/link.txt"));
+        for (const bool isThere : {true, false}) {
+            if (!isThere) QVERIFY(QFile::remove(InFolder("e/y/real.txt")));
+            QCOMPARE(Saved(QStringLiteral("new"), link), QString());
+            QVERIFY(QFileInfo(link).isSymLink());
+            QCOMPARE(BytesOf(InFolder("e/y/real.txt")), QByteArray("new"));
+            QCOMPARE(BytesOf(InFolder("y/real.txt")), theOldBytes);
+        }
+        QCOMPARE(QDir(InFolder("e/x")).entryList(QDir::Files | QDir::Hidden | QDir::System),
+                 QStringList{QStringLiteral("link.txt")});
+    }
+
+    void LinksThatLeadNowhere_data() {
+        QTest::addColumn<QByteArray>("target");
+        QTest::addColumn<QString>("reason");
+        const QString circle =
+            QStringLiteral("По этому пути находится ссылка, которая ведет по кругу.");
+        QTest::newRow("to itself") << QByteArray("link.txt") << circle;
+        QTest::newRow("there and back") << QByteArray("back") << circle;
+        QTest::newRow("through itself") << QByteArray("link.txt/a.txt") << circle;
+        QTest::newRow("missing folder")
+            << QByteArray("../none/a.txt") << QStringLiteral("Папка \"@/e/none\" не найдена.");
+        QTest::newRow("below a file") << QByteArray("../y/real.txt/a.txt")
+                                      << QStringLiteral("Папка \"@/e/y/real.txt\" не найдена.");
+        QTest::newRow("to a folder")
+            << QByteArray("../y") << QStringLiteral("По этому пути находится папка, а не файл.");
+        QTest::newRow("to a device")
+            << QByteArray("/dev/null")
+            << QStringLiteral("По этому пути находится не обычный файл, а канал или устройство.");
+    }
+    void LinksThatLeadNowhere() {
+        QFETCH(QByteArray, target);
+        QFETCH(QString, reason);
+        MakeLinkedFolders();
+        Link(target, QStringLiteral("e/x/link.txt"));
+        Link("link.txt", QStringLiteral("e/x/back"));
+        const QString link = InFolder("f/link.txt");
+        QString raised = Saved(QStringLiteral("new"), link);
+        raised.replace(QStringLiteral("/f/../"), QStringLiteral("/e/"));
+        QCOMPARE(raised.replace(theFolder->path() + QStringLiteral("/e/x/../"),
+                                theFolder->path() + QStringLiteral("/e/")),
+                 reason.replace(u'@', theFolder->path()));
         QVERIFY(QFileInfo(link).isSymLink());
-        QCOMPARE(BytesOf(target), QByteArray("new"));
+        QCOMPARE(BytesOf(InFolder("e/y/real.txt")), theOldBytes);
+    }
+
+    /// Who gives a file a second name keeps a version by it.
+    void OtherNameKeepsTheOldFile() {
+        const QString name = InFolder("a.txt");
+        WriteBytes(name, theOldBytes);
+        QCOMPARE(link(QFile::encodeName(name).constData(),
+                      QFile::encodeName(InFolder("version.txt")).constData()),
+                 0);
+        QCOMPARE(Saved(QStringLiteral("new"), name), QString());
+        QCOMPARE(BytesOf(name), QByteArray("new"));
+        QCOMPARE(BytesOf(InFolder("version.txt")), theOldBytes);
+    }
+
+    void NameAlone() {
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(theFolder->path()));
+        const QString first = Saved(QStringLiteral("new"), QStringLiteral("a.txt"));
+        const QString second = Saved(QStringLiteral("newer"), QStringLiteral("./a.txt"));
+        QVERIFY(QDir::setCurrent(before));
+        QCOMPARE(first + second, QString());
+        QCOMPARE(BytesOf(InFolder("a.txt")), QByteArray("newer"));
+    }
+
+    void LongNames_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("reason");
+        for (const int length : {248, 249, 255})
+            QTest::addRow("%d", length) << QString(length, u'x') << QString();
+        QTest::newRow("Russian") << QString(127, u'ж') << QString();
+        const QString refused = QStringLiteral("Слишком длинное имя файла.");
+        QTest::newRow("256") << QString(256, u'x') << refused;
+        QTest::newRow("Russian, 256") << QString(128, u'ж') << refused;
+    }
+    void LongNames() {
+        QFETCH(QString, name);
+        QFETCH(QString, reason);
+        for (const char *text : {"first", "second", "third"}) {
+            QCOMPARE(Saved(QString::fromLatin1(text), theFolder->filePath(name)), reason);
+            if (reason.isEmpty()) QCOMPARE(BytesOf(theFolder->filePath(name)), QByteArray(text));
+        }
+        QCOMPARE(Files(), reason.isEmpty() ? QStringList{name} : QStringList());
     }
 
     void PlacesThatCannotBeWritten() {
         QCOMPARE(Saved(QStringLiteral("x"), QString()), QStringLiteral("Имя файла не задано."));
+        QCOMPARE(Saved(QStringLiteral("x"), InFolder("a") + QChar(0) + u'b'),
+                 QStringLiteral("В имени файла есть недопустимый знак."));
         const QString missing = theFolder->filePath(QStringLiteral("нет"));
         QCOMPARE(Saved(QStringLiteral("x"), missing + QStringLiteral("/a.qvk")),
                  QStringLiteral("Папка \"%1\" не найдена.").arg(missing));
@@ -278,17 +378,58 @@ private slots:
         OldFileIsThereAlone(name);
     }
 
+    /// A folder in which files may be made, but whose list may not be seen.
+    void HiddenFolder() {
+        const QString name = InFolder("a.txt");
+        WriteBytes(name, theOldBytes);
+        GiveToNobody(name);
+        const QByteArray folder = QFile::encodeName(theFolder->path());
+        QCOMPARE(chmod(folder.constData(), 0333), 0);
+        QString reason;
+        {
+            const AsNobody nobody;
+            reason = Saved(QStringLiteral("new"), name);
+        }
+        QCOMPARE(chmod(folder.constData(), 0755), 0);
+        QCOMPARE(reason, QString());
+        QCOMPARE(BytesOf(name), QByteArray("new"));
+    }
+
+    /// Little room after little room, and no file is lost for it.
+    void FullDisk_data() {
+        QTest::addColumn<QByteArray>("options");
+        QTest::addColumn<int>("length");
+        QTest::newRow("bytes") << QByteArray("size=64k") << 200000;
+        QTest::newRow("last byte") << QByteArray("size=64k") << 65536 - 4096 + 1;
+        QTest::newRow("files") << QByteArray("size=64k,nr_inodes=2") << 10;
+    }
     void FullDisk() {
-        const QString disk = theFolder->filePath(QStringLiteral("disk"));
+        QFETCH(QByteArray, options);
+        QFETCH(int, length);
+        const QString disk = InFolder("disk");
+        QVERIFY(QDir().mkdir(disk));
+        const TinyDisk tiny(disk, options.constData());
+        if (!tiny.IsThere()) QSKIP("mounting is not allowed here");
+        const QString name = disk + QStringLiteral("/a.txt");
+        WriteBytes(name, theOldBytes);
+        QCOMPARE(Saved(QString(length, u'x'), name), QStringLiteral("На диске не хватает места."));
+        QCOMPARE(BytesOf(name), theOldBytes);
+        QCOMPARE(QDir(disk).entryList(QDir::Files | QDir::Hidden),
+                 QStringList{QStringLiteral("a.txt")});
+    }
+
+    void DiskForReadingAlone() {
+        const QString disk = InFolder("disk");
         QVERIFY(QDir().mkdir(disk));
         const TinyDisk tiny(disk);
         if (!tiny.IsThere()) QSKIP("mounting is not allowed here");
         const QString name = disk + QStringLiteral("/a.txt");
         WriteBytes(name, theOldBytes);
-        QCOMPARE(Saved(QString(200000, u'x'), name), QStringLiteral("На диске не хватает места."));
+        QVERIFY(tiny.MakeReadOnly());
+        for (const QString &file : {name, disk + QStringLiteral("/b.txt")})
+            QCOMPARE(Saved(QStringLiteral("new"), file),
+                     QStringLiteral("Диск доступен только для чтения."));
         QCOMPARE(BytesOf(name), theOldBytes);
-        QCOMPARE(QDir(disk).entryList(QDir::Files | QDir::Hidden),
-                 QStringList{QStringLiteral("a.txt")});
     }
 
     void FileSizeLimitReached() {
@@ -309,7 +450,7 @@ private slots:
         if (geteuid() != 0) QSKIP("needs a file of another user");
         const QString name = theFolder->filePath(QStringLiteral("a.txt"));
         WriteBytes(name, theOldBytes);
-        QCOMPARE(chmod(QFile::encodeName(name).constData(), 0666), 0);
+        GiveToNobody(name);
         QCOMPARE(chmod(QFile::encodeName(theFolder->path()).constData(), 01777), 0);
         QString reason;
         {
@@ -359,6 +500,34 @@ private slots:
     }
 
 private:
+    QString InFolder(const char *aName) const {
+        return theFolder->filePath(QString::fromUtf8(aName));
+    }
+    /// Anybody may write into the file, and the group is one that the user without rights is in.
+    static void GiveToNobody(const QString &aName) {
+        const QByteArray name = QFile::encodeName(aName);
+        if (chmod(name.constData(), 0666) != 0 ||
+            (geteuid() == 0 && chown(name.constData(), 0, 65534) != 0))
+            qFatal("cannot give away");
+    }
+    void Link(const QByteArray &aTarget, const QString &aName) const {
+        const QByteArray name = QFile::encodeName(theFolder->filePath(aName));
+        if (symlink(aTarget.constData(), name.constData()) != 0) qFatal("cannot link");
+    }
+    void MakeLinkedFolders() const {
+        for (const char *folder : {"e/x", "e/y", "y"}) QVERIFY(QDir().mkpath(InFolder(folder)));
+        WriteBytes(InFolder("e/y/real.txt"), theOldBytes);
+        WriteBytes(InFolder("y/real.txt"), theOldBytes);
+        Link("e/x", QStringLiteral("f"));
+        Link("real.txt", QStringLiteral("e/y/second"));
+        Link("y", QStringLiteral("e/linked"));
+    }
+    mode_t ModeOf(const QString &aName) const {
+        struct stat stat {};
+        const QByteArray name = QFile::encodeName(theFolder->filePath(aName));
+        return ::stat(name.constData(), &stat) == 0 ? stat.st_mode : 0;
+    }
+
     QStringList Files() const {
         return QDir(theFolder->path()).entryList(QDir::Files | QDir::Hidden | QDir::System);
     }

@@ -1,17 +1,18 @@
 #include <cerrno>
-#include <cstddef>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
-#include <linux/filter.h>
-#include <linux/seccomp.h>
-#include <sys/prctl.h>
-#include <sys/syscall.h>
-#include <thread>
-#include <vector>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <sys/xattr.h>
 
 #include <libxml/xmlmemory.h>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -20,46 +21,66 @@
 #include "foundation/FilesLibrary.h"
 #include "queryfile/FileBytes.h"
 #include "queryfile/XmlNode.h"
-#include "support/RaisedBy.h"
+#include "support/SystemCalls.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
-using VkTests::RaisedBy;
+using namespace VkTests;
 
 namespace {
 
-/// Runs in a thread of its own in which the calls of the system fail as on a broken disk.
-template <class Body>
-void WithBroken(const std::vector<long> &aCalls, Body aBody) {
-    std::thread([&] {
-        std::vector<sock_filter> program{
-            BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))};
-        for (const long call : aCalls) {
-            program.push_back(
-                BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<quint32>(call), 0, 1));
-            program.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EIO));
-        }
-        program.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
-        const sock_fprog filter{static_cast<unsigned short>(program.size()), program.data()};
-        if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
-            prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) != 0)
-            qFatal("no filter");
-        aBody();
-    }).join();
-}
-
-std::vector<long> OpeningCalls() {
-    std::vector<long> calls{SYS_openat};
+/// All calls that have to do with files. Not every system has those of old.
+const Calls theFileCalls = {
 #ifdef SYS_open
-    calls.push_back(SYS_open);
+    SYS_open,       SYS_stat,      SYS_lstat,     SYS_access,    SYS_readlink,   SYS_rename,
+    SYS_link,       SYS_unlink,    SYS_chmod,     SYS_chown,
 #endif
-    return calls;
+#ifdef SYS_newfstatat
+    SYS_newfstatat,
+#endif
+    SYS_openat,     SYS_fstat,     SYS_statx,     SYS_faccessat, SYS_faccessat2, SYS_readlinkat,
+    SYS_renameat2,  SYS_linkat,    SYS_unlinkat,  SYS_fchmod,    SYS_fchown,     SYS_fchmodat,
+    SYS_write,      SYS_writev,    SYS_pwrite64,  SYS_fsync,     SYS_fdatasync,  SYS_syncfs,
+    SYS_close,      SYS_flock,     SYS_fcntl,     SYS_listxattr, SYS_llistxattr, SYS_flistxattr,
+    SYS_getxattr,   SYS_lgetxattr, SYS_fgetxattr, SYS_setxattr,  SYS_fsetxattr,  SYS_fremovexattr,
+#ifdef SYS_renameat
+    SYS_renameat,
+#endif
+};
+
+/// What a system may not be able to do, and what a save then does in another way.
+enum Way { Unnamed, Named, WithoutProc, WithoutExchange };
+
+/// What such a system answers to a call; 0 if nothing in particular.
+int AnswerOf(Way aWay, const Call &aCall) {
+    constexpr __u64 unnamed = O_TMPFILE & ~O_DIRECTORY;
+    if (aWay == Named && aCall.Number == SYS_openat && (aCall.Arguments[2] & unnamed) != 0)
+        return EOPNOTSUPP;
+    if (aWay == WithoutProc && aCall.Number == SYS_linkat) return ENOENT;
+    if (aWay == WithoutExchange && aCall.Number == SYS_renameat2) return EINVAL;
+    return 0;
 }
 
+/// No word of another language but the system's own, which stand in brackets.
+bool IsRussian(QString aText) {
+    static const QRegularExpression brackets(QStringLiteral("\\([^)]*\\)"));
+    static const QRegularExpression quoted(QStringLiteral("\"[^\"]*\""));
+    static const QRegularExpression latin(QStringLiteral("[A-Za-z]"));
+    return !aText.remove(brackets).remove(quoted).contains(latin);
+}
+
+constexpr char theOld[] = "<VkDocQuery/>";
+constexpr char theNew[] = "new";
+const QString theDiskIsFull = QStringLiteral("На диске не хватает места.");
+
+/// What saving raises; empty if it does not.
 QString Saved(const QString &aName) {
-    return RaisedBy(
-               [&] { DefaultFilesLibrary().SaveTextToFile(QStringLiteral("new"), aName, 1251); })
-        .Description();
+    try {
+        DefaultFilesLibrary().SaveTextToFile(QString::fromLatin1(theNew), aName, 1251);
+    } catch (const Failure &failure) {
+        return failure.Description();
+    }
+    return QString();
 }
 
 // The parser's memory: it gets none from a certain request on.
@@ -83,16 +104,18 @@ class TestSystemRefusals : public QObject {
 
 private slots:
     void init() {
-        theFolder = std::make_unique<QTemporaryDir>();
-        theName = theFolder->filePath(QStringLiteral("a.qvk"));
+        MakeFolder(QDir::tempPath());
         QFile file(theName);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("<VkDocQuery/>") == 13);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(theOld) == 13);
     }
 
     void OpeningOnABrokenDisk() {
         QByteArray bytes;
         QString reason;
-        WithBroken(OpeningCalls(), [&] { reason = ReadFileBytes(theName, 1000, bytes); });
+        const bool broken = WithCalls(
+            {SYS_openat}, [](const Call &) { return EIO; },
+            [&] { reason = ReadFileBytes(theName, 1000, bytes); });
+        if (!broken) QSKIP("calls of the system cannot be answered here");
         QCOMPARE(reason, QStringLiteral("Файл не удалось открыть: Input/output error."));
     }
 
@@ -127,45 +150,311 @@ private slots:
         QCOMPARE(reasons, QStringList{QStringLiteral("Файл не удалось разобрать.")});
     }
 
-    void SavingUnderANameThatIsTooLong() {
-        QCOMPARE(Saved(theFolder->filePath(QString(300, u'x'))),
-                 QStringLiteral("Файл не удалось заменить: File name too long."));
-        OldFileIsThereAlone();
-    }
-
     void SavingOnABrokenDisk_data() {
-        QTest::addColumn<std::vector<long>>("calls");
+        QTest::addColumn<Calls>("calls");
+        QTest::addColumn<int>("code");
         QTest::addColumn<QString>("reason");
-        std::vector<long> replacing{SYS_renameat, SYS_renameat2, SYS_linkat};
-#ifdef SYS_rename
-        replacing.insert(replacing.end(), {SYS_rename, SYS_link});
-#endif
-        QTest::newRow("creating") << OpeningCalls()
-                                  << QStringLiteral("Файл не удалось создать: Input/output error.");
-        QTest::newRow("writing") << std::vector<long>{SYS_write, SYS_pwrite64, SYS_writev}
-                                 << QStringLiteral("Файл не удалось записать: Input/output error.");
-        QTest::newRow("replacing")
-            << replacing << QStringLiteral("Файл не удалось заменить: Input/output error.");
+        const auto row = [](const char *aName, const Calls &aCalls, int aCode,
+                            const char16_t *aReason) {
+            QTest::newRow(aName) << aCalls << aCode << QString::fromUtf16(aReason);
+        };
+        const Calls creating{SYS_openat};
+        const Calls writing{SYS_write};
+        const Calls replacing{SYS_renameat, SYS_renameat2};
+        row("creating", creating, EIO,
+            u"Файл не удалось найти: ошибка чтения или записи на диске (Input/output error).");
+        row("writing", writing, EIO,
+            u"Файл не удалось записать: ошибка чтения или записи на диске (Input/output error).");
+        row("flushing", {SYS_fsync}, EIO,
+            u"Файл не удалось записать: ошибка чтения или записи на диске (Input/output error).");
+        row("closing", {SYS_close}, EIO,
+            u"Файл не удалось записать: ошибка чтения или записи на диске (Input/output error).");
+        row("naming", {SYS_linkat}, EIO,
+            u"Файл не удалось заменить: ошибка чтения или записи на диске (Input/output error).");
+        row("replacing", replacing, EIO,
+            u"Файл не удалось заменить: ошибка чтения или записи на диске (Input/output error).");
+        row("replacing without rights", replacing, EPERM,
+            u"Файл не удалось заменить: нет прав на его удаление.");
+        row("creating on a disk for reading", creating, EROFS, u"Диск доступен только для чтения.");
+        row("writing, unknown error", writing, 999,
+            u"Файл не удалось записать: отказ системы 999 (Unknown error 999).");
+        row("full: writing", writing, ENOSPC, u"На диске не хватает места.");
+        row("full: quota", writing, EDQUOT, u"На диске не хватает места.");
+        row("full: limit", writing, EFBIG, u"На диске не хватает места.");
+        row("full: flushing", {SYS_fsync}, ENOSPC, u"На диске не хватает места.");
+        row("full: closing", {SYS_close}, EDQUOT, u"На диске не хватает места.");
+        row("full: naming", {SYS_linkat}, ENOSPC, u"На диске не хватает места.");
+        row("full: replacing", replacing, ENOSPC, u"На диске не хватает места.");
     }
     void SavingOnABrokenDisk() {
-        QFETCH(std::vector<long>, calls);
+        QFETCH(Calls, calls);
+        QFETCH(int, code);
         QFETCH(QString, reason);
         QString raised;
-        WithBroken(calls, [&] { raised = Saved(theName); });
+        const bool broken = WithCalls(
+            calls, [=](const Call &) { return code; }, [&] { raised = Saved(theName); });
+        if (!broken) QSKIP("calls of the system cannot be answered here");
         QCOMPARE(raised, reason);
         OldFileIsThereAlone();
     }
 
-private:
-    /// The file is as it was, and nothing else was left in its folder.
-    void OldFileIsThereAlone() const {
-        QFile file(theName);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(), QByteArray("<VkDocQuery/>"));
-        QCOMPARE(QDir(theFolder->path()).entryList(QDir::Files | QDir::Hidden | QDir::System),
-                 QStringList{QStringLiteral("a.qvk")});
+    /// The folder alone cannot be brought to the disk: what was is put back.
+    void FolderThatIsNotConfirmed_data() {
+        QTest::addColumn<int>("way");
+        QTest::addColumn<bool>("isNew");
+        QTest::addColumn<QString>("reason");
+        QTest::addColumn<QByteArray>("left");
+        const QString refused = QStringLiteral(
+            "Файл не удалось заменить: ошибка чтения или записи на диске (Input/output error).");
+        const QString unconfirmed = QStringLiteral(
+            "Файл записан, но диск этого не подтвердил: ошибка чтения или записи на диске "
+            "(Input/output error).");
+        QTest::newRow("replaced") << int(Unnamed) << false << refused << QByteArray(theOld);
+        QTest::newRow("new") << int(Unnamed) << true << refused << QByteArray();
+        QTest::newRow("replaced for good")
+            << int(WithoutExchange) << false << unconfirmed << QByteArray(theNew);
+    }
+    void FolderThatIsNotConfirmed() {
+        QFETCH(int, way);
+        QFETCH(bool, isNew);
+        QFETCH(QString, reason);
+        QFETCH(QByteArray, left);
+        if (isNew) QVERIFY(QFile::remove(theName));
+        int flushes = 0;
+        QString raised;
+        const bool broken = WithCalls(
+            {SYS_fsync, SYS_renameat2},
+            [&](const Call &aCall) {
+                if (aCall.Number == SYS_fsync && ++flushes == 2) return EIO;
+                return AnswerOf(Way(way), aCall);
+            },
+            [&] { raised = Saved(theName); });
+        if (!broken) QSKIP("calls of the system cannot be answered here");
+        QCOMPARE(raised, reason);
+        QCOMPARE(Bytes(), left);
+        QCOMPARE(Files(), left.isEmpty() ? QStringList() : QStringList{QStringLiteral("a.qvk")});
     }
 
+    /// Each call of a save fails once, with each of some errors.
+    void EveryCallThatFails_data() {
+        QTest::addColumn<int>("way");
+        QTest::addColumn<int>("code");
+        const std::pair<const char *, Way> ways[] = {{"unnamed", Unnamed},
+                                                     {"named", Named},
+                                                     {"without /proc", WithoutProc},
+                                                     {"without exchange", WithoutExchange}};
+        const std::pair<const char *, int> codes[] = {
+            {"EIO", EIO},     {"ENOSPC", ENOSPC}, {"EACCES", EACCES}, {"EPERM", EPERM},
+            {"EROFS", EROFS}, {"ENOENT", ENOENT}, {"EINTR", EINTR}};
+        for (const auto &[wayName, way] : ways) {
+            for (const auto &[codeName, code] : codes) {
+                if (way == Unnamed || code == EIO || code == ENOSPC)
+                    QTest::addRow("%s, %s", wayName, codeName) << int(way) << code;
+            }
+        }
+    }
+    void EveryCallThatFails() {
+        MakeFolder(FolderInMemory());  // a disk would be waited for at every save
+        QFETCH(int, way);
+        QFETCH(int, code);
+        int failed = 0;
+        for (int number = 1; number < 200; ++number) {
+            MakeOld();
+            int calls = 0;
+            long call = 0;
+            QString raised;
+            const bool answered = WithCalls(
+                theFileCalls,
+                [&](const Call &aCall) {
+                    if (++calls != number) return AnswerOf(Way(way), aCall);
+                    call = aCall.Number;
+                    return code;
+                },
+                [&] { raised = Saved(theName); });
+            if (!answered) QSKIP("calls of the system cannot be answered here");
+            if (calls < number) break;
+            failed += raised.isEmpty() ? 0 : 1;
+            const QByteArray where =
+                QStringLiteral("call %1 (%2): %3").arg(number).arg(call).arg(raised).toUtf8();
+            const bool isKnown = raised.startsWith(QStringLiteral("Файл записан, но диск"));
+            QVERIFY2(Bytes() == (raised.isEmpty() || isKnown ? theNew : theOld), where.constData());
+            QVERIFY2(IsRussian(raised), where.constData());
+            QVERIFY2(raised.isEmpty() || isKnown || code != ENOSPC || raised == theDiskIsFull,
+                     where.constData());
+            QVERIFY2(HasOldRights(), where.constData());
+            if (code == EINTR && (call == SYS_write || call == SYS_fsync || call == SYS_close))
+                QVERIFY2(raised.isEmpty(), where.constData());
+            QCOMPARE(Saved(theName), QString());  // and the next save is one again
+            QVERIFY2(Files() == QStringList{QStringLiteral("a.qvk")}, where.constData());
+        }
+        QVERIFY(failed >= 10);
+    }
+
+    /// A program that is killed at a call of a save: the file is the old or the new one, and the
+    /// next save takes away what stayed.
+    void KilledAtACall_data() {
+        QTest::addColumn<int>("way");
+        QTest::addColumn<int>("call");
+        QTest::addColumn<bool>("leaves");
+        const auto row = [](const char *aName, Way aWay, long aCall, bool aLeaves) {
+            QTest::newRow(aName) << int(aWay) << int(aCall) << aLeaves;
+        };
+        row("unnamed, writing", Unnamed, SYS_write, false);
+        row("unnamed, flushing", Unnamed, SYS_fsync, false);
+        row("unnamed, replacing", Unnamed, SYS_renameat2, true);
+        row("unnamed, removing the old one", Unnamed, SYS_unlinkat, true);
+        row("named, locking", Named, SYS_flock, true);
+        row("named, writing", Named, SYS_write, true);
+        row("named, flushing", Named, SYS_fsync, true);
+        row("named, replacing", Named, SYS_renameat2, true);
+    }
+    void KilledAtACall() {
+        QFETCH(int, way);
+        QFETCH(int, call);
+        QFETCH(bool, leaves);
+        const pid_t child = fork();
+        if (child == 0) {
+            if (way == Named) RefuseUnnamedFiles();
+            AnswerCalls({call}, SECCOMP_RET_KILL_PROCESS);
+            Saved(theName);
+            _exit(0);
+        }
+        int status = 0;
+        QCOMPARE(waitpid(child, &status, 0), child);
+        QVERIFY(WIFSIGNALED(status));
+        const QByteArray bytes = Bytes();
+        QVERIFY2(bytes == theOld || bytes == theNew, bytes.constData());
+        QCOMPARE(Files().size(), leaves ? 2 : 1);
+        QCOMPARE(Saved(theName), QString());
+        QCOMPARE(Bytes(), QByteArray(theNew));
+        QCOMPARE(Files(), QStringList{QStringLiteral("a.qvk")});
+    }
+
+    /// The same at any moment.
+    void KilledAtAnyMoment() {
+        for (int round = 0; round < 40; ++round) {
+            int begun[2];
+            QCOMPARE(pipe(begun), 0);
+            const pid_t child = fork();
+            if (child == 0) {
+                RefuseUnnamedFiles();
+                while (write(begun[1], "x", 1) == 1) Saved(theName);
+                _exit(0);
+            }
+            char byte = 0;
+            for (int save = 0; save <= round % 4; ++save) QCOMPARE(read(begun[0], &byte, 1), 1);
+            QCOMPARE(kill(child, SIGKILL), 0);
+            int status = 0;
+            QCOMPARE(waitpid(child, &status, 0), child);
+            ::close(begun[0]);
+            ::close(begun[1]);
+            const QByteArray bytes = Bytes();
+            QVERIFY2(bytes == theOld || bytes == theNew, bytes.constData());
+            QCOMPARE(Saved(theName), QString());
+            QCOMPARE(Files(), QStringList{QStringLiteral("a.qvk")});
+        }
+    }
+
+    /// What is no leftover of ours stays: a file that is locked, a link, one with another name.
+    void WhatIsNotOursIsNotTakenAway() {
+        QString left;
+        const pid_t child = fork();
+        if (child == 0) {
+            RefuseUnnamedFiles();
+            AnswerCalls({SYS_renameat2}, SECCOMP_RET_KILL_PROCESS);
+            Saved(theName);
+            _exit(0);
+        }
+        int status = 0;
+        QCOMPARE(waitpid(child, &status, 0), child);
+        for (const QString &name : Files()) {
+            if (name != QStringLiteral("a.qvk")) left = theFolder->filePath(name);
+        }
+        QVERIFY(!left.isEmpty());
+        const int held = ::open(QFile::encodeName(left).constData(), O_RDWR | O_CLOEXEC);
+        QVERIFY(held >= 0 && flock(held, LOCK_EX | LOCK_NB) == 0);
+        QCOMPARE(Saved(theName), QString());
+        QVERIFY(QFile::exists(left));  // somebody is still saving
+        ::close(held);
+        const QString stranger = theFolder->filePath(QStringLiteral("a.qvk.AbCdEf"));
+        QVERIFY(QFile::copy(theName, stranger));
+        QVERIFY(QFile::remove(left));
+        QVERIFY(QFile::link(stranger, left));
+        QCOMPARE(Saved(theName), QString());
+        QVERIFY(QFileInfo(left).isSymLink());
+        QVERIFY(QFile::exists(stranger));
+        if (geteuid() != 0) return;
+        QVERIFY(QFile::remove(left) && QFile::copy(theName, left));
+        QCOMPARE(chown(QFile::encodeName(left).constData(), 65534, 65534), 0);
+        QCOMPARE(Saved(theName), QString());
+        QVERIFY(QFile::exists(left));
+    }
+
+private:
+    static void RefuseUnnamedFiles() {
+        sock_filter program[] = {
+            BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+            BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_openat, 0, 3),
+            BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, args[2])),
+            BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, O_TMPFILE & ~O_DIRECTORY, 0, 1),
+            BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EOPNOTSUPP),
+            BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)};
+        const sock_fprog filter{std::size(program), program};
+        if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
+            prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) != 0)
+            _exit(1);
+    }
+
+    void MakeFolder(const QString &aWhere) {
+        theFolder = std::make_unique<QTemporaryDir>(aWhere + QStringLiteral("/refusals-"));
+        QVERIFY(theFolder->isValid());
+        theName = theFolder->filePath(QStringLiteral("a.qvk"));
+    }
+    static QString FolderInMemory() {
+        const QString memory = QStringLiteral("/dev/shm");
+        return QFileInfo(memory).isWritable() ? memory : QDir::tempPath();
+    }
+
+    QByteArray Bytes() const {
+        QFile file(theName);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    QStringList Files() const {
+        return QDir(theFolder->path()).entryList(QDir::Files | QDir::Hidden | QDir::System);
+    }
+
+    /// The file of before, with rights that no new file has.
+    void MakeOld() const {
+        QFile::remove(theName);
+        QFile file(theName);
+        if (!file.open(QIODevice::WriteOnly) || file.write(theOld) != qint64(std::strlen(theOld)))
+            qFatal("cannot write");
+        file.close();
+        const QByteArray name = QFile::encodeName(theName);
+        setxattr(name.constData(), "user.vk", "1", 1, 0);  // where the disk knows that
+        if (geteuid() == 0 && chown(name.constData(), 0, 4711) != 0) qFatal("cannot chown");
+        if (chmod(name.constData(), 0640) != 0) qFatal("cannot chmod");
+        theAttribute = Attribute();
+    }
+    bool HasOldRights() const {
+        struct stat stat {};
+        return ::stat(QFile::encodeName(theName).constData(), &stat) == 0 &&
+               (stat.st_mode & 07777) == 0640 && (geteuid() != 0 || stat.st_gid == 4711) &&
+               Attribute() == theAttribute;
+    }
+    QByteArray Attribute() const {
+        char value[8] = {};
+        getxattr(QFile::encodeName(theName).constData(), "user.vk", value, sizeof value);
+        return value;
+    }
+
+    /// The file is as it was, and nothing else was left in its folder.
+    void OldFileIsThereAlone() const {
+        QCOMPARE(Bytes(), QByteArray(theOld));
+        QCOMPARE(Files(), QStringList{QStringLiteral("a.qvk")});
+    }
+
+    mutable QByteArray theAttribute;
     std::unique_ptr<QTemporaryDir> theFolder;
     QString theName;
 };

@@ -11,11 +11,12 @@ namespace VkTests {
 class AsNobody {
 public:
     AsNobody() : theWasRoot(geteuid() == 0) {
-        if (theWasRoot && (setegid(theNobody) != 0 || setresuid(theNobody, theNobody, 0) != 0))
+        if (theWasRoot &&
+            (setresgid(theNobody, theNobody, 0) != 0 || setresuid(theNobody, theNobody, 0) != 0))
             qFatal("cannot drop rights");
     }
     ~AsNobody() {
-        if (theWasRoot && (setresuid(0, 0, 0) != 0 || setegid(0) != 0))
+        if (theWasRoot && (setresuid(0, 0, 0) != 0 || setresgid(0, 0, 0) != 0))
             qFatal("cannot take rights back");
     }
     Q_DISABLE_COPY_MOVE(AsNobody)
