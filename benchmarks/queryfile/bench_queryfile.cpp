@@ -1,5 +1,6 @@
 #include <cstdio>
 #include <cstring>
+#include <fcntl.h>
 #include <linux/magic.h>
 #include <memory>
 #include <sys/vfs.h>
@@ -43,16 +44,23 @@ void Check(bool aGood, const char *aWhat) {
     if (!aGood) qFatal("%s", aWhat);
 }
 
-/// A copy of the bytes, then fwrite to a file of the same folder. aToDisk waits, as a save does,
-/// until they would survive a power cut.
-void CopyAndWrite(const QByteArray &aBytes, const QByteArray &aFileName, bool aToDisk) {
+/// A copy of the bytes, then fwrite to a file of the folder. aToDisk puts it in the place of the
+/// old file and waits, as a save does, until file and name would survive a power cut.
+void CopyAndWrite(const QByteArray &aBytes, const QByteArray &aFolder, bool aToDisk) {
+    const QByteArray name = aFolder + "/peer.qvk";
+    const QByteArray written = aToDisk ? aFolder + "/peer.new" : name;
     const auto size = static_cast<std::size_t>(aBytes.size());
     const std::unique_ptr<char[]> copy(new char[size]);
     std::memcpy(copy.get(), aBytes.constData(), size);
-    std::FILE *file = std::fopen(aFileName.constData(), "wb");
+    std::FILE *file = std::fopen(written.constData(), "wb");
     Check(file && std::fwrite(copy.get(), 1, size, file) == size, "fwrite");
-    if (aToDisk) Check(std::fflush(file) == 0 && fdatasync(fileno(file)) == 0, "fdatasync");
+    if (aToDisk) Check(std::fflush(file) == 0 && fsync(fileno(file)) == 0, "fsync");
     std::fclose(file);
+    if (!aToDisk) return;
+    Check(std::rename(written.constData(), name.constData()) == 0, "rename");
+    const int folder = open(aFolder.constData(), O_RDONLY | O_DIRECTORY);
+    Check(folder >= 0 && fsync(folder) == 0, "fsync of the folder");
+    close(folder);
 }
 
 /// A folder whose files lie in memory; empty if the system has none.
@@ -75,11 +83,11 @@ void MeasureWriting(const QString &aWhat, VkDocQueryData &aRecord, const QByteAr
     const QTemporaryDir folder(aFolder + QStringLiteral("/bench-"));
     Check(folder.isValid(), "folder");
     const QString ours = folder.filePath(QStringLiteral("ours.qvk"));
-    const QByteArray peer = QFile::encodeName(folder.filePath(QStringLiteral("peer.qvk")));
+    const QByteArray peer = QFile::encodeName(folder.path());
     VkBench::Measure(
         {QStringLiteral("write %1 to a file %2")
              .arg(aWhat, aToDisk ? QStringLiteral("on disk") : QStringLiteral("in memory")),
-         aToDisk ? QStringLiteral("memcpy, fwrite and fdatasync of the same bytes")
+         aToDisk ? QStringLiteral("memcpy, fwrite, fsync, rename and fsync of the folder")
                  : QStringLiteral("memcpy and fwrite of the same bytes"),
          2.0, 41, [&] { Check(aRecord.WriteToXmlFile(ours), "write"); },
          [&] { CopyAndWrite(aBytes, peer, aToDisk); }, nullptr, nullptr});

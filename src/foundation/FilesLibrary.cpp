@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "foundation/FileBounds.h"
 #include "foundation/FileReplacement.h"
 #include "foundation/XmlBytes.h"
 
@@ -35,7 +36,9 @@ qsizetype HeadLength(const QString &aPath) {
 
 void DefaultFilesLibrary::SaveTextToFile(const QString &aText, const QString &aFileName,
                                          qint32 aCodePage) {
-    ReplaceFile(aFileName, XmlBytes(aText, aCodePage));
+    const QByteArray bytes = XmlBytes(aText, aCodePage);
+    CheckBounds(aText, bytes.size());
+    ReplaceFile(aFileName, bytes);
 }
 
 QString DefaultFilesLibrary::ShortenFilePath(const QString &aPath, QString &rHead, QString &rTail,

@@ -9,8 +9,8 @@ namespace Vk_DocQuery {
 /// reference, which every reader of XML gives back as the same character.
 class DefaultFilesLibrary final : public FilesLibrary {
 public:
-    /// Raises a failure, with the file as it was before, for a text that XML cannot hold and for a
-    /// file that cannot be written.
+    /// Raises a failure, with the file as it was before, for a text that XML cannot hold, for one
+    /// that goes beyond the bounds of FileBounds.h and for a file that cannot be written.
     void SaveTextToFile(const QString &aText, const QString &aFileName, qint32 aCodePage) override;
     /// A path of more than 100 characters is shown as its root and first folder, "...", and as much
     /// of its end as fits, with the whole file name in any case. rHead and rTail take what stands

@@ -2,6 +2,8 @@
 #include <array>
 #include <charconv>
 #include <cstring>
+#include <string_view>
+#include <utility>
 
 #include "foundation/CheckedArithmetic.h"
 #include "foundation/mErrorHandling.h"
@@ -77,9 +79,36 @@ constexpr Line theLines[] = {
 // clang-format on
 #undef A
 
+/// The years that a date of four digits can have, and be read again as the same.
+bool IsYearOfFile(int aYear) {
+    return aYear >= 100 && aYear <= 9999;
+}
+
 QString DateText(const LooseValue &aDate) {
     if (IsEmpty(aDate) || IsNull(aDate)) return QString();
-    return ToText(ToDate(aDate));
+    const QDate date = ToDate(aDate);
+    if (!IsYearOfFile(date.year())) {
+        throw Failure(InvalidArgument, QString(),
+                      QStringLiteral("Дату %1 записать нельзя: год может быть от 100 до 9999.")
+                          .arg(ToText(date)));
+    }
+    return ToText(date);
+}
+
+/// What a sign of XML becomes in a value; empty for all others.
+std::u16string_view ShieldOf(QChar aSign) {
+    switch (aSign.unicode()) {
+        case u'&':
+            return u"&amp;";
+        case u'"':
+            return u"&quot;";
+        case u'<':
+            return u"&lt;";
+        case u'>':
+            return u"&gt;";
+        default:
+            return {};
+    }
 }
 
 /// The lines of a list. A line with a whole number is put together in the text itself: the head is
@@ -257,12 +286,19 @@ void VkDocQueryData::WriteCollectedIDsToXmlString(
 }
 
 QString VkDocQueryData::ShieldString(QString aText) const try {
-    // The ampersand goes first: the others bring ampersands of their own.
-    aText.replace(QStringLiteral("&"), QStringLiteral("&amp;"));
-    aText.replace(QStringLiteral("\""), QStringLiteral("&quot;"));
-    aText.replace(QStringLiteral("<"), QStringLiteral("&lt;"));
-    aText.replace(QStringLiteral(">"), QStringLiteral("&gt;"));
-    return aText;
+    // In one go: replacing one sign after the other moves a long text again and again.
+    const auto isShielded = [](QChar aSign) { return !ShieldOf(aSign).empty(); };
+    if (std::none_of(aText.cbegin(), aText.cend(), isShielded)) return aText;
+    QString shielded;
+    shielded.reserve(aText.size() + aText.size() / 4);
+    for (const QChar sign : std::as_const(aText)) {
+        const std::u16string_view shield = ShieldOf(sign);
+        if (shield.empty())
+            shielded += sign;
+        else
+            shielded += QStringView(shield);
+    }
+    return shielded;
 } catch (...) {
     RaiseErrorUp(theModule, "ShieldString");
 }

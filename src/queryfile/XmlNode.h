@@ -7,6 +7,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include "foundation/FileBounds.h"
+
 namespace Vk_DocQuery {
 
 /// A document or an element of a parsed file, or neither. Good as long as its XmlDocument lives.
@@ -44,12 +46,12 @@ struct XmlParseError {
 class XmlDocument {
 public:
     /// Largest file that is read.
-    static constexpr qint64 theLargestSize = qint64{64} * 1024 * 1024;
+    static constexpr qint64 theLargestSize = theLargestFile;
     /// Most elements and most attributes that are taken up: more than the lists that fill a file of
     /// that size when they are saved, and far fewer than "<i/>" again and again would give.
-    static constexpr qint64 theMostElements = 3'000'000;
+    static constexpr qint64 theMostElements = theMostElementsOfFile;
     /// Most attributes of one element. The fullest tag of a saved file has 26.
-    static constexpr qint32 theMostAttributes = 1000;
+    static constexpr qint32 theMostAttributes = theMostAttributesOfElement;
 
     /// False leaves the cause in ParseError.
     bool Load(const QString &aFileName);

@@ -223,6 +223,44 @@ private slots:
                      .arg(written));
     }
 
+    /// A date that would come back as another one is no date of a file, under a switch that is off
+    /// as well.
+    void YearsOfDates_data() {
+        QTest::addColumn<QDate>("date");
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<bool>("isWritten");
+        QTest::newRow("100") << QDate(100, 1, 1) << QStringLiteral("01.01.0100") << true;
+        QTest::newRow("9999") << QDate(9999, 12, 31) << QStringLiteral("31.12.9999") << true;
+        QTest::newRow("99") << QDate(99, 12, 31) << QStringLiteral("31.12.0099") << false;
+        QTest::newRow("10000") << QDate(10000, 1, 1) << QStringLiteral("01.01.10000") << false;
+        QTest::newRow("before our era")
+            << QDate(-44, 3, 15) << QStringLiteral("15.03.-044") << false;
+    }
+    void YearsOfDates() {
+        QFETCH(QDate, date);
+        QFETCH(QString, shown);
+        QFETCH(bool, isWritten);
+        const QTemporaryDir folder;
+        const QString name = folder.filePath(QStringLiteral("a.qvk"));
+        for (const auto field : {&VkDocQueryData::SignDate1, &VkDocQueryData::SignDate2}) {
+            VkDocQueryData record;
+            record.*field = date;
+            const Failure failure = RaisedBy([&] { record.WriteToXmlFile(name); });
+            QCOMPARE(QFile::exists(name), isWritten);
+            QCOMPARE(record.LastError, QString());
+            if (isWritten) {
+                QVERIFY(record.WriteToXmlString(true, 0).contains(u'"' + shown + u'"'));
+                continue;
+            }
+            QCOMPARE(failure.Number(), qint32(InvalidArgument));
+            QCOMPARE(failure.Description(),
+                     theChain + QStringLiteral("WriteToXmlFile]\r\n") + theChain +
+                         QStringLiteral("WriteToXmlString]\r\nДату %1 записать нельзя: год может "
+                                        "быть от 100 до 9999.")
+                             .arg(shown));
+        }
+    }
+
     void DateThatIsNoneIsRaised() {
         VkDocQueryData record;
         record.SignDate1 = QStringLiteral("\"/><!--");
