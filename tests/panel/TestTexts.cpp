@@ -105,9 +105,9 @@ private slots:
     void ForeignTextComesOnOneLine() {
         QFETCH(QString, foreign);
         QFETCH(QString, text);
+        OpenPanel panel;
         for (const char *name : theTexts) {
             for (const Way way : {ByKey, ByOtherKey, ByMenu, ByDrop, ByInputMethod}) {
-                OpenPanel panel;
                 auto &box = panel.Get<QLineEdit>(name);
                 box.setText(QStringLiteral("[]"));
                 box.setCursorPosition(1);
