@@ -10,6 +10,7 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QStringDecoder>
@@ -26,6 +27,7 @@ using namespace Vk_DocQuery;
 namespace {
 
 constexpr int theGapOfSentences = 2;
+constexpr double theShareOfScreen = 0.9;  // at most, so that the frame has room too
 
 /// The text of the .qvk file of the record.
 QString FileTextOf(VkDocQueryData &aRecord) {
@@ -75,7 +77,7 @@ HostWindow::HostWindow() {
     setWindowTitle(QStringLiteral("Норвик"));
     MakeSurface();
     MakeMenus();
-    resize(900, 600);
+    resize(QSize(900, 600).boundedTo(screen()->availableSize() * theShareOfScreen));
     statusBar()->showMessage(QStringLiteral("Критерии поиска еще не заданы"));
 }
 

@@ -9,9 +9,11 @@
 
 #include "browser/TextPane.h"
 #include "controls/AltKeys.h"
+#include "controls/FocusInView.h"
 #include "controls/Fonts.h"
 #include "controls/ListView.h"
 #include "controls/Pictures.h"
+#include "controls/Sheet.h"
 #include "controls/TextBox.h"
 #include "foundation/Clock.h"
 #include "foundation/mErrorHandling.h"
@@ -20,6 +22,7 @@
 #include "foundation/mVkGraphLight.h"
 #include "foundation/mVkPics.h"
 #include "foundation/Present.h"
+#include "foundation/WindowFit.h"
 
 namespace Vk_DocQuery {
 
@@ -36,6 +39,10 @@ constexpr int theGapInPixels = 4;
 
 constexpr int theClientWidth = 12720;
 constexpr int theClientHeight = 10260;
+
+// What keeps its size above the panes, and panes that show all years.
+constexpr int theLeastWidth = 12615;
+constexpr int theLeastHeight = 7710;
 
 enum class Kind { BoldLabel, Label, FilterBox, List, Pane, BottomFrame, Button };
 
@@ -175,17 +182,25 @@ TemplateQuerierForm::TemplateQuerierForm(QWidget *aOwner) : QDialog(aOwner, Qt::
     setFont(WindowFont());
     MakeElements();
     ConnectElements();
+    const QSize least(PixelsFromTwips(theLeastWidth), PixelsFromTwips(theLeastHeight));
+    theSheet->SetLeast(least);
+    new WindowFit(*this, {least.width(), least.height() + theBottomFrame->height()});
+    new FocusInView(*this);
     resize(PixelsFromTwips(theClientWidth), PixelsFromTwips(theClientHeight));
     theFilterA->setFocus();
 }
 
 TemplateQuerierForm::~TemplateQuerierForm() = default;
 
+/// The button stays in sight; all above it is scrolled where the window is too low.
 void TemplateQuerierForm::MakeElements() {
+    theSheet = new Sheet(this);
     QWidget *before = nullptr;
     for (const Element &element : theElements) {
-        QWidget *widget =
-            MakeElement(element, element.What == Kind::Button ? theBottomFrame : this);
+        QWidget *parent = element.What == Kind::Button        ? theBottomFrame
+                          : element.What == Kind::BottomFrame ? this
+                                                              : theSheet->Content();
+        QWidget *widget = MakeElement(element, parent);
         widget->setObjectName(element.Name.toString());
         widget->setAccessibleName(element.Caption.toString());
         Move(widget, element.Left, element.Top, element.Width, element.Height);
@@ -207,6 +222,7 @@ void TemplateQuerierForm::MakeElements() {
 }
 
 void TemplateQuerierForm::ConnectElements() {
+    connect(theSheet, &Sheet::ContentResized, this, &TemplateQuerierForm::Form_Resize);
     connect(theFilterA, &QLineEdit::textChanged, this, &TemplateQuerierForm::theFilterA_Change);
     connect(theFormList, &ListView::Click, this, &TemplateQuerierForm::theFormList_Click);
     connect(theFormList, &ListView::ItemClick, this, &TemplateQuerierForm::theFormList_ItemClick);
@@ -222,15 +238,17 @@ void TemplateQuerierForm::AttachPictures() {
 
 void TemplateQuerierForm::resizeEvent(QResizeEvent *aEvent) {
     QDialog::resizeEvent(aEvent);
+    theSheet->Place({0, 0, width(), std::max(0, height() - theBottomFrame->height())});
     Form_Resize();
 }
 
 /// What cannot be set in a window that is too small keeps the place it had.
 void TemplateQuerierForm::Form_Resize() {
     const int gap = theGapInPixels * GetTwipsPerPixel();
-    const int width = TwipsFromPixels(this->width());
-    const int height = TwipsFromPixels(this->height());
     const int frameHeight = ElementOf(theBottomFrame).Height;
+    const QSize room = theSheet->Content()->size();
+    const int width = TwipsFromPixels(room.width());
+    const int height = TwipsFromPixels(room.height()) + frameHeight;
 
     const auto widen = [&](QWidget *aWidget) {
         const Element &element = ElementOf(aWidget);
@@ -247,7 +265,10 @@ void TemplateQuerierForm::Form_Resize() {
         Move(theTimeList, list.Left, list.Top, width - list.Left - gap,
              height - list.Top - frameHeight);
     });
-    IgnoringFailures([&] { Move(theBottomFrame, 0, height - frameHeight, width, frameHeight); });
+    IgnoringFailures([&] {
+        const int bottom = TwipsFromPixels(this->height());
+        Move(theBottomFrame, 0, bottom - frameHeight, TwipsFromPixels(this->width()), frameHeight);
+    });
     IgnoringFailures([&] {
         const Element &close = ElementOf(theClose);
         const double left = (TwipsFromPixels(theBottomFrame->width()) - close.Width) / 2.0;

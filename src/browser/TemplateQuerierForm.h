@@ -18,6 +18,7 @@ namespace Vk_DocQuery {
 
 class ListRow;
 class ListView;
+class Sheet;
 class TextPane;
 
 /// The window "Поиск бланков отчетных форм": a filter over the report forms, their list, and two
@@ -83,6 +84,7 @@ private:
     SearchTexts theSearchTexts;  // one per class and row
     bool theRowsAreMade = false;
 
+    Sheet *theSheet = nullptr;
     QLineEdit *theFilterA = nullptr;
     ListView *theFormList = nullptr;
     TextPane *theCatInfo = nullptr;

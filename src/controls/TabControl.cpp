@@ -16,6 +16,7 @@ namespace Vk_DocQuery {
 namespace {
 
 constexpr int thePictureTwips = 240;
+constexpr int theLeastPageTwips = 1500;
 
 /// The tabs are as high as the bar, whatever the style would give them, so that the pages keep
 /// their place.
@@ -125,6 +126,11 @@ void TabControl::SetSelectedTab(const QString &aKey) {
     const int position = PositionOf(aKey);
     if (position < 0) RaiseNoTab(aKey);
     theBar->setCurrentIndex(position);
+}
+
+QSize TabControl::minimumSizeHint() const {
+    return {theBar->sizeHint().width() + 2 * thePagePlace.x(),
+            thePagePlace.y() + PixelsFromTwips(theLeastPageTwips)};
 }
 
 int TabControl::PositionOf(const QString &aKey) const {

@@ -43,6 +43,9 @@ public:
 
     QTabBar *Bar() const { return theBar; }
 
+    /// Room for all tabs and a piece of their pages.
+    QSize minimumSizeHint() const override;
+
 protected:
     void paintEvent(QPaintEvent *aEvent) override;
     void resizeEvent(QResizeEvent *aEvent) override;

@@ -3,22 +3,24 @@
 #include <QApplication>
 #include <QDir>
 #include <QPushButton>
-#include <QResizeEvent>
 #include <QWindow>
 
 #include "controls/AltKeys.h"
 #include "controls/Colours.h"
 #include "controls/DateBox.h"
+#include "controls/FocusInView.h"
 #include "controls/Fonts.h"
 #include "controls/HelpButton.h"
 #include "controls/PictureButton.h"
 #include "controls/Pictures.h"
+#include "controls/Sheet.h"
 #include "controls/Stitch.h"
 #include "dialog/AskFileAndLoadDocQuery.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mFileOpenSaveDialog.h"
 #include "foundation/mVkGraphLight.h"
 #include "foundation/mVkLib.h"
+#include "foundation/WindowFit.h"
 #include "panel/VkDocQueryCriteries.h"
 
 namespace Vk_DocQuery {
@@ -35,6 +37,7 @@ constexpr int theFrameTop = 8880;
 constexpr int theFrameHeight = 855;
 constexpr int theGapBehindCancel = 240;
 constexpr int theGapBehindOK = 180;
+constexpr int theGapBeforeOK = 180;  // in the narrowest window
 
 const QString theTitle = QStringLiteral("Поиск документов");
 const QString theHelpPage = QStringLiteral("../service/Program_setting.htm");
@@ -88,6 +91,7 @@ DocQueryOptionsFrm::DocQueryOptionsFrm() {
     setWindowIcon(WindowIcon(QStringLiteral("dialog")));
     setFont(WindowFont());
     KeepDisabledReadable(*this);
+    new FocusInView(*this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     setModal(true);  // for good: hidden after exec took it back, it would go on blocking the host
@@ -267,26 +271,39 @@ void DocQueryOptionsFrm::reject() {
 
 void DocQueryOptionsFrm::resizeEvent(QResizeEvent *aEvent) {
     QDialog::resizeEvent(aEvent);
-    Form_Resize();
+    if (theSheet) theSheet->Place(rect());
 }
 
 void DocQueryOptionsFrm::Form_Resize() {
     if (!theData) return;
     const int gapBehindCancel = PixelsFromTwips(theGapBehindCancel);
     const int gapBehindOK = PixelsFromTwips(theGapBehindOK);
-    theBottomFrame->setGeometry(0, height() - theBottomFrame->height(), width(),
+    const QSize room = theSheet->Content()->size();
+    theBottomFrame->setGeometry(0, room.height() - theBottomFrame->height(), room.width(),
                                 theBottomFrame->height());
     theBottomStitch->resize(theBottomFrame->width(), theBottomStitch->height());
     theCancel->move(theBottomFrame->width() - theCancel->width() - gapBehindCancel, theCancel->y());
     theOK->move(theCancel->x() - theOK->width() - gapBehindOK, theOK->y());
-    theData->setGeometry(0, 0, width(), height() - theBottomFrame->height());
+    theData->setGeometry(0, 0, room.width(), room.height() - theBottomFrame->height());
+}
+
+/// The room of the tabs and of the buttons below them, which keep clear of one another.
+QSize DocQueryOptionsFrm::LeastSize() const {
+    const QSize tabs = theData->minimumSizeHint();
+    const int buttons = theHelp->geometry().right() + 1 + PixelsFromTwips(theGapBeforeOK) +
+                        theOK->width() + PixelsFromTwips(theGapBehindOK) + theCancel->width() +
+                        PixelsFromTwips(theGapBehindCancel);
+    return {std::max(tabs.width(), buttons), tabs.height() + theBottomFrame->height()};
 }
 
 void DocQueryOptionsFrm::LoadControls() {
     if (theData) return;
-    theData = new VkDocQueryCriteries(this);
+    UnloadControls();  // what a failure on the way may have left
+    theSheet = new Sheet(this);
+    connect(theSheet, &Sheet::ContentResized, this, &DocQueryOptionsFrm::Form_Resize);
+    theData = new VkDocQueryCriteries(theSheet->Content());
     Place(*theData, QStringLiteral("theData"), 0, 0, theDesignWidth, theDataHeight);
-    theBottomFrame = new QWidget(this);
+    theBottomFrame = new QWidget(theSheet->Content());
     Place(*theBottomFrame, QStringLiteral("theBottomFrame"), 0, theFrameTop, theDesignWidth,
           theFrameHeight);
     theBottomStitch = new DStitch(theBottomFrame);
@@ -330,13 +347,18 @@ void DocQueryOptionsFrm::LoadControls() {
 
     setTabOrder(theSaveAs, theHelp);
     resize(PixelsFromTwips(theDesignWidth), PixelsFromTwips(theFrameTop + theFrameHeight));
+    theSheet->SetLeast(LeastSize());
+    theFit = new WindowFit(*this, LeastSize());
+    theSheet->Place(rect());
     Form_Resize();
 }
 
 void DocQueryOptionsFrm::UnloadControls() {
-    delete theData;
+    delete theFit;
+    theFit = nullptr;
+    delete theSheet;  // with the panel and all the buttons
+    theSheet = nullptr;
     theData = nullptr;
-    delete theBottomFrame;  // with all the buttons
     theBottomFrame = nullptr;
 }
 

@@ -12,7 +12,9 @@ namespace Vk_DocQuery {
 
 class DHelpButton;
 class DStitch;
+class Sheet;
 class VkDocQueryCriteries;
+class WindowFit;
 
 /// The modal window in which the user states a search: the criteria panel, the buttons below it,
 /// and the rules by which values travel between the panel and the record being edited.
@@ -51,6 +53,7 @@ private:
     bool Run();
     void StandOverHost();
     void Form_Resize();
+    QSize LeastSize() const;
 
     void theOK_Click();
     void theCancel_Click();
@@ -66,6 +69,8 @@ private:
     bool RecordShown = false;  // the last distribution went through, and the caption is that of it
     std::shared_ptr<VkDocQueryData> theRecord;
 
+    Sheet *theSheet = nullptr;
+    WindowFit *theFit = nullptr;
     VkDocQueryCriteries *theData = nullptr;
     QWidget *theBottomFrame = nullptr;
     QPushButton *theLoad = nullptr;

@@ -15,6 +15,7 @@
 
 #include "foundation/Application.h"
 #include "foundation/mVkGraphLight.h"
+#include "foundation/WindowFit.h"
 
 namespace Vk_DocQuery {
 
@@ -126,6 +127,7 @@ FileDialog::FileDialog(OpenFileName &aRecord, bool aSave)
 void FileDialog::MakeRoom() {
     theDialog.setIconProvider(&theTypes);
     theDialog.resize(PixelsFromTwips(theWidth), PixelsFromTwips(theHeight));
+    new WindowFit(theDialog);
     if (auto *splitter = theDialog.findChild<QSplitter *>(QStringLiteral("splitter")))
         splitter->setSizes({PixelsFromTwips(thePlacesWidth),
                             PixelsFromTwips(theWidth) - PixelsFromTwips(thePlacesWidth)});

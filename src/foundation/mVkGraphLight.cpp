@@ -8,9 +8,13 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLayout>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScroller>
+#include <QStyle>
 
 #include "foundation/Application.h"
 
@@ -36,6 +40,7 @@ public:
         setTextInteractionFlags(Qt::TextSelectableByMouse);
         if (parentWidget()) setFont(parentWidget()->font());
         for (QLabel *label : findChildren<QLabel *>()) label->installEventFilter(this);
+        ScrollLongText();
     }
 
     QPushButton *AddButton(StandardButton aButton, const QString &aCaption) {
@@ -78,6 +83,30 @@ private:
                               captions.join(QStringLiteral("   ")) + u'\n' + line;
         return QString(whole).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     }
+
+    /// A chain that is higher than the screen, or a path that is wider, would take the buttons
+    /// along. Lines break at blanks only.
+    void ScrollLongText() {
+        auto *label = findChild<QLabel *>(QStringLiteral("qt_msgbox_label"));
+        if (!label) return;
+        const QSize room = screen()->availableGeometry().size();
+        const QSize most(std::min(theWidestText, room.width() * 2 / 3), room.height() * 3 / 5);
+        const QSize needed =
+            label->fontMetrics()
+                .boundingRect(QRect(QPoint(0, 0), QSize(most.width(), 0)), Qt::TextWordWrap, text())
+                .size();
+        if (needed.width() <= most.width() && needed.height() <= most.height()) return;
+        auto *area = new QScrollArea(this);
+        area->setFrameShape(QFrame::NoFrame);
+        area->setWidgetResizable(true);
+        const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+        area->setFixedSize(most.width() + bar, std::min(needed.height(), most.height()) + bar);
+        delete layout()->replaceWidget(label, area);
+        area->setWidget(label);
+        QScroller::grabGesture(area->viewport(), QScroller::TouchGesture);
+    }
+
+    static constexpr int theWidestText = 560;  // pixels
 
     static QWidget *Owner() {
         EnsureApplication();

@@ -19,6 +19,7 @@
 #include "controls/OptionButton.h"
 #include "controls/Pictures.h"
 #include "controls/ScrollBox.h"
+#include "controls/Sheet.h"
 #include "controls/TabControl.h"
 #include "controls/TextBox.h"
 #include "foundation/Clock.h"
@@ -36,6 +37,8 @@ constexpr double theLowestNumber = -999999999999999;
 constexpr double theHighestNumber = 99999999999999;
 const QDate theEarliestDate(100, 1, 1);
 const QDate theLatestDate(9999, 12, 31);
+
+constexpr int thePageMargin = 120;  // twips
 
 constexpr int theYearsBefore = 6;
 constexpr int theYearsAfter = 3;
@@ -109,6 +112,7 @@ VkDocQueryCriteries::VkDocQueryCriteries(QWidget *aParent) try : QWidget(aParent
     theColours = QApplication::palette();
     MakeTabs();
     MakeElements();
+    FitPages();
     SetTabOrder();
     NameForReaders();
     SetUpLists();
@@ -127,7 +131,7 @@ void VkDocQueryCriteries::MakeTabs() {
     theTabs->SetPagePlace(PixelsFromTwips(thePageLeft), PixelsFromTwips(thePageTop));
     theTabs->SetImages(TabImages());
     for (const TabRow &row : TabRows()) {
-        auto *page = new QWidget;
+        auto *page = new Sheet;
         page->setObjectName(QString::fromLatin1(row.Page));
         page->setAccessibleName(QString::fromUtf16(row.Caption));
         theTabs->AddTab(QString::fromLatin1(row.Key), QString::fromUtf16(row.Caption), page);
@@ -140,11 +144,24 @@ void VkDocQueryCriteries::MakeElements() {
     theElements.reserve(qsizetype(ElementRows().size()) + qsizetype(TabRows().size()));
     for (const ElementRow &row : ElementRows()) {
         QWidget *parent = &Element(row.Inside);
-        if (auto *box = qobject_cast<ScrollBox *>(parent)) parent = box->Content();
+        if (auto *area = qobject_cast<QScrollArea *>(parent)) parent = area->widget();
         QWidget *element = MadeElement(row, parent);
         element->setObjectName(ElementName(row.Name, row.Index));
         element->setGeometry(PixelRect(row));
         theElements.insert(element->objectName(), element);
+    }
+}
+
+/// A page is scrolled where it has less room than what is on it takes.
+void VkDocQueryCriteries::FitPages() {
+    const int margin = PixelsFromTwips(thePageMargin);
+    for (const TabRow &row : TabRows()) {
+        auto &page = The<Sheet>(row.Page);
+        QRect used;
+        for (const QWidget *element :
+             page.Content()->findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
+            if (!element->isHidden()) used |= element->geometry();
+        page.SetLeast({used.right() + 1 + margin, used.bottom() + 1 + margin});
     }
 }
 
@@ -333,6 +350,10 @@ QString VkDocQueryCriteries::GetCurrentTab() const {
 
 QSize VkDocQueryCriteries::sizeHint() const {
     return DesignSize();
+}
+
+QSize VkDocQueryCriteries::minimumSizeHint() const {
+    return theTabs->minimumSizeHint();
 }
 
 /// The rules give elements colours of the desktop, which may have changed.

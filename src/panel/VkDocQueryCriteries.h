@@ -43,6 +43,8 @@ public:
     bool FinishInput();
 
     QSize sizeHint() const override;
+    /// What the tabs and a piece of their pages need.
+    QSize minimumSizeHint() const override;
 
 signals:
     /// All visible state has been derived from the elements anew.
@@ -127,6 +129,7 @@ private:
     void PutTheRestBack(const Draft &aDraft);
 
     void MakeElements();
+    void FitPages();
     QWidget *MadeElement(const ElementRow &aRow, QWidget *aParent);
     void MakeTabs();
     void SetTabOrder();

@@ -10,13 +10,16 @@
 
 #include "controls/AltKeys.h"
 #include "controls/FilterBox.h"
+#include "controls/FocusInView.h"
 #include "controls/Fonts.h"
 #include "controls/ListView.h"
 #include "controls/PictureButton.h"
 #include "controls/Pictures.h"
+#include "controls/Sheet.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkGraphLight.h"
 #include "foundation/Present.h"
+#include "foundation/WindowFit.h"
 #include "picker/ObjectTypes.h"
 
 namespace Vk_DocQuery {
@@ -29,11 +32,14 @@ const QString theMessageTitle = QStringLiteral("Выбор из списка");
 // Twips.
 constexpr int theDesignWidth = 12915;
 constexpr int theDesignHeight = 8715;
+// The buttons keep clear of one another, and the list shows a few rows.
+constexpr int theLeastWidth = 12090;
+constexpr int theLeastHeight = 3300;
 
 }  // namespace
 
 /// Where an element lies in the window as designed, in twips, and what of it follows the window
-/// when that grows.
+/// when that has another size.
 struct SelectObjectsForm::Place {
     enum Follows : int { Nothing = 0, Left = 1, Top = 2, Width = 4, Height = 8 };
     QWidget *Element;
@@ -56,13 +62,16 @@ SelectObjectsForm::~SelectObjectsForm() = default;
 // ---- Elements
 
 void SelectObjectsForm::MakeElements() {
-    theFilter = new VkFilterBox(this);
+    theSheet = new Sheet(this);
+    connect(theSheet, &Sheet::ContentResized, this, &SelectObjectsForm::PlaceElements);
+    QWidget *content = theSheet->Content();
+    theFilter = new VkFilterBox(content);
     theFilter->setObjectName(QStringLiteral("theFilter"));
     connect(theFilter, &VkFilterBox::Change, this, &SelectObjectsForm::theFilter_Change);
     thePlaces.push_back({theFilter, QRect(60, 60, 12855, 345), Place::Width});
 
     theIL = PickerImages();
-    theList = new ListView(this);
+    theList = new ListView(content);
     theList->setObjectName(QStringLiteral("theList"));
     theList->setAccessibleName(QStringLiteral("Объекты, которые можно добавить"));
     theList->SetCheckBoxes(true);
@@ -95,8 +104,8 @@ void SelectObjectsForm::MakeElements() {
          Place::Left | Place::Top, &SelectObjectsForm::theCancel_Click},
     };
     for (const ButtonRow &row : rows) {
-        QPushButton *button = row.Picture != 0 ? new DButton(row.Caption, row.Picture, this)
-                                               : new QPushButton(row.Caption, this);
+        QPushButton *button = row.Picture != 0 ? new DButton(row.Caption, row.Picture, content)
+                                               : new QPushButton(row.Caption, content);
         button->setObjectName(row.Name);
         button->setAutoDefault(true);  // Enter presses the one that has the focus
         GiveAltKey(*button, row.AltKey);
@@ -108,8 +117,12 @@ void SelectObjectsForm::MakeElements() {
     }
 
     const QSize design(PixelsFromTwips(theDesignWidth), PixelsFromTwips(theDesignHeight));
-    setMinimumSize(design);
+    const QSize least(PixelsFromTwips(theLeastWidth), PixelsFromTwips(theLeastHeight));
+    theSheet->SetLeast(least);
+    new WindowFit(*this, least);
+    new FocusInView(*this);
     resize(design);
+    theSheet->Place(rect());
     PlaceElements();
     theList->setFocus();
     for (QWidget *element : findChildren<QWidget *>()) element->installEventFilter(this);
@@ -117,8 +130,9 @@ void SelectObjectsForm::MakeElements() {
 }
 
 void SelectObjectsForm::PlaceElements() {
-    const int wider = width() - PixelsFromTwips(theDesignWidth);
-    const int higher = height() - PixelsFromTwips(theDesignHeight);
+    const QSize room = theSheet->Content()->size();
+    const int wider = room.width() - PixelsFromTwips(theDesignWidth);
+    const int higher = room.height() - PixelsFromTwips(theDesignHeight);
     for (const Place &place : thePlaces) {
         QRect rect(PixelsFromTwips(place.Design.left()), PixelsFromTwips(place.Design.top()),
                    PixelsFromTwips(place.Design.width()), PixelsFromTwips(place.Design.height()));
@@ -132,7 +146,7 @@ void SelectObjectsForm::PlaceElements() {
 
 void SelectObjectsForm::resizeEvent(QResizeEvent *aEvent) {
     QDialog::resizeEvent(aEvent);
-    PlaceElements();
+    theSheet->Place(rect());
 }
 
 // ---- The run of the window

@@ -16,6 +16,7 @@ namespace Vk_DocQuery {
 
 class ImageList;
 class ListView;
+class Sheet;
 class VkFilterBox;
 struct ListColumn;
 
@@ -70,6 +71,7 @@ private:
     void theCheckSelected_Click();
     void theUncheckSelected_Click();
 
+    Sheet *theSheet = nullptr;
     VkFilterBox *theFilter = nullptr;
     ListView *theList = nullptr;
     std::shared_ptr<const ImageList> theIL;

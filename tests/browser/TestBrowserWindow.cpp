@@ -1,9 +1,11 @@
 #include <QLabel>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 
 #include <Vk_DocQuery/TemplateQuerier.h>
 
+#include "controls/Sheet.h"
 #include "foundation/mVkGraphLight.h"
 #include "OpenBrowser.h"
 #include "support/ModalDriver.h"
@@ -130,10 +132,31 @@ private slots:
         QCOMPARE(browser.Close.geometry(), QRect(436, 12, 129, 33));
     }
 
+    /// What stands above the panes keeps its size, and the panes show all years.
+    void ASmallWindowScrolls() {
+        OpenBrowser browser;
+        browser.Form.setMinimumSize(0, 0);  // as on a screen that is smaller still
+        browser.Form.resize(400, 300);
+        QCOMPARE(browser.Close.parentWidget()->geometry(), QRect(0, 300 - 53, 400, 53));
+        QCOMPARE(browser.Close.geometry(), QRect(136, 12, 129, 33));
+        const auto *sheet = browser.Form.findChild<Sheet *>();
+        QCOMPARE(sheet->geometry(), QRect(0, 0, 400, 300 - 53));
+        QCOMPARE(sheet->Content()->size(), QSize(841, 514));
+        QVERIFY(sheet->verticalScrollBar()->maximum() > 0);
+        QVERIFY(sheet->horizontalScrollBar()->maximum() > 0);
+        QCOMPARE(browser.List.geometry(), QRect(4, 80, 841 - 4 - 4, 257));
+        QCOMPARE(browser.Times.geometry(), QRect(304, 384, 841 - 304 - 4, 514 - 384));
+    }
+
     /// Each step that cannot be taken is passed over, and the next one is taken.
     void AnAbsurdlySmallWindowKeepsWhatCannotBeSet() {
         OpenBrowser browser;
         browser.Form.resize(1000, 800);
+        browser.Form.setMinimumSize(0, 0);
+        auto *sheet = browser.Form.findChild<Sheet *>();
+        sheet->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        sheet->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        sheet->SetLeast(QSize(0, 0));
         browser.Form.resize(50, 100);
         QCOMPARE(browser.Filter.geometry(), QRect(76, 29, 1000 - 76 - 4, 20));
         QCOMPARE(browser.List.geometry(), QRect(4, 80, 50 - 4 - 4, 257));
@@ -164,10 +187,10 @@ private slots:
 
     void CentredOnItsOwner() {
         QWidget owner;
-        owner.setGeometry(0, 0, 780, 620);
+        owner.setGeometry(400, 300, 1200, 1000);
         owner.show();
         TemplateQuerierForm form(&owner);
-        form.resize(300, 200);
+        form.resize(900, 700);
         form.show();
         QVERIFY(QTest::qWaitForWindowExposed(&form));
         const QPoint between = form.frameGeometry().center() - owner.frameGeometry().center();

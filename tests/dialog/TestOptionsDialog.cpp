@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTabBar>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QWindow>
@@ -294,22 +295,28 @@ private slots:
         QCOMPARE(dialog.Record()->SignerSurname, QString());
     }
 
-    void SmallWindowKeepsItsButtonsInOrder() {
+    void SmallWindowKeepsWhatItsTabsAndButtonsNeed() {
         DocQueryOptionsFrm dialog;
         ModalDriver driver;
         RunWith(dialog, driver, [&](const User &user) {
             for (const QSize size : {QSize(400, 200), QSize(60, 30)}) {
                 user.theWindow.resize(size);
+                const QSize least = user.theWindow.size();
                 const QRect frame = user.Element("theBottomFrame")->geometry();
                 const QRect panel = user.Element("theData")->geometry();
                 const int cancel = user.Element("theCancel")->x();
-                if (frame != QRect(0, size.height() - 57, size.width(), 57))
+                if (frame != QRect(0, least.height() - 57, least.width(), 57))
                     driver.Complain(QStringLiteral("frame"));
-                if (panel != QRect(0, 0, size.width(), std::max(0, size.height() - 57)))
+                if (panel != QRect(0, 0, least.width(), least.height() - 57))
                     driver.Complain(QStringLiteral("panel"));
-                if (cancel != size.width() - 109 - 16 ||
+                if (cancel != least.width() - 109 - 16 ||
                     user.Element("theOK")->x() != cancel - 93 - 12)
                     driver.Complain(QStringLiteral("buttons"));
+                if (user.Element("theOK")->x() < user.Element("theHelp")->geometry().right() + 12)
+                    driver.Complain(QStringLiteral("OK on help"));
+                const auto *bar = user.Element<QTabBar>("theTabBar");
+                if (bar && !bar->rect().contains(bar->tabRect(bar->count() - 1)))
+                    driver.Complain(QStringLiteral("tabs"));
             }
         });
         QVERIFY2(driver.Done(), driver.Complaint());

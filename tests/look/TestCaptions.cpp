@@ -29,6 +29,7 @@
 #include "controls/ScrollBox.h"
 #include "dialog/DocQueryOptionsFrm.h"
 #include "foundation/mVkGraphLight.h"
+#include "look/Overlaps.h"
 #include "picker/SelectObjectsForm.h"
 #include "support/Contrast.h"
 #include "support/MemoryRecords.h"
@@ -230,11 +231,6 @@ private:
     int theCaptions = 0;
 };
 
-/// Switches everything of the dialog on, so that all of it shows.
-void TurnEverythingOn(QWidget &aDialog) {
-    for (auto *box : aDialog.findChildren<QCheckBox *>()) box->setChecked(true);
-}
-
 /// Shows each page once, so that each has been laid out.
 void OpenEveryPage(QWidget &aDialog) {
     auto *bar = aDialog.findChild<QTabBar *>(QStringLiteral("theTabBar"));
@@ -242,46 +238,6 @@ void OpenEveryPage(QWidget &aDialog) {
         bar->setCurrentIndex(i);
         QApplication::processEvents();
     }
-}
-
-/// The part of an element that shows something, in the window.
-QRect Shown(const QWidget &aElement, const QWidget &aWindow) {
-    QSize size = aElement.size();
-    const auto *button = qobject_cast<const QAbstractButton *>(&aElement);
-    const bool mark = button && button->isCheckable();
-    const auto *label = qobject_cast<const QLabel *>(&aElement);
-    const QString text = mark ? button->text() : label ? label->text() : QString();
-    if (!text.isEmpty()) {
-        const int indicator = mark ? 20 * QFontInfo(aElement.font()).pixelSize() / 11 : 0;
-        size.setWidth(
-            std::min(size.width(), aElement.fontMetrics().horizontalAdvance(text) + indicator));
-    }
-    return {aElement.mapTo(&aWindow, QPoint(0, 0)), size};
-}
-
-/// Pairs of elements that lie on one another.
-QByteArray Overlaps(const QWidget &aWindow) {
-    QList<const QWidget *> elements;
-    for (const QWidget *element : aWindow.findChildren<QWidget *>()) {
-        const QString name = element->objectName();
-        if (!element->isVisible() || !(name.startsWith(u"the") || name.startsWith(u"Label")))
-            continue;
-        if (element->findChild<QAbstractButton *>() || element->findChild<QLabel *>() ||
-            qobject_cast<const Frame *>(element))
-            continue;
-        elements << element;
-    }
-    QStringList faults;
-    for (qsizetype i = 0; i < elements.size(); ++i) {
-        for (qsizetype j = i + 1; j < elements.size(); ++j) {
-            const QWidget *one = elements.at(i);
-            const QWidget *other = elements.at(j);
-            if (one->isAncestorOf(other) || other->isAncestorOf(one)) continue;
-            if (Shown(*one, aWindow).intersects(Shown(*other, aWindow)))
-                faults << one->objectName() + QStringLiteral(" on ") + other->objectName();
-        }
-    }
-    return faults.join(u'\n').toUtf8();
 }
 
 /// Which sides of an element have no line of that colour from end to end, but for the corners.

@@ -4,6 +4,10 @@
 #include <vector>
 
 #include <QApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryFile>
 #include <QTest>
 
 namespace VkTests {
@@ -17,6 +21,31 @@ std::vector<Entry> &Entries() {
     return entries;
 }
 
+/// Screens beside one another, as VK_SCREENS tells them ("1920x1080 1024x600"); without it one with
+/// room for every window in every scale.
+void MakeScreens(QTemporaryFile &rFile) {
+    const QString wanted =
+        qEnvironmentVariable("VK_SCREENS", QStringLiteral("3840x2400")).simplified();
+    QJsonArray screens;
+    int left = 0;
+    for (const QString &screen : wanted.split(u' ')) {
+        const int width = screen.section(u'x', 0, 0).toInt();
+        screens.append(QJsonObject{{QStringLiteral("name"), screen},
+                                   {QStringLiteral("x"), left},
+                                   {QStringLiteral("y"), 0},
+                                   {QStringLiteral("width"), width},
+                                   {QStringLiteral("height"), screen.section(u'x', 1).toInt()},
+                                   {QStringLiteral("logicalDpi"), 96},
+                                   {QStringLiteral("logicalBaseDpi"), 96},
+                                   {QStringLiteral("dpr"), 1}});
+        left += width;
+    }
+    const QJsonObject configuration{{QStringLiteral("screens"), screens}};
+    if (!rFile.open() || rFile.write(QJsonDocument(configuration).toJson()) < 0 || !rFile.flush())
+        qFatal("the screens cannot be written down");
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(rFile.fileName()));
+}
+
 }  // namespace
 
 TestRegistration::TestRegistration(const char *aName,
@@ -28,6 +57,8 @@ TestRegistration::TestRegistration(const char *aName,
 
 /// test_program [Class ...] [options of Qt Test]
 int main(int aCount, char **aArguments) {
+    QTemporaryFile screens;
+    if (qgetenv("QT_QPA_PLATFORM") == "offscreen") VkTests::MakeScreens(screens);
     QApplication application(aCount, aArguments);
     QStringList wanted;
     QStringList passedOn{application.arguments().constFirst()};

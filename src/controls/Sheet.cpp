@@ -1,0 +1,24 @@
+#include "controls/Sheet.h"
+
+#include <QEvent>
+
+namespace Vk_DocQuery {
+
+Sheet::Sheet(QWidget *aParent) : QScrollArea(aParent) {
+    setFrameShape(NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setWidgetResizable(true);
+    setWidget(new QWidget);
+}
+
+void Sheet::Place(const QRect &aPlace) {
+    setGeometry(aPlace);
+    if (!isVisible()) Content()->resize(aPlace.size().expandedTo(Content()->minimumSize()));
+}
+
+bool Sheet::eventFilter(QObject *aWatched, QEvent *aEvent) {
+    if (aWatched == Content() && aEvent->type() == QEvent::Resize) emit ContentResized();
+    return QScrollArea::eventFilter(aWatched, aEvent);
+}
+
+}  // namespace Vk_DocQuery
