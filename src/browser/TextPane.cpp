@@ -5,6 +5,7 @@
 #include <QTextCursor>
 
 #include "controls/Colours.h"
+#include "controls/TouchScrolling.h"
 
 namespace Vk_DocQuery {
 
@@ -12,6 +13,7 @@ TextPane::TextPane(QWidget *aParent) : QPlainTextEdit(aParent) {
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setTabChangesFocus(true);
     setUndoRedoEnabled(false);
+    ScrollByTouch(*this, [this] { return fontMetrics().lineSpacing(); });
 }
 
 void TextPane::SetText(const QString &aText) {

@@ -31,11 +31,9 @@ void ComboBox::SetText(const QString &aText) {
 }
 
 void ComboBox::wheelEvent(QWheelEvent *aEvent) {
-    // Turning the wheel over a page must not change a criterion in passing.
-    if (hasFocus())
-        QComboBox::wheelEvent(aEvent);
-    else
-        aEvent->ignore();
+    // Who turns the wheel over a page scrolls it and must not change a criterion in passing; where
+    // the focus is may be long out of mind. The list that drops down is scrolled by its own events.
+    aEvent->ignore();
 }
 
 }  // namespace Vk_DocQuery

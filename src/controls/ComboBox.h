@@ -5,7 +5,8 @@
 namespace Vk_DocQuery {
 
 /// A drop-down list of texts with item numbers. A fixed one takes only what is listed; an editable
-/// one takes any text, and what is typed stays as it is typed.
+/// one takes any text, and what is typed stays as it is typed. The wheel over it scrolls what is
+/// around it.
 class ComboBox : public QComboBox {
     Q_OBJECT
 

@@ -13,6 +13,7 @@
 #include "controls/ListViewHeader.h"
 #include "controls/ListViewInterface.h"
 #include "controls/ListViewRows.h"
+#include "controls/TouchScrolling.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkGraphLight.h"
 
@@ -34,6 +35,7 @@ ListView::ListView(QWidget *aParent)
     viewport()->setMouseTracking(true);
     PrepareHeader();
     PlaceHeader();
+    ScrollByTouch(*this, [this] { return RowHeight(); });
 }
 
 /// The header asks for the columns as long as it is there.

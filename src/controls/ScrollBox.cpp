@@ -1,6 +1,7 @@
 #include "controls/ScrollBox.h"
 
 #include "controls/Colours.h"
+#include "controls/TouchScrolling.h"
 
 namespace Vk_DocQuery {
 
@@ -11,6 +12,7 @@ ScrollBox::ScrollBox(QWidget *aParent) : QScrollArea(aParent) {
     content->setBackgroundRole(QPalette::Base);
     content->setForegroundRole(QPalette::Text);
     setWidget(content);
+    ScrollByTouch(*this);
 }
 
 void ScrollBox::FitContent() {

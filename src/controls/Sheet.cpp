@@ -2,6 +2,8 @@
 
 #include <QEvent>
 
+#include "controls/TouchScrolling.h"
+
 namespace Vk_DocQuery {
 
 Sheet::Sheet(QWidget *aParent) : QScrollArea(aParent) {
@@ -9,6 +11,7 @@ Sheet::Sheet(QWidget *aParent) : QScrollArea(aParent) {
     setFocusPolicy(Qt::NoFocus);
     setWidgetResizable(true);
     setWidget(new QWidget);
+    ScrollByTouch(*this);
 }
 
 void Sheet::Place(const QRect &aPlace) {

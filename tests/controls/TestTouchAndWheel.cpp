@@ -1,0 +1,263 @@
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLineEdit>
+#include <QPointingDevice>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+#include <QWheelEvent>
+
+#include "controls/CheckBox.h"
+#include "controls/ComboBox.h"
+#include "controls/DateBox.h"
+#include "controls/ListView.h"
+#include "controls/NumberBox.h"
+#include "controls/ScrollBox.h"
+#include "controls/Sheet.h"
+#include "support/TestMain.h"
+
+using namespace Vk_DocQuery;
+
+namespace {
+
+QPointingDevice &Finger() {
+    static QPointingDevice *finger = QTest::createTouchDevice();
+    return *finger;
+}
+
+/// A finger that goes down on the element, is drawn along, and goes up.
+void Draw(QWidget &aElement, QPoint aFrom, QPoint aTo) {
+    constexpr int theSteps = 10;
+    QTest::touchEvent(&aElement, &Finger()).press(0, aFrom, &aElement);
+    for (int i = 1; i <= theSteps; ++i)
+        QTest::touchEvent(&aElement, &Finger())
+            .move(0, aFrom + (aTo - aFrom) * i / theSteps, &aElement);
+    QTest::touchEvent(&aElement, &Finger()).release(0, aTo, &aElement);
+}
+
+void Tap(QWidget &aElement, QPoint aPoint) {
+    QTest::touchEvent(&aElement, &Finger()).press(0, aPoint, &aElement);
+    QTest::touchEvent(&aElement, &Finger()).release(0, aPoint, &aElement);
+}
+void Tap(QWidget &aElement) {
+    Tap(aElement, aElement.rect().center());
+}
+
+/// A list on the screen.
+struct ShownList {
+    explicit ShownList(int aRows) {
+        List.AddColumn(QStringLiteral("*"), 600);
+        List.AddColumn(QStringLiteral("Название"), 3000);
+        List.SetCheckBoxes(true);
+        List.SetMultiSelect(true);
+        for (int i = 0; i < aRows; ++i)
+            List.AddRow(QStringLiteral("_%1").arg(i))->SetCellText(1, QString::number(i));
+        List.resize(400, 250);
+        List.show();
+        if (!QTest::qWaitForWindowActive(&List)) qFatal("no window");
+        List.viewport()->repaint();
+    }
+    QPoint On(int aRow) const { return {150, List.RowRect(List.Row(aRow)).center().y()}; }
+    ListView List;
+};
+
+/// A page that is larger than its window, with an element of each kind.
+struct Page {
+    Page() {
+        QWidget *content = Window.Content();
+        Window.SetLeast({300, 900});
+        Box = new CheckBox(QStringLiteral("Отметка"), content);
+        Box->setGeometry(10, 10, 150, 20);
+        Button = new QPushButton(QStringLiteral("Кнопка"), content);
+        Button->setGeometry(10, 40, 150, 30);
+        List = new ListView(content);
+        List->AddColumn(QStringLiteral("*"), 1500);
+        List->AddRow(QStringLiteral("_1"));
+        List->setGeometry(170, 10, 120, 120);
+        Fixed = new ComboBox(ComboBox::Fixed, content);
+        Years = new ComboBox(ComboBox::Editable, content);
+        for (ComboBox *combo : {Fixed, Years}) {
+            for (int i = 0; i < 5; ++i) combo->AddItem(QString::number(2020 + i), i);
+            combo->setCurrentIndex(2);
+        }
+        Number = new NumberBox(content);
+        Number->SetValue(17.0);
+        Date = new DateBox(content);
+        Date->SetValue(QDate(2025, 8, 15));
+        int top = 140;
+        for (QWidget *element : std::initializer_list<QWidget *>{Fixed, Years, Number, Date}) {
+            element->setGeometry(10, top, 120, 21);
+            top += 30;
+        }
+        Window.resize(320, 300);
+        Window.show();
+        if (!QTest::qWaitForWindowActive(&Window)) qFatal("no window");
+    }
+    int Scrolled() const { return Window.verticalScrollBar()->value(); }
+    QString Values() const {
+        return QStringList{Fixed->Text(), Years->Text(), Number->text(), Date->Edit()->text()}.join(
+            u' ');
+    }
+
+    Sheet Window;
+    CheckBox *Box;
+    QPushButton *Button;
+    ListView *List;
+    ComboBox *Fixed;
+    ComboBox *Years;
+    NumberBox *Number;
+    DateBox *Date;
+};
+
+}  // namespace
+
+class TestTouchAndWheel : public QObject {
+    Q_OBJECT
+
+private slots:
+    void FingerScrollsAList() {
+        ShownList shown(200);
+        QSignalSpy clicks(&shown.List, &ListView::ItemClick);
+        Draw(*shown.List.viewport(), {150, 200}, {150, 50});
+        QTRY_VERIFY(shown.List.FirstVisible() != shown.List.Row(0));
+        const int row = shown.List.RowRect(shown.List.Row(0)).height();
+        QVERIFY(shown.List.verticalScrollBar()->value() * row <= 1000);  // pixels, not rows
+        QVERIFY(shown.List.SelectedRows().empty());
+        QCOMPARE(clicks.size(), 0);
+    }
+
+    void FingerScrollsSideways() {
+        ShownList shown(3);
+        shown.List.SetColumnWidth(1, 15000);
+        Draw(*shown.List.viewport(), {300, 100}, {100, 100});
+        QTRY_VERIFY(shown.List.horizontalScrollBar()->value() > 50);
+        QVERIFY(shown.List.SelectedRows().empty());
+    }
+
+    void TapIsAClick() {
+        ShownList shown(200);
+        QSignalSpy clicks(&shown.List, &ListView::Click);
+        Tap(*shown.List.viewport(), shown.On(3));
+        QTRY_COMPARE(shown.List.SelectedItem(), shown.List.Row(3));
+        QCOMPARE(shown.List.SelectedRows().size(), 1);
+        QCOMPARE(clicks.size(), 1);
+        QVERIFY(shown.List.hasFocus());
+    }
+
+    void TapOnABoxTicksIt() {
+        ShownList shown(200);
+        QSignalSpy ticks(&shown.List, &ListView::ItemCheck);
+        Tap(*shown.List.viewport(), {9, shown.On(2).y()});
+        QTRY_VERIFY(shown.List.Row(2)->IsChecked());
+        QCOMPARE(ticks.size(), 1);
+        QVERIFY(!shown.List.SelectedItem() || !shown.List.SelectedItem()->IsSelected());
+    }
+
+    void TwoTapsAreADoubleClick() {
+        ShownList shown(200);
+        QSignalSpy doubles(&shown.List, &ListView::DblClick);
+        Tap(*shown.List.viewport(), shown.On(3));
+        QTRY_VERIFY(shown.List.SelectedItem());
+        Tap(*shown.List.viewport(), shown.On(3) + QPoint(5, 2));
+        QTRY_COMPARE(doubles.size(), 1);
+        Tap(*shown.List.viewport(), shown.On(3));
+        QApplication::processEvents();
+        QCOMPARE(doubles.size(), 1);
+    }
+
+    /// The mouse marks rows and does not drag the list along.
+    void MouseDoesNotScrollByDrawing() {
+        ShownList shown(200);
+        QWidget *rows = shown.List.viewport();
+        QTest::mousePress(rows, Qt::LeftButton, {}, QPoint(150, 150));
+        for (int y = 150; y >= 50; y -= 10) QTest::mouseMove(rows, QPoint(150, y));
+        QTest::mouseRelease(rows, Qt::LeftButton, {}, QPoint(150, 50));
+        QApplication::processEvents();
+        QCOMPARE(shown.List.verticalScrollBar()->value(), 0);
+    }
+
+    void FingerScrollsAPage_data() {
+        QTest::addColumn<QPoint>("from");
+        QTest::newRow("bare ground") << QPoint(250, 250);
+        QTest::newRow("check box") << QPoint(30, 20);
+        QTest::newRow("button") << QPoint(30, 60);
+        QTest::newRow("combo") << QPoint(60, 150);
+        QTest::newRow("number") << QPoint(60, 210);
+        QTest::newRow("date") << QPoint(60, 240);
+        QTest::newRow("list that shows all") << QPoint(230, 100);
+    }
+    void FingerScrollsAPage() {
+        QFETCH(QPoint, from);
+        Page page;
+        QSignalSpy presses(page.Button, &QPushButton::clicked);
+        const QString values = page.Values();
+        Draw(*page.Window.viewport(), from, from - QPoint(0, 200));
+        QTRY_VERIFY(page.Scrolled() >= 100);
+        QVERIFY(!page.Box->isChecked());
+        QCOMPARE(presses.size(), 0);
+        QCOMPARE(page.Values(), values);
+        QVERIFY(!QApplication::activePopupWidget());
+    }
+
+    void TapsReachWhatIsOnAPage() {
+        Page page;
+        QSignalSpy presses(page.Button, &QPushButton::clicked);
+        page.Window.verticalScrollBar()->setValue(5);
+        Tap(*page.Box, QPoint(8, 10));
+        QTRY_VERIFY(page.Box->isChecked());
+        QVERIFY(page.Box->hasFocus());
+        Tap(*page.Button);
+        QTRY_COMPARE(presses.size(), 1);
+        QVERIFY(page.Button->hasFocus());
+        Tap(*page.Number);
+        QTRY_VERIFY(page.Number->hasFocus());
+        Tap(*page.List->viewport(), QPoint(40, 8));
+        QTRY_VERIFY(page.List->SelectedItem());
+        Tap(*page.Fixed);
+        QTRY_VERIFY(QApplication::activePopupWidget());
+        QApplication::activePopupWidget()->close();
+        QCOMPARE(page.Scrolled(), 5);
+    }
+
+    /// A page that shows all of it has nothing to scroll.
+    void TapsReachWhatIsOnAPageThatFits() {
+        Page page;
+        page.Window.resize(400, 1000);
+        QTRY_COMPARE(page.Window.verticalScrollBar()->maximum(), 0);
+        Tap(*page.Box, QPoint(8, 10));
+        QTRY_VERIFY(page.Box->isChecked());
+        QApplication::processEvents();
+        QVERIFY(page.Box->isChecked());
+    }
+
+    /// Whether they have the focus or not.
+    void WheelScrollsThePageAndChangesNothing_data() {
+        QTest::addColumn<bool>("focused");
+        QTest::newRow("focused") << true;
+        QTest::newRow("not focused") << false;
+    }
+    void WheelScrollsThePageAndChangesNothing() {
+        QFETCH(bool, focused);
+        Page page;
+        const QString values = page.Values();
+        for (QWidget *element : std::initializer_list<QWidget *>{
+                 page.Fixed, page.Years, page.Years->lineEdit(), page.Number, page.Date,
+                 page.Date->Edit(), page.Box, page.List->viewport()}) {
+            if (focused) element->setFocus();
+            for (const int turn : {-120, 120}) {
+                const int before = page.Scrolled();
+                const QPoint place = element->rect().center();
+                QWheelEvent wheel(place, element->mapToGlobal(place), QPoint(), QPoint(0, turn),
+                                  Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+                QSpontaneKeyEvent::setSpontaneous(&wheel);  // else it would stay with the element
+                QApplication::instance()->notify(element, &wheel);
+                QVERIFY2((page.Scrolled() - before) * turn < 0, element->metaObject()->className());
+                QCOMPARE(page.Values(), values);
+            }
+        }
+    }
+};
+
+VK_TEST_CLASS(TestTouchAndWheel);
+#include "TestTouchAndWheel.moc"
