@@ -1,15 +1,20 @@
 #!/usr/bin/env bash
 # tour.sh HOST DIR [ROUND]: plays the program on displays of its own with the keys and the mouse.
 #
-# The round 100-light is the main job from end to end; it leaves its pictures straight in DIR, and the
-# query that was saved on the way. Each other round shows all windows and tabs, empty and with every
-# criterion on, in another size and other colours, and leaves its pictures in a folder of its name.
-# Without ROUND all of them are played, two at a time.
+# A round is named by its screen, its scale and its colours. The first one is the main job from end to
+# end; it leaves its pictures straight in DIR, and the query that was saved on the way. Each other round
+# shows all windows and tabs, empty and with every criterion on, and leaves its pictures in a folder of
+# its name. Without ROUND all of them are played, two at a time.
 #
 # Positions are those of the windows' design, in twips; at 100 % the display has 96 dots per inch, 15
 # twips each.
 set -euo pipefail
-rounds="100-light 100-dark 125-light 125-dark 150-light 150-dark 200-light 200-dark"
+rounds="1920x1080-100-light
+    1366x768-100-light 1366x768-100-dark 1366x768-100-black-on-white
+    1366x768-125-light 1366x768-150-light 1366x768-150-dark 1366x768-150-white-on-black
+    1024x600-100-light 1024x600-100-dark 1024x600-100-yellow-on-black
+    1920x1080-150-dark 1920x1080-200-light 1920x1080-200-dark"
+main_round=1920x1080-100-light
 host=$(realpath "$1")
 mkdir -p "$2"
 out=$(cd "$2" && pwd)
@@ -51,7 +56,7 @@ play_all_rounds() {
 }
 
 # A desktop makes windows larger in one of two ways: it gives programs a factor, or it tells them more
-# dots per inch. The light rounds have the one, the dark rounds the other.
+# dots per inch. The dark rounds have the other, the rest the one.
 start_display() {
     export QT_QPA_PLATFORM=xcb QT_SCALE_FACTOR=1 LC_ALL=C.UTF-8
     unset WAYLAND_DISPLAY XAUTHORITY QT_QPA_PLATFORMTHEME QT_STYLE_OVERRIDE QT_FONT_DPI
@@ -63,7 +68,7 @@ start_display() {
     fi
     # Xvfb picks a free number and tells it.
     mkfifo "$work/number"
-    Xvfb -displayfd 3 -screen 0 "$((1280 * percent / 100))x$((1024 * percent / 100))x24" -dpi 96 \
+    Xvfb -displayfd 3 -screen 0 "${screen}x24" -dpi 96 \
         -nolisten tcp -noreset 3>"$work/number" >"$work/xvfb.log" 2>&1 &
     pids+=($!)
     read -r -t 20 number <>"$work/number" || { cat "$work/xvfb.log" >&2; exit 1; }
@@ -137,6 +142,9 @@ picture() {
              END {print l, t, w, h}')
     edges=$(xprop -id "$window" _NET_FRAME_EXTENTS | sed -n 's/.*= //p' | tr -d ,)
     read -r l r t b <<<"${edges:-0 0 0 0}"
+    [ $((left - l)) -ge 0 ] && [ $((top - t)) -ge 0 ] &&
+        [ $((left + width + r)) -le "${screen%x*}" ] && [ $((top + height + b)) -le "${screen#*x}" ] ||
+        fail "the window for the picture \"$1\" reaches over the edge of the screen"
     maim -u -g "$((width + l + r))x$((height + t + b))+$((left - l))+$((top - t))" \
         "$out/$(printf '%02d' $pictures)-$1.png"
 }
@@ -173,12 +181,46 @@ hover() {
     settle
 }
 
+# WIDTH and HEIGHT of the window, in pixels.
+measure_window() { eval "$(xdotool getwindowgeometry --shell "$window" | grep -E '^(WIDTH|HEIGHT)=')"; }
+
+# turn_wheel LEFT TOP BUTTON: as far as it goes, at a place where there is only bare ground; 4 is up, 5 down.
+turn_wheel() {
+    xdotool mousemove --window "$window" $(($1 * percent / 1500)) $(($2 * percent / 1500)) \
+        click --repeat 12 --delay 4 "$3"
+    settle
+}
+
+# What the pages need, and how much of the one that is open is out of sight; twips.
+declare -A page_heights=([taxpayer]=7875 [accstream]=8415 [time]=4155 [template]=7395 [doc]=4965)
+tab=
+out_of_sight() {
+    local WIDTH HEIGHT
+    measure_window
+    page_room=$((HEIGHT * 1500 / percent - 855 - 360 - 30))
+    hidden=$((${page_heights[$tab]} - page_room))
+    [ $hidden -gt 0 ] || hidden=0
+}
+scroll_page() { turn_wheel 110 600 "$1"; }
+
 # on_page LEFT TOP: the element at that place of the tab that is open.
-on_page() { click $(($1 + 30 + 120)) $(($2 + 360 + 120)); }
+on_page() {
+    local hidden page_room top=$2
+    out_of_sight
+    if [ $hidden -gt 0 ]; then
+        if [ $(($2 + 660)) -gt $page_room ]; then
+            scroll_page 5
+            top=$(($2 - hidden))
+        else
+            scroll_page 4
+        fi
+    fi
+    click $(($1 + 30 + 120)) $((top + 360 + 120))
+}
 # at_bottom LEFT: the button at that place of the dialog's bottom row, whose height is fixed.
 at_bottom() {
     local WIDTH HEIGHT
-    eval "$(xdotool getwindowgeometry --shell "$window" | grep -E '^(WIDTH|HEIGHT)=')"
+    measure_window
     local left=$1
     [ "$left" -ge 0 ] || left=$((WIDTH * 1500 / percent + left))
     click $((left + 600)) $((HEIGHT * 1500 / percent - 855 + 180 + 240))
@@ -190,13 +232,22 @@ tabs="taxpayer accstream time template doc"
 declare -A tab_lefts=([taxpayer]=1125 [accstream]=3300 [time]=5550 [template]=7575 [doc]=9750)
 
 # open_tab KEY: a click on the tab.
-open_tab() { click "${tab_lefts[$1]}" 180; }
+open_tab() {
+    tab=$1
+    click "${tab_lefts[$1]}" 180
+}
 
+# A page that is scrolled is shown from above and from below.
 pictures_of_tabs() {
-    local tab
-    for tab in $tabs; do
-        open_tab "$tab"
-        picture "$1-$tab"
+    local name hidden page_room
+    for name in $tabs; do
+        open_tab "$name"
+        out_of_sight
+        [ $hidden = 0 ] || scroll_page 4
+        picture "$1-$name"
+        [ $hidden = 0 ] && continue
+        scroll_page 5
+        picture "$1-$name-below"
     done
 }
 
@@ -226,11 +277,11 @@ dialog="Поиск документов"
 question="Норвик: Критерии поиска документов"
 
 look_at_empty_dialog() {
-    local tab
+    local name
     press F7
     await "$dialog"
-    for tab in $tabs; do
-        picture "empty-$tab"
+    for name in $tabs; do
+        picture "empty-$name"
         press ctrl+Tab
     done
 }
@@ -440,6 +491,12 @@ look_at_browser() {
     await "$browser"
     picture forms-all
     find_form with-periods "ндс"
+    local WIDTH HEIGHT
+    measure_window
+    if [ $((HEIGHT * 1500 / percent)) -lt 8505 ]; then
+        turn_wheel 200 990 5
+        picture forms-with-periods-below
+    fi
     press Escape
     gone "$browser"
     await "Норвик"
@@ -471,10 +528,10 @@ WANTED
 }
 
 start_host() {
-    local option=
-    if [ "$colours" = dark ]; then option=--dark; fi
+    local options=()
+    if [ "$colours" != light ]; then options=(--colours "$colours"); fi
     cd "$out"
-    HOME=$work XDG_DATA_HOME=$work/data XDG_RUNTIME_DIR=$work "$host" ${option:+"$option"} &
+    HOME=$work XDG_DATA_HOME=$work/data XDG_RUNTIME_DIR=$work "$host" "${options[@]}" &
     pids+=($!)
     await "Норвик"
     picture host
@@ -521,13 +578,13 @@ if [ -z "$round" ]; then
     printf 'The tour is over: the pictures of the windows and the saved query are in %s\n' "$out"
     exit
 fi
-case " $rounds " in
+# shellcheck disable=SC2086
+case " $(echo $rounds) " in
     *" $round "*) ;;
-    *) printf 'tour: there is no round "%s", only %s\n' "$round" "$rounds" >&2; exit 2 ;;
+    *) printf 'tour: there is no round "%s", only %s\n' "$round" "$(echo $rounds)" >&2; exit 2 ;;
 esac
-percent=${round%-*}
-colours=${round#*-}
-if [ "$round" = 100-light ]; then
+IFS=- read -r screen percent colours <<<"$round"
+if [ "$round" = $main_round ]; then
     road=do_the_whole_job
     query=$out/Query.qvk
 else
