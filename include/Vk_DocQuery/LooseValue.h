@@ -24,14 +24,17 @@ struct Null {
 /// null, boolean, 32-bit integer, double, calendar date or text.
 using LooseValue = std::variant<Empty, Null, bool, qint32, double, QDate, QString>;
 
+/// An invalid date, which is what Qt has for no date, counts as empty.
 inline bool IsEmpty(const LooseValue &aValue) noexcept {
-    return std::holds_alternative<Empty>(aValue);
+    const QDate *date = std::get_if<QDate>(&aValue);
+    return date ? !date->isValid() : std::holds_alternative<Empty>(aValue);
 }
 inline bool IsNull(const LooseValue &aValue) noexcept {
     return std::holds_alternative<Null>(aValue);
 }
 inline bool IsDate(const LooseValue &aValue) noexcept {
-    return std::holds_alternative<QDate>(aValue);
+    const QDate *date = std::get_if<QDate>(&aValue);
+    return date && date->isValid();
 }
 
 /// The date of day number 0, 30 December 1899: what a conversion to a date gives when there is
@@ -44,7 +47,8 @@ VK_DOCQUERY_EXPORT QDate ZeroDate() noexcept;
 VK_DOCQUERY_EXPORT QString GeneralNumberText(double aNumber);
 
 /// The general conversions. Each raises TypeMismatch for a value that has no such form (null
-/// always) and ArithmeticOverflow for a number out of range.
+/// always) and ArithmeticOverflow for a number out of range. An invalid date converts as empty
+/// does.
 ///
 /// To text: a date as "DD.MM.YYYY", a boolean as "True" or "False", a number in general form, empty
 /// as an empty text.
@@ -52,7 +56,8 @@ VK_DOCQUERY_EXPORT QString ToText(const LooseValue &aValue);
 /// To a 32-bit integer: fractions round to the nearest, an exact half to the even one; true is -1,
 /// empty is 0; a text must hold a number and nothing else but blanks around it.
 VK_DOCQUERY_EXPORT qint32 ToLong(const LooseValue &aValue);
-/// To a date: a number counts days from ZeroDate; a text is day, month and year parted by dots.
+/// To a date: a number counts days from ZeroDate; a text is day, month and year parted by dots;
+/// empty gives ZeroDate.
 VK_DOCQUERY_EXPORT QDate ToDate(const LooseValue &aValue);
 
 }  // namespace Vk_DocQuery

@@ -116,10 +116,7 @@ QDate ToDate(const LooseValue &aValue) {
                    [](bool aTrue) { return DateOfDays(aTrue ? -1 : 0); },
                    [](qint32 aNumber) { return DateOfDays(aNumber); },
                    [](double aNumber) { return DateOfDays(aNumber); },
-                   [](QDate aDate) {
-                       if (!aDate.isValid()) RaiseMismatch();
-                       return aDate;
-                   },
+                   [](QDate aDate) { return aDate.isValid() ? aDate : ZeroDate(); },
                    [](const QString &aText) { return DateOfText(aText); }},
         aValue);
 }

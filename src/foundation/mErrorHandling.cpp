@@ -26,6 +26,9 @@ const QString theLineEnd = QStringLiteral("\r\n");
 
 enum class ErrorMode { Raise = 1, Show = 2 };
 
+// Made beforehand: when it is needed there may be no memory for it.
+const Failure theMemoryFailure(OutOfMemory, QString(), QStringLiteral("Недостаточно памяти."));
+
 thread_local std::optional<Failure> theSavedFailure;
 thread_local QHash<QString, int> theFailureCounts;
 std::atomic<bool> theUnattended = false;
@@ -101,8 +104,12 @@ Failure FailureToTreat(qint32 aFlags) {
 }  // namespace
 
 void RaiseErrorUp(const char *aModule, const char *aProc, const QString &aDetail, qint32 aFlags) {
-    ProcessError(ErrorMode::Raise, QString::fromUtf8(aModule), QString::fromUtf8(aProc), aDetail,
-                 FailureToTreat(aFlags), aFlags);
+    try {
+        ProcessError(ErrorMode::Raise, QString::fromUtf8(aModule), QString::fromUtf8(aProc),
+                     aDetail, FailureToTreat(aFlags), aFlags);
+    } catch (const std::bad_alloc &) {
+        throw Failure(theMemoryFailure);  // without the chain, which needs memory
+    }
     Q_UNREACHABLE();
 }
 
@@ -123,7 +130,7 @@ Failure CurrentFailure() {
     } catch (const Failure &failure) {
         return failure;
     } catch (const std::bad_alloc &) {
-        return Failure(OutOfMemory, QString(), QStringLiteral("Недостаточно памяти."));
+        return theMemoryFailure;
     } catch (const std::out_of_range &exception) {
         return Failure(SubscriptOutOfRange, QStringLiteral("std::out_of_range"), text(exception));
     } catch (const std::overflow_error &exception) {

@@ -45,6 +45,17 @@ void IgnoringFailures(Body &&aBody) noexcept {
     }
 }
 
+/// Where a value that cannot be used leaves a default standing. Memory that is gone is not a matter
+/// of the value and goes on up.
+template <class Body>
+void IgnoringBadValues(Body &&aBody) {
+    try {
+        aBody();
+    } catch (const Failure &failure) {
+        if (failure.Number() == OutOfMemory) throw;
+    }
+}
+
 [[noreturn]] void RaiseTypeMismatch(const QString &aWhat);
 
 template <class Wanted>

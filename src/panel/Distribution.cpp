@@ -10,6 +10,7 @@
 #include "controls/OptionButton.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkGraphLight.h"
+#include "foundation/RussDate.h"
 #include "panel/Draft.h"
 #include "panel/OptionGroups.h"
 #include "panel/VkDocQueryCriteries.h"
@@ -90,7 +91,7 @@ struct VkDocQueryCriteries::Distribution {
     template <LooseValue Data::*Field>
     static Row Date(const char *aElement) {
         return {[](Panel &aPanel, Data &aRecord, const Row &aRow) {
-                    aPanel.The<DateBox>(aRow.Element).SetValue(aRecord.*Field);
+                    aPanel.The<DateBox>(aRow.Element).SetValue(DateOfField(aRecord.*Field));
                 },
                 aElement};
     }

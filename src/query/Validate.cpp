@@ -1,6 +1,7 @@
 #include "foundation/CheckedArithmetic.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkGraphLight.h"
+#include "foundation/RussDate.h"
 #include "query/Fields.h"
 
 namespace Vk_DocQuery {
@@ -11,6 +12,11 @@ namespace {
 bool IsNothingIn(std::shared_ptr<RecordCollection> &aList) {
     if (!aList) aList = std::make_shared<RecordCollection>();
     return aList->IsEmpty();
+}
+
+/// Null is not among them: it counts as given.
+bool IsNoDate(const LooseValue &aField) {
+    return IsEmpty(DateOfField(aField));
 }
 
 qint32 MonthNumber(qint32 aYear, qint32 aMonth) {
@@ -56,8 +62,9 @@ constexpr Check theChecks[] = {
      uR"~(Закладка "Отчетная форма": отмечен флажок "Список отчетных форм (бланков)", однако не указано ни одной отчетной формы. )~"},
     {[](VkDocQueryData &r) { return r.IsDocStatus && r.DocStatuses == 0; },
      uR"(Закладка "Свойства документов": отмечен флажок "Состояние документа", однако не указано ни одного состояния. )"},
-    // A null date counts as given: only the panel's blank boxes give empty ones.
-    {[](VkDocQueryData &r) { return r.IsSignDate && IsEmpty(r.SignDate1) && IsEmpty(r.SignDate2); },
+    {[](VkDocQueryData &r) {
+         return r.IsSignDate && IsNoDate(r.SignDate1) && IsNoDate(r.SignDate2);
+     },
      uR"(Закладка "Свойства документа": выбрана опция поиска по "Дате документа", однако не задан искомый период дат. )"},
     {[](VkDocQueryData &r) { return r.IsSignerFio && r.SignerSurname.isEmpty(); },
      uR"(Закладка "Свойства документа": выбрана опция поиска по "Фамилии подписанта", однако фамилия не задана. )"},

@@ -8,6 +8,7 @@
 #include "foundation/CheckedArithmetic.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkLib.h"
+#include "foundation/RussDate.h"
 #include "query/Fields.h"
 #include "queryfile/StringAccumulator.h"
 
@@ -84,9 +85,10 @@ bool IsYearOfFile(int aYear) {
     return aYear >= 100 && aYear <= 9999;
 }
 
-QString DateText(const LooseValue &aDate) {
-    if (IsEmpty(aDate) || IsNull(aDate)) return QString();
-    const QDate date = ToDate(aDate);
+QString DateText(const LooseValue &aField) {
+    const LooseValue field = DateOfField(aField);
+    if (IsEmpty(field) || IsNull(field)) return QString();
+    const QDate date = ToDate(field);
     if (!IsYearOfFile(date.year())) {
         throw Failure(InvalidArgument, QString(),
                       QStringLiteral("Дату %1 записать нельзя: год может быть от 100 до 9999.")

@@ -3,8 +3,10 @@
 #include <charconv>
 #include <optional>
 
+#include <QStringDecoder>
+
 #include "foundation/mErrorHandling.h"
-#include "foundation/mVkCommonCalc.h"
+#include "foundation/RussDate.h"
 
 namespace Vk_DocQuery {
 
@@ -15,8 +17,6 @@ constexpr char theModule[] = "mVkXmlToolsErr";
 /// A value that cannot stand in a file.
 const QString theMissing = QStringLiteral("\x01");
 
-constexpr int theYearsOfThisCentury = 30;  // years below are 20xx, those from here to 99 are 19xx
-
 std::optional<qint32> PlainLong(const QByteArray &aText) {
     qint32 number = 0;
     const char *end = aText.constData() + aText.size();
@@ -25,27 +25,10 @@ std::optional<qint32> PlainLong(const QByteArray &aText) {
     return number;
 }
 
-qint16 Narrowed(qint32 aNumber) {
-    if (aNumber < std::numeric_limits<qint16>::min() ||
-        aNumber > std::numeric_limits<qint16>::max())
-        throw Failure(ArithmeticOverflow, QString(), QStringLiteral("Переполнение."));
-    return static_cast<qint16>(aNumber);
-}
-
-/// The date with the usual roll-over: day 32 is a day of the next month, month 13 is January of the
-/// next year.
-QDate RolledDate(qint16 aYear, qint16 aMonth, qint16 aDay) {
-    const qint32 months = aMonth - 1;
-    const QDate first(aYear + months / 12, months % 12 + 1, 1);
-    const QDate date = first.addDays(aDay - 1);
-    if (aYear < 100 || !date.isValid() || date.year() > 9999)
-        throw Failure(InvalidArgument, QString(), QStringLiteral("Такой даты нет."));
-    return date;
-}
-
-bool IsWithoutDate(const QString &aText) {
-    return aText.isEmpty() || aText == QStringLiteral(".  .") ||
-           aText == QStringLiteral(".  .   0") || aText == QStringLiteral(".  . 0");
+/// As it stands there: what looks like a byte order mark is a character of the value.
+QString TextOf(const QByteArray &aUtf8) {
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    return decoder.decode(aUtf8);
 }
 
 }  // namespace
@@ -53,7 +36,7 @@ bool IsWithoutDate(const QString &aText) {
 QString XmlGetStringAttributeDef(const XmlNode &aNode, const char *aName,
                                  const QString &aDefault) try {
     const QByteArray value = aNode.Attribute(aName);
-    return value.isNull() ? aDefault : QString::fromUtf8(value);
+    return value.isNull() ? aDefault : TextOf(value);
 } catch (...) {
     RaiseErrorUp(theModule, "XmlGetStringAttributeDef");
 }
@@ -62,7 +45,9 @@ qint32 XmlGetLongAttributeDef(const XmlNode &aNode, const char *aName, qint32 aD
     const QByteArray value = aNode.Attribute(aName);
     if (value.isEmpty()) return aDefault;
     if (const auto number = PlainLong(value)) return *number;  // as the writer writes them
-    return VarToLongDef(QString::fromUtf8(value), aDefault);
+    qint32 result = aDefault;
+    IgnoringBadValues([&] { result = ToLong(TextOf(value)); });
+    return result;
 } catch (...) {
     RaiseErrorUp(theModule, "XmlGetLongAttributeDef");
 }
@@ -74,32 +59,6 @@ bool XmlGetBooleanAttributeDef(const XmlNode &aNode, const char *aName, bool aDe
     return aDefault;
 } catch (...) {
     RaiseErrorUp(theModule, "XmlGetBooleanAttributeDef");
-}
-
-LooseValue RussStringToDate(const QString &aText, const LooseValue &aDefault, bool &rFailed) try {
-    const QString text = aText.trimmed();
-    rFailed = false;
-    if (IsWithoutDate(text)) return aDefault;
-
-    rFailed = true;
-    const qsizetype firstDot = text.indexOf(u'.');
-    const qsizetype secondDot = firstDot < 0 ? -1 : text.indexOf(u'.', firstDot + 1);
-    if (secondDot < 0) return aDefault;
-
-    std::optional<QDate> date;
-    IgnoringFailures([&] {
-        const qint32 day = ToLong(text.left(firstDot));
-        const qint32 month = ToLong(text.mid(firstDot + 1, secondDot - firstDot - 1));
-        qint32 year = ToLong(text.mid(secondDot + 1));
-        if (day > 0 && month > 0) {
-            if (year < 100) year += year < theYearsOfThisCentury ? 2000 : 1900;
-            date = RolledDate(Narrowed(year), Narrowed(month), Narrowed(day));
-        }
-        rFailed = false;
-    });
-    return date ? LooseValue(*date) : aDefault;
-} catch (...) {
-    RaiseErrorUp(theModule, "RussStringToDate");
 }
 
 LooseValue XmlGetRussDateAttributeDef(const XmlNode &aNode, const char *aName,

@@ -18,10 +18,6 @@ bool XmlGetBooleanAttributeDef(const XmlNode &aNode, const char *aName, bool aDe
 LooseValue XmlGetRussDateAttributeDef(const XmlNode &aNode, const char *aName,
                                       const LooseValue &aDefault);
 
-/// rFailed says that the text is no date. A text without a date in it, as an empty masked box gives
-/// it, and a day or month that is not above zero count as not given: the default without rFailed.
-LooseValue RussStringToDate(const QString &aText, const LooseValue &aDefault, bool &rFailed);
-
 /// Reason, source text and line of the error that stopped the parser, for the user.
 QString XmlExplainParseError(const XmlDocument &aDocument);
 

@@ -41,6 +41,7 @@ private slots:
         QTest::newRow("null gives the default") << LooseValue(Null()) << QStringLiteral("default");
         QTest::newRow("date") << LooseValue(theDay) << QStringLiteral("05.03.2021");
         QTest::newRow("early date") << LooseValue(QDate(107, 1, 2)) << QStringLiteral("02.01.0107");
+        QTest::newRow("invalid date") << LooseValue(QDate()) << QString();
         QTest::newRow("whole number") << LooseValue(1234) << QStringLiteral("1234");
         QTest::newRow("whole double") << LooseValue(1234567.0) << QStringLiteral("1234567");
         QTest::newRow("fraction") << LooseValue(-0.5) << QStringLiteral("-0.5");
@@ -86,6 +87,7 @@ private slots:
         QTest::newRow("true") << LooseValue(true) << -1;
         QTest::newRow("false") << LooseValue(false) << 0;
         QTest::newRow("date") << LooseValue(QDate(1900, 1, 1)) << 2;
+        QTest::newRow("invalid date") << LooseValue(QDate()) << 0;
     }
     void LongWithFallback() {
         QFETCH(LooseValue, value);
@@ -99,6 +101,7 @@ private slots:
         const QDate zero(1899, 12, 30);
         QTest::newRow("empty") << LooseValue() << zero;
         QTest::newRow("null") << LooseValue(Null()) << zero;
+        QTest::newRow("invalid date") << LooseValue(QDate()) << zero;
         QTest::newRow("text that is no date") << LooseValue(QStringLiteral("abc")) << zero;
         QTest::newRow("empty text") << LooseValue(QString()) << zero;
         QTest::newRow("date") << LooseValue(theDay) << theDay;
@@ -119,7 +122,16 @@ private slots:
         QCOMPARE(NumberRaised([] { ToLong(Null()); }), qint32(TypeMismatch));
         QCOMPARE(NumberRaised([] { ToLong(3e9); }), qint32(ArithmeticOverflow));
         QCOMPARE(NumberRaised([] { ToDate(QStringLiteral("31.02.2021")); }), qint32(TypeMismatch));
-        QCOMPARE(ToText(QDate()), QString());
+    }
+
+    /// It is what Qt has for no date.
+    void InvalidDateIsEmpty() {
+        const LooseValue none = QDate();
+        QVERIFY(IsEmpty(none) && !IsDate(none) && !IsNull(none));
+        QVERIFY(IsEmpty(Empty()) && !IsEmpty(Null()) && !IsEmpty(theDay) && IsDate(theDay));
+        QCOMPARE(ToText(none), QString());
+        QCOMPARE(ToLong(none), 0);
+        QCOMPARE(ToDate(none), ZeroDate());
     }
 
     void ObjectKeys_data() {

@@ -457,15 +457,33 @@ private slots:
         QCOMPARE(record.DocNum2, 0);
     }
 
-    void NullDateComesBackEmpty() {
+    void DateThatIsNoneComesBackEmpty_data() {
+        QTest::addColumn<int>("kind");
+        QTest::newRow("null") << 0;
+        QTest::newRow("invalid date") << 1;
+        QTest::newRow("empty text") << 2;
+        QTest::newRow("text that is no date") << 3;
+    }
+    void DateThatIsNoneComesBackEmpty() {
+        const LooseValue values[] = {Null(), QDate(), QString(), QStringLiteral("вчера")};
+        QFETCH(int, kind);
         OpenPanel panel;
         Data record;
         record.SignDate1 = QDate(2025, 1, 1);
         panel.DistributeValues(record);
-        record.SignDate1 = Null();
+        record.SignDate1 = values[kind];
         panel.DistributeValues(record);
         panel.AssembleValuesTo(record);
-        QVERIFY(IsEmpty(record.SignDate1));
+        QVERIFY(record.SignDate1 == LooseValue(Empty()));
+    }
+
+    void TextOfADateComesBackAsTheDate() {
+        OpenPanel panel;
+        Data record;
+        record.SignDate2 = QStringLiteral("31.2.21");
+        panel.DistributeValues(record);
+        panel.AssembleValuesTo(record);
+        QVERIFY(record.SignDate2 == LooseValue(QDate(2021, 3, 3)));
     }
 
     void TabOfTheRecord_data() {

@@ -286,9 +286,11 @@ private slots:
         QTest::newRow("second") << 0 << 2;
         QTest::newRow("null first") << 1 << 0;
         QTest::newRow("null both") << 1 << 1;
+        QTest::newRow("text") << 0 << 3;
     }
     void DatesOneIsEnoughAndNullCountsAsGiven() {
-        const LooseValue values[] = {Empty(), Null(), QDate(2024, 3, 5)};
+        const LooseValue values[] = {Empty(), Null(), QDate(2024, 3, 5),
+                                     QStringLiteral("5.3.2024")};
         QFETCH(int, first);
         QFETCH(int, second);
         VkDocQueryData record;
@@ -298,6 +300,26 @@ private slots:
         ModalDriver driver;
         QVERIFY(record.Validate());
         QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void DatesThatAreNone_data() {
+        QTest::addColumn<int>("kind");
+        QTest::newRow("empty") << 0;
+        QTest::newRow("invalid date") << 1;
+        QTest::newRow("text that is no date") << 2;
+        QTest::newRow("empty text") << 3;
+    }
+    void DatesThatAreNone() {
+        const LooseValue values[] = {Empty(), QDate(), QStringLiteral("вчера"), QString()};
+        QFETCH(int, kind);
+        VkDocQueryData record;
+        record.IsSignDate = true;
+        record.SignDate1 = record.SignDate2 = values[kind];
+        ModalDriver driver;
+        driver.ExpectBox(theTitle, BoxText(theFaults[9]), QStringLiteral("OK"));
+        QVERIFY(!record.Validate());
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(record.SignDate1 == values[kind]);
     }
 
     void DocumentNumbers_data() {

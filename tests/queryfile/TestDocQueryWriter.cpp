@@ -204,11 +204,15 @@ private slots:
         QTest::newRow("early date") << 3 << QStringLiteral("31.12.0987");
         QTest::newRow("text of a date") << 4 << QStringLiteral("05.03.2024");
         QTest::newRow("day number") << 5 << QStringLiteral("31.12.1899");
+        QTest::newRow("invalid date") << 6 << QString();
+        QTest::newRow("text that is no date") << 7 << QString();
+        QTest::newRow("text of a day too many") << 8 << QStringLiteral("03.03.2021");
     }
     void Dates() {
         const LooseValue values[] = {
-            QDate(2024, 3, 5),          Empty(),  Null(), QDate(987, 12, 31),
-            QStringLiteral("5.3.2024"), qint32(1)};
+            QDate(2024, 3, 5),          Empty(),   Null(),  QDate(987, 12, 31),
+            QStringLiteral("5.3.2024"), qint32(1), QDate(), QStringLiteral("\"/><!--"),
+            QStringLiteral("31.2.21")};
         QFETCH(int, kind);
         QFETCH(QString, written);
         VkDocQueryData record;
@@ -263,7 +267,7 @@ private slots:
 
     void DateThatIsNoneIsRaised() {
         VkDocQueryData record;
-        record.SignDate1 = QStringLiteral("\"/><!--");
+        record.SignDate1 = 3e9;  // days
         const Failure failure = RaisedBy([&] { record.WriteToXmlString(true, 0); });
         QCOMPARE(failure.Number(), 13);
         QCOMPARE(failure.Description(),

@@ -2,6 +2,7 @@
 
 #include <Vk_DocQuery/Failure.h>
 
+#include "foundation/RussDate.h"
 #include "queryfile/mVkXmlToolsErr.h"
 #include "support/TestMain.h"
 
@@ -28,6 +29,8 @@ QString Kind(const LooseValue &aValue) {
 
 }  // namespace
 
+Q_DECLARE_METATYPE(Vk_DocQuery::LooseValue)
+
 class TestXmlTools : public QObject {
     Q_OBJECT
 
@@ -45,6 +48,39 @@ private slots:
                  QStringLiteral("d"));
         const Sample empty((QString()));
         QCOMPARE(XmlGetStringAttributeDef(empty.Node, "a", QStringLiteral("d")), QString());
+    }
+
+    /// Only at the start of a file is it a byte order mark.
+    void MarkInAValue() {
+        const Sample sample(QStringLiteral("\uFEFF\uFEFFa\uFEFF"));
+        QCOMPARE(XmlGetStringAttributeDef(sample.Node, "a", QString()),
+                 QStringLiteral("\uFEFF\uFEFFa\uFEFF"));
+        const Sample number(QStringLiteral("\uFEFF12"));
+        QCOMPARE(XmlGetLongAttributeDef(number.Node, "a", 99), 99);
+    }
+
+    void FieldsOfDates_data() {
+        QTest::addColumn<LooseValue>("field");
+        QTest::addColumn<QString>("date");
+        const auto row = [](const char *aName, const LooseValue &aField, const char *aDate) {
+            QTest::newRow(aName) << aField << QString::fromLatin1(aDate);
+        };
+        row("date", QDate(2024, 3, 5), "05.03.2024");
+        row("invalid date", QDate(), "empty");
+        row("empty", Empty(), "empty");
+        row("null", Null(), "null");
+        row("text", QStringLiteral(" 5.3.24"), "05.03.2024");
+        row("text of a day too many", QStringLiteral("31.2.2021"), "03.03.2021");
+        row("empty text", QString(), "empty");
+        row("masked text", QStringLiteral("  .  ."), "empty");
+        row("text that is no date", QStringLiteral("вчера"), "empty");
+        row("text of no day", QStringLiteral("0.3.2024"), "empty");
+        row("day number", 44260, "44260");
+    }
+    void FieldsOfDates() {
+        QFETCH(LooseValue, field);
+        QFETCH(QString, date);
+        QCOMPARE(Kind(DateOfField(field)), date);
     }
 
     void Longs_data() {

@@ -92,6 +92,12 @@ private slots:
         QCOMPARE(KeysOf(*classes), types.split(u' ', Qt::SkipEmptyParts));
     }
 
+    void InvalidDateLeavesASideOpen_data() { OfficeFolders::AddKinds(); }
+    void InvalidDateLeavesASideOpen() {
+        QCOMPARE(KeysOf(*Blanks()->GetTemplates(QDate(), QDate(), false)),
+                 KeysOf(*Blanks()->GetTemplates(Empty(), Empty(), false)));
+    }
+
     void TemplatesAreWhole_data() { OfficeFolders::AddKinds(); }
     void TemplatesAreWhole() {
         const auto versions = Blanks()->GetTemplates(Null(), Null(), false);
