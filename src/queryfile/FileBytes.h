@@ -10,13 +10,4 @@ namespace Vk_DocQuery {
 /// text.
 QString ReadFileBytes(const QString &aFileName, qint64 aLargest, QByteArray &rBytes);
 
-/// The bytes of an XML text as UTF-8, if its character set is one that need not be left to the
-/// parser: a byte order mark, which counts more than the declaration, or a declaration of
-/// windows-1251. Otherwise the bytes as they are and rDecoded false.
-QByteArray DecodedXmlBytes(const QByteArray &aBytes, bool &rDecoded);
-
-/// The line of the first start tag with more than aMost attributes; 0 if there is none. The parser
-/// compares every attribute of an element with all the others before it tells of any.
-qint32 LineWithMoreAttributes(const QByteArray &aBytes, qint32 aMost);
-
 }  // namespace Vk_DocQuery

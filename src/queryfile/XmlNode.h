@@ -1,9 +1,7 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 
-#include <libxml/tree.h>
 #include <QByteArray>
 #include <QString>
 
@@ -11,27 +9,33 @@
 
 namespace Vk_DocQuery {
 
+struct XmlTree;
+
 /// A document or an element of a parsed file, or neither. Good as long as its XmlDocument lives.
 /// Names are compared exactly and stand for names without a namespace.
 class XmlNode {
 public:
     XmlNode() = default;
-    explicit XmlNode(xmlNode *aNode) : theNode(aNode) {}
 
-    bool IsDocument() const { return theNode && theNode->type == XML_DOCUMENT_NODE; }
-    bool IsElement() const { return theNode && theNode->type == XML_ELEMENT_NODE; }
-    explicit operator bool() const { return theNode != nullptr; }
+    bool IsDocument() const { return theTree && theNumber == 0; }
+    bool IsElement() const { return theTree && theNumber > 0; }
+    explicit operator bool() const { return theTree != nullptr; }
 
     /// The first child element of that name, or none; of a document the root element.
     XmlNode SelectSingleNode(const char *aName) const;
     /// The next element of that name beside this one, or none.
     XmlNode NextNode(const char *aName) const;
     /// The value of an attribute as UTF-8; a null array where there is none. The bytes are those of
-    /// the document where that can be.
+    /// the document.
     QByteArray Attribute(const char *aName) const;
 
 private:
-    xmlNode *theNode = nullptr;
+    friend class XmlDocument;
+    XmlNode(const XmlTree *aTree, qint32 aNumber) : theTree(aTree), theNumber(aNumber) {}
+    XmlNode Named(qint32 aFirst, const char *aName) const;
+
+    const XmlTree *theTree = nullptr;
+    qint32 theNumber = 0;
 };
 
 /// Why a file could not be loaded.
@@ -42,7 +46,8 @@ struct XmlParseError {
 };
 
 /// A file read into memory as a tree. Nothing is fetched from anywhere, and a file that declares a
-/// document type is refused, so that no entity can be declared.
+/// document type is refused, so that no entity can be declared. Memory that is gone is raised as
+/// std::bad_alloc.
 class XmlDocument {
 public:
     /// Largest file that is read.
@@ -52,6 +57,14 @@ public:
     static constexpr qint64 theMostElements = theMostElementsOfFile;
     /// Most attributes of one element. The fullest tag of a saved file has 26.
     static constexpr qint32 theMostAttributes = theMostAttributesOfElement;
+    /// Most namespaces that a file declares: the parser goes through all of them for each name that
+    /// has one. A saved file has none.
+    static constexpr qint32 theMostNamespaces = 100;
+
+    XmlDocument();
+    ~XmlDocument();
+    XmlDocument(const XmlDocument &) = delete;
+    XmlDocument &operator=(const XmlDocument &) = delete;
 
     /// False leaves the cause in ParseError.
     bool Load(const QString &aFileName);
@@ -59,13 +72,10 @@ public:
     /// Why the last load failed; empty after one that did not.
     const XmlParseError &ParseError() const { return theError; }
     /// The document; none unless the last load went well.
-    XmlNode Node() const { return XmlNode(reinterpret_cast<xmlNode *>(theTree.get())); }
+    XmlNode Node() const { return theTree ? XmlNode(theTree.get(), 0) : XmlNode(); }
 
 private:
-    struct TreeFree {
-        void operator()(xmlDoc *aTree) const { xmlFreeDoc(aTree); }
-    };
-    std::unique_ptr<xmlDoc, TreeFree> theTree;
+    std::unique_ptr<XmlTree> theTree;
     XmlParseError theError;
 };
 

@@ -36,7 +36,8 @@ const char16_t *const theRootMissing =
     u"Неверный формат файла критериев поиска. Отсутствует корневой узел VkDocQuery.";
 
 const Foreign theFiles[] = {
-    {"bad-utf-16.qvk", u"AttValue: ' expected", u"<VkDocQuery Notes=\"", 1},
+    {"bad-utf-16.qvk", u"Здесь стоят байты, недопустимые в кодировке файла.",
+     u"<VkDocQuery Notes=\"", 1},
     {"bad-utf-8.qvk", u"Input is not proper UTF-8, indicate encoding ! Bytes: 0xC6 0xF3 0x22 0x20",
      u"<VkDocQuery><DocCriteria IsNotes=\"1\" Notes=\"��\" /></VkDocQuery>", 2},
     {"bare-ampersand.qvk", u"xmlParseEntityRef: no name",
@@ -70,7 +71,9 @@ const Foreign theFiles[] = {
     {"two-roots.qvk", u"Extra content at the end of the document", u"<VkDocQuery ver=\"1\" />", 3},
     {"undeclared-entity.qvk", u"Entity 'nbsp' not defined",
      u"<DocCriteria IsNotes=\"1\" Notes=\"&nbsp;\" />", 3},
-    {"unknown-encoding.qvk", u"Unsupported encoding cuneiform-7",
+    {"unknown-encoding.qvk",
+     u"Кодировка \"cuneiform-7\" не поддерживается. Сохраните файл в кодировке UTF-8 или "
+     u"windows-1251.",
      u"<?xml version=\"1.0\" encoding=\"cuneiform-7\"?>", 1},
     {"wrong-closing-tag.qvk",
      u"Opening and ending tag mismatch: DocCriteria line 3 and TemplateCriteria",
@@ -314,11 +317,11 @@ private slots:
         QTest::addColumn<int>("line");
         constexpr qsizetype most = XmlDocument::theLargestSize - 100;
         const QString elements =
-            QStringLiteral("/>") + QStringLiteral("<i/>").repeated(79) + QStringLiteral("<i");
-        QTest::newRow("elements") << QByteArray("<VkDocQuery>") << QByteArray("<i/>") << most
+            QStringLiteral("/>") + QStringLiteral("<j/>").repeated(79) + QStringLiteral("<j");
+        QTest::newRow("elements") << QByteArray("<VkDocQuery>") << QByteArray("<j/>") << most
                                   << elements << 1;
         QTest::newRow("after a lesser fault")
-            << QByteArray("<VkDocQuery><x:y/>") << QByteArray("<i/>") << qsizetype{12100000}
+            << QByteArray("<VkDocQuery><x:y/>") << QByteArray("<j/>") << qsizetype{12100000}
             << elements << 1;
         QTest::newRow("attributes")
             << QByteArray("<VkDocQuery>")
@@ -347,6 +350,183 @@ private slots:
 #endif
     }
 
+    /// How a text is written down in the file, and with what in front of it.
+    void CharacterSets_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("notes");
+        const QString root = QStringLiteral(
+            "<VkDocQuery><DocCriteria IsNotes='1' Notes='%1'/>"
+            "</VkDocQuery>");
+        const auto declared = [](const char *aSet) {
+            return "<?xml version=\"1.0\" encoding='" + QByteArray(aSet) + "' ?>\n";
+        };
+        const auto row =
+            [&](const char *aName, const char *aSet, const char *aBytes, const char16_t *aNotes) {
+                QTest::newRow(aName)
+                    << declared(aSet) +
+                           root.arg(QStringLiteral("|")).toLatin1().replace('|', aBytes)
+                    << QString::fromUtf16(aNotes);
+            };
+        row("windows-1251", "windows-1251", "\xC6\xF3\xEA\xB8\xB9\x98", u"Жукё№\u0098");
+        row("cp1251, in large letters", "CP1251", "\xC6\xF3\xEA", u"Жук");
+        row("koi8-r", "KOI8-R", "\xF6\xD5\xCB\xA3\xB3\x80\x9A", u"ЖукёЁ─\u00A0");
+        row("koi8-u", "koi8-u", "\xF6\xD5\xCB\xA4\xA7\xBD", u"ЖукєїҐ");
+        row("ibm866", "IBM866", "\x86\xE3\xAA\xF1\xFC\x80\xEF", u"Жукё№Ая");
+        row("cp866", "cp866", "\x86\xE3\xAA", u"Жук");
+        row("iso-8859-5", "ISO-8859-5", "\xB6\xE3\xDA\xF1\xF0\xA1", u"Жукё№Ё");
+        row("iso-8859-1", "iso-8859-1", "\xA9\xFC", u"©ü");
+        row("latin1", "latin1", "\xFF", u"ÿ");
+        row("windows-1252", "windows-1252", "\x80\x93\xFF\x81", u"€“ÿ\u0081");
+        row("cp1252", "cp1252", "\x80", u"€");
+        row("us-ascii", "US-ASCII", "Zhuk", u"Zhuk");
+        row("ascii", "ascii", "Zhuk", u"Zhuk");
+        row("utf-8", "UTF-8", "\xD0\x96", u"Ж");
+        row("utf8", "utf8", "\xD0\x96", u"Ж");
+
+        const QString text = root.arg(QStringLiteral("Жук \U0001F41E"));
+        const QString notes = QStringLiteral("Жук \U0001F41E");
+        const auto wide = [&](const char *aName, QStringConverter::Encoding aEncoding) {
+            QStringEncoder plain(aEncoding);
+            QTest::newRow(aName) << QByteArray(plain.encode(text)) << notes;
+            QStringEncoder marked(aEncoding, QStringConverter::Flag::WriteBom);
+            QTest::addRow("%s with a mark", aName) << QByteArray(marked.encode(text)) << notes;
+            if (aEncoding == QStringConverter::Utf8) return;
+            QStringEncoder contradicted(aEncoding);
+            QTest::addRow("%s with another declaration", aName)
+                << QByteArray(contradicted.encode(QString::fromLatin1(declared("koi8-r")) + text))
+                << notes;
+        };
+        wide("UTF-8", QStringConverter::Utf8);
+        wide("UTF-16, small end", QStringConverter::Utf16LE);
+        wide("UTF-16, big end", QStringConverter::Utf16BE);
+        wide("UTF-32, small end", QStringConverter::Utf32LE);
+        wide("UTF-32, big end", QStringConverter::Utf32BE);
+        QTest::newRow("UTF-8 with a mark and another declaration")
+            << "\xEF\xBB\xBF" + declared("windows-1251") + text.toUtf8() << notes;
+        QTest::newRow("no declaration") << text.toUtf8() << notes;
+        // Not the declaration, whatever it says.
+        QTest::newRow("style sheet")
+            << "<?xml-stylesheet href=\"a\" encoding=\"windows-1251\"?>" + text.toUtf8() << notes;
+        QTest::newRow("encoding in another part of the declaration")
+            << "<?xml version=\"1.0\" encoding=\"utf-8\" standalone='yes'?>" + text.toUtf8()
+            << notes;
+        QTest::newRow("long declaration")
+            << "<?xml version=\"1.0\"" + QByteArray(1000, ' ') + "encoding = \"windows-1251\"?>" +
+                   root.arg(QStringLiteral("|")).toLatin1().replace('|', "\xC6")
+            << QStringLiteral("Ж");
+    }
+    void CharacterSets() {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, notes);
+        XmlDocument document;
+        VkDocQueryData record;
+        const bool loaded = document.LoadBytes(bytes);
+        QCOMPARE(document.ParseError().Reason, QString());
+        QVERIFY(loaded && record.ReadFromXml(document.Node()));
+        QCOMPARE(record.Notes, notes);
+    }
+
+    void UnreadableCharacters_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("reason");
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<int>("line");
+        const auto declared = [](const QByteArray &aSet) {
+            return "<?xml version='1.0' encoding='" + aSet + "'?>";
+        };
+        const QString wrong = QStringLiteral("Здесь стоят байты, недопустимые в кодировке файла.");
+        const auto row = [&](const char *aName, const QByteArray &aBytes, const QString &aReason,
+                             const QByteArray &aSource, int aLine) {
+            QTest::newRow(aName) << aBytes << aReason << QString::fromUtf8(aSource) << aLine;
+        };
+        const auto refused = [&](const QByteArray &aSet) {
+            row(aSet.constData(), declared(aSet) + "\n<VkDocQuery/>",
+                QStringLiteral("Кодировка \"%1\" не поддерживается. Сохраните файл в кодировке "
+                               "UTF-8 или windows-1251.")
+                    .arg(QString::fromLatin1(aSet)),
+                declared(aSet), 1);
+        };
+        for (const char *set : {"UTF-7", "ISO-2022-JP", "ISO-2022-KR", "HZ-GB-2312", "Shift_JIS",
+                                "GB18030", "EBCDIC-CP-US", "IBM037", "IBM-1047", "SCSU", "Big5"})
+            refused(set);
+        const auto contradicted = [&](const QByteArray &aSet) {
+            row(aSet.constData(), declared(aSet) + "\n<VkDocQuery/>",
+                QStringLiteral("Файл записан не в той кодировке, которую он объявляет (%1).")
+                    .arg(QString::fromLatin1(aSet)),
+                declared(aSet), 1);
+        };
+        for (const char *set : {"UTF-16", "utf-16le", "UTF-32", "ISO-10646-UCS-4", "UCS-2"})
+            contradicted(set);
+        row("EBCDIC", "\x4C\x6F\xA7\x94\x93",
+            QStringLiteral("Кодировка \"EBCDIC\" не поддерживается. Сохраните файл в кодировке "
+                           "UTF-8 или windows-1251."),
+            "", 1);
+        row("letters that ASCII has not", declared("us-ascii") + "\n<VkDocQuery\xC6/>", wrong,
+            "<VkDocQuery", 2);
+        const auto utf16 = [](const QString &aText) -> QByteArray {
+            return QStringEncoder(QStringConverter::Utf16LE).encode(aText);
+        };
+        const QByteArray half("\x3D\xD8", 2);
+        row("half a character",
+            utf16(QStringLiteral("<VkDocQuery>\n<a ")) + half +
+                utf16(QStringLiteral("x</VkDocQuery>")),
+            wrong, "<a", 2);
+        row("half a character at the end", utf16(QStringLiteral("<VkDocQuery/>")) + half, wrong,
+            "<VkDocQuery/>", 1);
+        row("second half alone", utf16(QStringLiteral("<a>")) + QByteArray("\x1E\xDC", 2), wrong,
+            "<a>", 1);
+        row("half a unit", utf16(QStringLiteral("<VkDocQuery/>")) + " ", wrong, "<VkDocQuery/>", 1);
+        row("beyond Unicode", QByteArray("<\0\0\0a\0\0\0\0\0\x11\0", 12), wrong, "<a", 1);
+        row("zero byte behind the root", QByteArray("<VkDocQuery/>\n\0", 15),
+            QStringLiteral("Extra content at the end of the document"), QByteArray(" "), 2);
+        row("zero byte and more behind the root", QByteArray("<VkDocQuery/>\n\0<b/>", 19),
+            QStringLiteral("Extra content at the end of the document"), " <b/>", 2);
+        row("zero in UTF-16 behind the root", utf16(QStringLiteral("<VkDocQuery/>") + QChar(0)),
+            QStringLiteral("Extra content at the end of the document"), "<VkDocQuery/> ", 1);
+        // What begins like the mark of another character set once it is decoded.
+        row("zeros in UTF-16", QByteArray("\0<\0\0\0?\0\0", 8),
+            QStringLiteral("Char 0x0 out of allowed range"), "< ? ", 1);
+        const QByteArray mark("\xEF\xBB\xBF");
+        const QString none = QStringLiteral("Start tag expected, '<' not found");
+        row("two marks", mark + mark + "<VkDocQuery/>", none, mark + mark + "<VkDocQuery/>", 1);
+        row("two marks in UTF-16", utf16(QStringLiteral("\uFEFF\uFEFF<VkDocQuery/>")), none,
+            mark + mark + "<VkDocQuery/>", 1);
+        row("mark behind the declaration", "<?xml version='1.0'?>" + mark + "<VkDocQuery/>", none,
+            "<?xml version='1.0'?>" + mark + "<VkDocQuery/>", 1);
+        row("nothing but a mark", mark, QStringLiteral("Файл пуст."), "", 0);
+        row("blanks behind a mark", utf16(QStringLiteral("\uFEFF  \n")),
+            QStringLiteral("Файл пуст."), "", 0);
+    }
+    void UnreadableCharacters() {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, reason);
+        QFETCH(QString, source);
+        QFETCH(int, line);
+        const QTemporaryDir folder;
+        const QString name = folder.filePath(QStringLiteral("a.qvk"));
+        WriteBytes(name, bytes);
+        VkDocQueryData record;
+        QVERIFY(!record.ReadFromXmlFile(name));
+        QCOMPARE(record.LastError, Explained(reason, source, line));
+    }
+
+    void ManyNamespaces_data() {
+        QTest::addColumn<int>("count");
+        QTest::newRow("as many as there may be") << 100;
+        QTest::newRow("one more") << 101;
+    }
+    void ManyNamespaces() {
+        QFETCH(int, count);
+        QByteArray bytes = "<VkDocQuery>";
+        for (int i = 0; i < count; ++i) bytes += "<x xmlns:n" + QByteArray::number(i) + "='u'/>";
+        XmlDocument document;
+        QCOMPARE(document.LoadBytes(bytes + "</VkDocQuery>"), count == 100);
+        QCOMPARE(document.ParseError().Reason,
+                 count == 100 ? QString()
+                              : QStringLiteral("Файл слишком сложен: допускается не более 100 "
+                                               "пространств имен."));
+    }
+
     void TooManyAttributesOfOneElement_data() {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<int>("line");
@@ -368,6 +548,19 @@ private slots:
             << "<VkDocQuery>\n<DocCriteria Notes='" + QByteArray("\"=").repeated(5000) +
                    "'/>\"\"\"</VkDocQuery>"
             << 0;
+        const QByteArray quotes = QByteArray(" a=''").repeated(2000);
+        QTest::newRow("quotes in a comment")
+            << "<VkDocQuery><!-- < " + quotes + " > --></VkDocQuery>" << 0;
+        QTest::newRow("quotes in an instruction")
+            << "<VkDocQuery><?i < " + quotes + " > ?></VkDocQuery>" << 0;
+        QTest::newRow("quotes in a section")
+            << "<VkDocQuery><![CDATA[ < " + quotes + " > ]]></VkDocQuery>" << 0;
+        QTest::newRow("quotes in a text")
+            << "<VkDocQuery>" + quotes + "<a>" + quotes + "</a>" + quotes + "</VkDocQuery>" << 0;
+        QTest::newRow("many behind a comment with a tag in it")
+            << "<!-- <a b=' -->\n" + tag(1001) << 3;
+        QTest::newRow("many behind a section with a tag in it")
+            << "<VkDocQuery><![CDATA[ <a b=' ]]>\n" + tag(1001) + "</VkDocQuery>" << 3;
         QTest::newRow("UTF-16, small end") << encoded(QStringConverter::Utf16LE) << 2;
         QTest::newRow("UTF-16, big end") << encoded(QStringConverter::Utf16BE) << 2;
         QTest::newRow("UTF-32, small end") << encoded(QStringConverter::Utf32LE) << 2;
@@ -386,6 +579,38 @@ private slots:
                            : Explained(QStringLiteral("Файл слишком сложен: допускается не более "
                                                       "1000 атрибутов у одного элемента."),
                                        QString(), line));
+    }
+
+    /// The bound is that of one list, wherever its entries stand.
+    void TooLongList_data() {
+        QTest::addColumn<QByteArray>("between");
+        QTest::addColumn<int>("count");
+        QTest::addColumn<QString>("reason");
+        const QString tooLong = QStringLiteral(
+            "Список \"TaxpayersList\" слишком длинный: допускается не более 1000000 записей.");
+        QTest::newRow("as long as it may be") << QByteArray() << 1000000 << QString();
+        QTest::newRow("one more") << QByteArray() << 1000001 << tooLong;
+        QTest::newRow("nested entries between") << QByteArray("<j><i/></j>") << 600000 << QString();
+    }
+    void TooLongList() {
+        QFETCH(QByteArray, between);
+        QFETCH(int, count);
+        QFETCH(QString, reason);
+        const QByteArray bytes =
+            "<VkDocQuery><TaxpayersCriteria><TaxpayersList>\n" +
+            ("<i id='1'/>" + between).repeated(count) +
+            "</TaxpayersList></TaxpayersCriteria><AccStreamCriteria><AccStreamsList><i/>"
+            "</AccStreamsList></AccStreamCriteria></VkDocQuery>";
+        const QTemporaryDir folder;
+        const QString name = folder.filePath(QStringLiteral("a.qvk"));
+        WriteBytes(name, bytes);
+        VkDocQueryData record;
+        QCOMPARE(record.ReadFromXmlFile(name), reason.isEmpty());
+        if (reason.isEmpty()) return;
+        QVERIFY2(record.LastError.startsWith(QStringLiteral("   Reason: ") + reason +
+                                             QStringLiteral("\r\n   Source: ")),
+                 qPrintable(record.LastError));
+        QVERIFY(record.LastError.endsWith(QStringLiteral("\r\n   Line: 2")));
     }
 
     void MillionOfIdentitiesIsNotTooMany() {

@@ -8,7 +8,6 @@
 #include <sys/wait.h>
 #include <sys/xattr.h>
 
-#include <libxml/xmlmemory.h>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -20,7 +19,6 @@
 
 #include "foundation/FilesLibrary.h"
 #include "queryfile/FileBytes.h"
-#include "queryfile/XmlNode.h"
 #include "support/SystemCalls.h"
 #include "support/TestMain.h"
 
@@ -83,19 +81,6 @@ QString Saved(const QString &aName) {
     return QString();
 }
 
-// The parser's memory: it gets none from a certain request on.
-int theRequestsLeft = 0;
-
-void *Allocated(std::size_t aSize) {
-    return theRequestsLeft-- > 0 ? std::malloc(aSize) : nullptr;
-}
-void *Reallocated(void *aMemory, std::size_t aSize) {
-    return theRequestsLeft-- > 0 ? std::realloc(aMemory, aSize) : nullptr;
-}
-char *Duplicated(const char *aText) {
-    return theRequestsLeft-- > 0 ? strdup(aText) : nullptr;
-}
-
 }  // namespace
 
 /// Files that are in order on a system that is not.
@@ -123,31 +108,6 @@ private slots:
         QByteArray bytes;
         QCOMPARE(ReadFileBytes(QStringLiteral("/proc/self/mem"), 1000, bytes),
                  QStringLiteral("Файл не удалось прочитать: Input/output error."));
-    }
-
-    void ParsingWithoutMemory() {
-        xmlFreeFunc freed = nullptr;
-        xmlMallocFunc allocated = nullptr;
-        xmlReallocFunc reallocated = nullptr;
-        xmlStrdupFunc duplicated = nullptr;
-        QCOMPARE(xmlMemGet(&freed, &allocated, &reallocated, &duplicated), 0);
-        QStringList reasons;
-        bool loaded = false;
-        for (int requests = 0; !loaded && requests < 1000; ++requests) {
-            XmlDocument document;
-            theRequestsLeft = requests;
-            xmlMemSetup(freed, Allocated, Reallocated, Duplicated);
-            try {
-                loaded = document.LoadBytes("<VkDocQuery><DocCriteria Notes='x'/></VkDocQuery>");
-            } catch (const std::bad_alloc &) {
-            }
-            xmlMemSetup(freed, allocated, reallocated, duplicated);
-            if (!loaded && !document.ParseError().Reason.isEmpty())
-                reasons << document.ParseError().Reason;
-        }
-        QVERIFY(loaded);
-        reasons.removeDuplicates();
-        QCOMPARE(reasons, QStringList{QStringLiteral("Файл не удалось разобрать.")});
     }
 
     void SavingOnABrokenDisk_data() {
