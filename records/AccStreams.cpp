@@ -23,7 +23,7 @@ std::shared_ptr<PersonRecord> OnePerson(double aID) {
 }  // namespace
 
 void AccStreamRecord::SetID(double aID) {
-    ReadOne(theOneStreamSql, u"Vk_Records.VkAccStream", aID,
+    ReadOne(theOneStreamSql, u"Vk_Records.VkAccStream", aID, static_cast<AccStreamColumns &>(*this),
             [this](const QSqlQuery &row) { Read(row); });
     thePerson = OnePerson(thePersonID);
 }

@@ -6,8 +6,19 @@
 
 namespace Vk_Records {
 
-/// An accounting stream as it was read, with its owner.
-class AccStreamRecord final : public Vk_DocQuery::VkAccStream {
+/// What is read of an accounting stream, with its owner.
+struct AccStreamColumns {
+    double theID = 0;
+    double thePersonID = 0;
+    QString theName;
+    QString theKpp;
+    QString theOffices;
+    QString theIcon;
+    std::shared_ptr<PersonRecord> thePerson;
+};
+
+/// An accounting stream as it was read.
+class AccStreamRecord final : public Vk_DocQuery::VkAccStream, private AccStreamColumns {
 public:
     double ID() const override { return theID; }
     void SetID(double aID) override;
@@ -20,14 +31,6 @@ public:
 private:
     friend std::shared_ptr<Vk_DocQuery::RecordCollection> AllAccStreams(Connection &aConnection);
     void Read(const QSqlQuery &aRow);
-
-    double theID = 0;
-    double thePersonID = 0;
-    QString theName;
-    QString theKpp;
-    QString theOffices;
-    QString theIcon;
-    std::shared_ptr<PersonRecord> thePerson;
 };
 
 /// All streams; those of one person share its record.

@@ -34,13 +34,14 @@ std::shared_ptr<PersonRecord> Nobody() {
 }  // namespace
 
 void PersonRecord::SetID(double aID) {
-    ReadOne(theOnePersonSql, u"Vk_Records.VkPerson", aID, [this](const QSqlQuery &row) {
-        Read(row);
-        theParent.reset();
-        if (theParentID == 0) return;
-        theParent = std::make_shared<PersonRecord>();
-        theParent->Read(row, thePersonColumns);
-    });
+    ReadOne(theOnePersonSql, u"Vk_Records.VkPerson", aID, static_cast<PersonColumns &>(*this),
+            [this](const QSqlQuery &row) {
+                Read(row);
+                theParent.reset();
+                if (theParentID == 0) return;
+                theParent = std::make_shared<PersonRecord>();
+                theParent->Read(row, thePersonColumns);
+            });
 }
 
 std::shared_ptr<Vk_DocQuery::VkPerson> PersonRecord::GetParentOrganization() const {

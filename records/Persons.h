@@ -10,8 +10,23 @@ namespace Vk_Records {
 
 enum class PersonKind { None = 0, Organization = 1, Branch = 2, PrivatePerson = 3 };
 
+class PersonRecord;
+
+/// What is read of a taxpayer.
+struct PersonColumns {
+    qint64 theID = 0;
+    qint64 theParentID = 0;
+    QString theInn;
+    QString theKpp;
+    QString theName;
+    QString theOwnerName;
+    PersonKind theKind = PersonKind::None;
+    bool theIsMain = false;
+    std::shared_ptr<PersonRecord> theParent;
+};
+
 /// A taxpayer as it was read.
-class PersonRecord final : public Vk_DocQuery::VkPerson {
+class PersonRecord final : public Vk_DocQuery::VkPerson, private PersonColumns {
 public:
     double ID() const override { return static_cast<double>(theID); }
     void SetID(double aID) override;
@@ -32,16 +47,6 @@ public:
 
 private:
     friend class PersonLoad;
-
-    qint64 theID = 0;
-    qint64 theParentID = 0;
-    QString theInn;
-    QString theKpp;
-    QString theName;
-    QString theOwnerName;
-    PersonKind theKind = PersonKind::None;
-    bool theIsMain = false;
-    std::shared_ptr<PersonRecord> theParent;
 };
 
 /// Persons that are read together: the branches of one organisation share its record.

@@ -58,7 +58,7 @@ struct Window {
 }  // namespace
 
 void TemplTypeRecord::SetID(double aID) {
-    ReadOne(theOneTypeSql, u"Vk_Records.VkTemplType", aID,
+    ReadOne(theOneTypeSql, u"Vk_Records.VkTemplType", aID, static_cast<TemplTypeColumns &>(*this),
             [this](const QSqlQuery &row) { Read(row); });
 }
 
@@ -71,11 +71,12 @@ void TemplTypeRecord::Read(const QSqlQuery &aRow, int aFirst) {
 }
 
 void TemplateRecord::SetID(double aID) {
-    ReadOne(theOneVersionSql, u"Vk_Records.VkTemplate", aID, [this](const QSqlQuery &row) {
-        Read(row);
-        theType = std::make_shared<TemplTypeRecord>();
-        theType->Read(row, theVersionColumns);
-    });
+    ReadOne(theOneVersionSql, u"Vk_Records.VkTemplate", aID, static_cast<TemplateColumns &>(*this),
+            [this](const QSqlQuery &row) {
+                Read(row);
+                theType = std::make_shared<TemplTypeRecord>();
+                theType->Read(row, theVersionColumns);
+            });
 }
 
 void TemplateRecord::Read(const QSqlQuery &aRow) {

@@ -8,8 +8,17 @@
 
 namespace Vk_Records {
 
+/// What is read of a report form.
+struct TemplTypeColumns {
+    double theID = 0;
+    QString theKnd;
+    QString theShortName;
+    QString theIcon;
+    bool theIsExcluded = false;
+};
+
 /// A report form as it was read.
-class TemplTypeRecord final : public Vk_DocQuery::VkTemplType {
+class TemplTypeRecord final : public Vk_DocQuery::VkTemplType, private TemplTypeColumns {
 public:
     double ID() const override { return theID; }
     void SetID(double aID) override;
@@ -20,17 +29,20 @@ public:
 
     /// Takes five columns of templ_type from aFirst on.
     void Read(const QSqlQuery &aRow, int aFirst = 0);
-
-private:
-    double theID = 0;
-    QString theKnd;
-    QString theShortName;
-    QString theIcon;
-    bool theIsExcluded = false;
 };
 
-/// A version of a report form as it was read, with its form.
-class TemplateRecord final : public Vk_DocQuery::VkTemplate {
+/// What is read of a version of a report form, with its form.
+struct TemplateColumns {
+    double theID = 0;
+    Vk_DocQuery::LooseValue theBegDate;
+    Vk_DocQuery::LooseValue theEndDate;
+    QString theName;
+    QString theIcon;
+    std::shared_ptr<TemplTypeRecord> theType;
+};
+
+/// A version of a report form as it was read.
+class TemplateRecord final : public Vk_DocQuery::VkTemplate, private TemplateColumns {
 public:
     double ID() const override { return theID; }
     void SetID(double aID) override;
@@ -43,13 +55,6 @@ public:
 private:
     friend std::shared_ptr<Vk_DocQuery::RecordCollection> Versions(Connection &, QDate, QDate);
     void Read(const QSqlQuery &aRow);
-
-    double theID = 0;
-    Vk_DocQuery::LooseValue theBegDate;
-    Vk_DocQuery::LooseValue theEndDate;
-    QString theName;
-    QString theIcon;
-    std::shared_ptr<TemplTypeRecord> theType;
 };
 
 /// The versions that are valid on some day of the window, and the forms that have such a version.

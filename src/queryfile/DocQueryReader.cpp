@@ -3,6 +3,7 @@
 #include "foundation/mErrorHandling.h"
 #include "query/Fields.h"
 #include "queryfile/mVkXmlToolsErr.h"
+#include "queryfile/OpenNotes.h"
 #include "queryfile/StoredIdentities.h"
 
 namespace Vk_DocQuery {
@@ -205,6 +206,7 @@ bool VkDocQueryData::ReadFromXml(const XmlNode &aNode) try {
             "Неверный формат файла критериев поиска. Отсутствует корневой узел VkDocQuery.");
         return false;
     }
+    const OpenNotes notes;
     for (const Field *field : theResetFields) field->Reset(*this, 0);  // none of them is a year
     for (const Element &element : theElements) {
         const XmlNode node = root.SelectSingleNode(element.Name);

@@ -1,8 +1,11 @@
 #include <QTest>
 
 #include <Vk_DocQuery/Providers.h>
+#include <Vk_DocQuery/VkDocQueryData.h>
 #include <Vk_Records/Database.h>
 
+#include "queryfile/OpenNotes.h"
+#include "queryfile/XmlNode.h"
 #include "SmallOffice.h"
 #include "support/TestMain.h"
 
@@ -22,6 +25,33 @@ constexpr char16_t thePerson[] = u"Vk_Records.VkPerson";
 constexpr char16_t theStream[] = u"Vk_Records.VkAccStream";
 constexpr char16_t theType[] = u"Vk_Records.VkTemplType";
 constexpr char16_t theTemplate[] = u"Vk_Records.VkTemplate";
+
+/// What a record has of what the classes share.
+QString InWords(const Record &aRecord) {
+    QStringList words{QString::number(aRecord.ID())};
+    const auto add = [&](auto aMember) {
+        try {
+            words << aMember();
+        } catch (const Failure &) {
+            words << QStringLiteral("-");  // a member of other classes
+        }
+    };
+    add([&] { return aRecord.GetDisplayName(); });
+    add([&] { return aRecord.GetIconKey(); });
+    add([&] { return aRecord.GetIconKeyAsAccPerson(); });
+    add([&] { return aRecord.TemplateType()->ShortName(); });
+    add([&] { return aRecord.KND(); });
+    add([&] { return aRecord.ShortName(); });
+    add([&] { return aRecord.DisplayName(); });
+    add([&] { return aRecord.GetOfficeCodeForDisplay(); });
+    add([&] { return aRecord.Kpp(); });
+    add([&] { return aRecord.Inn(); });
+    add([&] { return aRecord.Person()->GetDisplayName(); });
+    add([&] { return aRecord.GetParentOrganization()->GetDisplayName(); });
+    add([&] { return ToText(aRecord.BegDate()); });
+    add([&] { return ToText(aRecord.EndDate()); });
+    return words.join(u'|');
+}
 
 }  // namespace
 
@@ -160,6 +190,86 @@ private slots:
                 .arg(name, shown, theFolder->Shown(theAddress)));
         QCOMPARE(failure.Number(), qint32(Vk_Records::RecordMissing));
         QCOMPARE(record->ID(), 0.0);
+    }
+
+    /// While one file is read, an identity that comes again is answered from what was read of it;
+    /// afterwards the database is asked again.
+    void RepeatedIdentities_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<double>("id");
+        QTest::addColumn<QString>("column");
+        struct Row {
+            const char16_t *Class;
+            double ID;
+            const char *Column;
+        };
+        static constexpr Row rows[] = {{thePerson, 2, "person.display_name"},
+                                       {theStream, 15, "acc_stream.display_name"},
+                                       {theType, 21, "templ_type.short_name"},
+                                       {theTemplate, 31, "template.display_name"}};
+        for (const char *kind : {"sqlite", "postgresql"}) {
+            for (const Row &row : rows)
+                QTest::addRow("%s %s", kind, row.Column)
+                    << QString::fromLatin1(kind) << QString::fromUtf16(row.Class) << row.ID
+                    << QString::fromLatin1(row.Column);
+        }
+    }
+    void RepeatedIdentities() {
+        QFETCH(QString, name);
+        QFETCH(double, id);
+        QFETCH(QString, column);
+        const auto inWords = [&] {
+            const auto record = std::dynamic_pointer_cast<Record>(ClassRegistry::Create(name));
+            record->SetID(id);
+            return InWords(*record);
+        };
+        const QString before = inWords();
+        const QString table = column.section(u'.', 0, 0);
+        const QString cell = column.section(u'.', 1);
+        const auto write = [&](const QString &aValue) {
+            theFolder->Tamper(theAddress, {QStringLiteral("UPDATE %1 SET %2 = %3 WHERE id = %4")
+                                               .arg(table, cell, aValue)
+                                               .arg(id)});
+        };
+        {
+            const OpenNotes notes;
+            QCOMPARE(inWords(), before);
+            write(cell + QStringLiteral(" || 'Z'"));
+            QCOMPARE(inWords(), before);
+            const OpenNotes inner;
+            QVERIFY(inWords() != before);
+        }
+        const QString after = inWords();
+        write(QStringLiteral("substr(%1, 1, length(%1) - 1)").arg(cell));
+        QVERIFY(after != before);
+        QCOMPARE(QString(after).remove(u'Z'), before);
+        QCOMPARE(inWords(), before);
+    }
+
+    void FileReadAgainShowsWhatHasChanged_data() { OfficeFolders::AddKinds(); }
+    void FileReadAgainShowsWhatHasChanged() {
+        XmlDocument document;
+        QVERIFY(
+            document.LoadBytes("<q><TaxpayersCriteria IsTaxpayers='1'><TaxpayersList>"
+                               "<i id='3'/><i id='1'/><i id='3'/>"
+                               "</TaxpayersList></TaxpayersCriteria></q>"));
+        VkDocQueryData record;
+        const auto inns = [&] {
+            if (!record.ReadFromXml(document.Node().SelectSingleNode("q"))) return QStringList();
+            QStringList result;
+            for (const auto &item : *record.TaxpayersList) result << item->Inn();
+            return result;
+        };
+        const QStringList before = inns();
+        QCOMPARE(before.size(), 3);
+        QVERIFY(record.TaxpayersList->At(0) != record.TaxpayersList->At(2));
+        theFolder->Tamper(theAddress, {QStringLiteral("UPDATE person SET inn = '5' WHERE id = 3")});
+        const QStringList after = inns();
+        theFolder->Tamper(
+            theAddress,
+            {QStringLiteral("UPDATE person SET inn = '%1' WHERE id = 3").arg(before.first())});
+        QCOMPARE(after, (QStringList{QStringLiteral("5"), before.at(1), QStringLiteral("5")}));
     }
 
     void ForeignMembersAreRefused_data() { OfficeFolders::AddKinds(); }
