@@ -1,20 +1,23 @@
 #include "foundation/Display.h"
 
-#if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
-
-#include <cerrno>
+#include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
-#include <limits>
-#include <netinet/in.h>
-#include <poll.h>
+
+#include <QByteArray>
+#include <QList>
+#include <QStringList>
+
+#if VK_ASK_X11
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
-
-#include <QByteArray>
-#include <QRegularExpression>
-#include <QStringList>
+#include <xcb/xcb.h>
+#endif
+#if VK_ASK_WAYLAND
+#include <wayland-client-core.h>
+#endif
 
 namespace Vk_DocQuery {
 
@@ -22,80 +25,86 @@ namespace {
 
 constexpr char theXVariable[] = "DISPLAY";
 constexpr char theWaylandVariable[] = "WAYLAND_DISPLAY";
-constexpr int theFirstXPort = 6000;
 
-/// Why a connection that is being made fails; 0 if it does not, or not soon.
-int LateError(int aClient) {
-    constexpr int longestWaitMs = 500;  // this machine answers at once
-    pollfd waiting{aClient, POLLOUT, 0};
-    if (poll(&waiting, 1, longestWaitMs) <= 0) return 0;
-    int error = 0;
-    socklen_t size = sizeof error;
-    return getsockopt(aClient, SOL_SOCKET, SO_ERROR, &error, &size) == 0 ? error : 0;
-}
-
-/// True if somebody takes connections there; one who is only busy counts.
-bool IsAnswered(int aFamily, const void *aAddress, std::size_t aSize) {
-    const int client = socket(aFamily, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    if (client < 0) return true;  // cannot be told
-    int error =
-        connect(client, static_cast<const sockaddr *>(aAddress), static_cast<socklen_t>(aSize)) == 0
-            ? 0
-            : errno;
-    if (error == EINPROGRESS) error = LateError(client);
-    close(client);
-    return error == 0 || error == EAGAIN;
-}
-
-/// A name that begins with a zero byte belongs to no file.
-bool IsSocketAnswered(const QByteArray &aName) {
+#if VK_ASK_X11
+/// The place of a server of this machine; a name that begins with a zero byte belongs to no file.
+bool TakesConnections(const QByteArray &aName) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    if (aName.size() >= static_cast<qsizetype>(sizeof address.sun_path)) return false;
-    const auto size = static_cast<std::size_t>(aName.size());
+    const auto size =
+        std::min<std::size_t>(static_cast<std::size_t>(aName.size()), sizeof address.sun_path - 1);
     std::memcpy(address.sun_path, aName.constData(), size);
     const std::size_t end = aName.startsWith('\0') ? 0 : 1;
-    return IsAnswered(AF_UNIX, &address, offsetof(sockaddr_un, sun_path) + size + end);
+    const int client = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const bool taken =
+        connect(client, reinterpret_cast<const sockaddr *>(&address),
+                static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + size + end)) == 0;
+    if (client >= 0) close(client);
+    return taken;
 }
 
-bool IsPortAnswered(int aPort) {
-    if (aPort > std::numeric_limits<in_port_t>::max()) return false;
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<in_port_t>(aPort));
-    return IsAnswered(AF_INET, &address, sizeof address);
+/// The client library says the same of a server that refuses the key as of none.
+bool IsRefused(const QByteArray &aDisplay) {
+    char *host = nullptr;
+    int number = 0;
+    if (!xcb_parse_display(aDisplay.constData(), &host, &number, nullptr)) return false;
+    const QByteArray place = "/tmp/.X11-unix/X" + QByteArray::number(number);
+    const bool isHere = *host == '\0' || QByteArray(host) == "unix";
+    std::free(host);
+    return isHere && (TakesConnections(place) || TakesConnections('\0' + place));
 }
 
-bool IsXDead(const QString &aDisplay) {
-    static const QRegularExpression local(QStringLiteral("^(unix)?:([0-9]{1,5})(\\.[0-9]+)?$"));
-    const QRegularExpressionMatch match = local.match(aDisplay);
-    if (!match.hasMatch()) return false;
-    const int number = match.capturedView(2).toInt();
-    const QByteArray name = "/tmp/.X11-unix/X" + QByteArray::number(number);
-    // Without "unix" the client library tries the network of this machine, too.
-    return !IsSocketAnswered(name) && !IsSocketAnswered('\0' + name) &&
-           !(match.capturedView(1).isEmpty() && IsPortAnswered(theFirstXPort + number));
+/// Why nothing comes of a display by that name; empty if something does, or if nobody here can ask.
+QString XFault(const QByteArray &aDisplay) {
+    xcb_connection_t *connection = xcb_connect(aDisplay.constData(), nullptr);
+    const int error = xcb_connection_has_error(connection);
+    xcb_disconnect(connection);
+    switch (error) {
+        case 0:
+            return QString();
+        case XCB_CONN_CLOSED_PARSE_ERR:
+            return QStringLiteral("не является именем экрана");
+        case XCB_CONN_CLOSED_INVALID_SCREEN:
+            return QStringLiteral("называет экран, которого нет");
+        default:
+            return IsRefused(aDisplay)
+                       ? QStringLiteral("отказывает в доступе: ключ не подходит или его нет")
+                       : QStringLiteral("не отвечает");
+    }
 }
+#else
+QString XFault(const QByteArray & /*aDisplay*/) {
+    return QString();
+}
+#endif
 
-bool IsWaylandDead(const QString &aDisplay) {
-    if (!qEnvironmentVariableIsEmpty("WAYLAND_SOCKET")) return false;  // connected already
-    if (aDisplay.startsWith(u'/')) return !IsSocketAnswered(aDisplay.toLocal8Bit());
-    const QByteArray folder = qgetenv("XDG_RUNTIME_DIR");
-    return folder.isEmpty() || !IsSocketAnswered(folder + '/' + aDisplay.toLocal8Bit());
+#if VK_ASK_WAYLAND
+QString WaylandFault(const QByteArray &aDisplay) {
+    // The socket is connected already, and who asks for it takes it.
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_SOCKET")) return QString();
+    wl_display *display = wl_display_connect(aDisplay.constData());
+    if (!display) return QStringLiteral("не отвечает");
+    wl_display_disconnect(display);
+    return QString();
 }
+#else
+QString WaylandFault(const QByteArray & /*aDisplay*/) {
+    return QString();
+}
+#endif
 
 /// What is wrong with the display that the variable names; empty if nothing is.
 QString Fault(const char *aVariable) {
     const QString name = QString::fromLatin1(aVariable);
-    const QString value = qEnvironmentVariable(aVariable);
+    const QByteArray value = qgetenv(aVariable);
     const bool isX = aVariable == theXVariable;
     if (value.isEmpty()) {
-        const bool dead = isX || IsWaylandDead(QStringLiteral("wayland-0"));
-        return dead ? QStringLiteral("%1 не задана").arg(name) : QString();
+        const bool none = isX || !WaylandFault("wayland-0").isEmpty();
+        return none ? QStringLiteral("%1 не задана").arg(name) : QString();
     }
-    const bool dead = isX ? IsXDead(value) : IsWaylandDead(value);
-    return dead ? QStringLiteral("%1=\"%2\" не отвечает").arg(name, value) : QString();
+    const QString fault = isX ? XFault(value) : WaylandFault(value);
+    if (fault.isEmpty()) return QString();
+    return QStringLiteral("%1=\"%2\" %3").arg(name, QString::fromLocal8Bit(value), fault);
 }
 
 /// The variables that name the displays which Qt will try; none if it will try something else, too.
@@ -116,8 +125,9 @@ QList<const char *> Variables() {
     return variables;
 }
 
+/// Elsewhere windows need no variables.
 bool IsNothingNamed() {
-    return qEnvironmentVariableIsEmpty(theXVariable) &&
+    return VK_ASK_X11 && qEnvironmentVariableIsEmpty(theXVariable) &&
            qEnvironmentVariableIsEmpty(theWaylandVariable) &&
            qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
 }
@@ -142,15 +152,3 @@ QString ReasonNoDisplay() {
 }
 
 }  // namespace Vk_DocQuery
-
-#else
-
-namespace Vk_DocQuery {
-
-QString ReasonNoDisplay() {
-    return QString();
-}
-
-}  // namespace Vk_DocQuery
-
-#endif

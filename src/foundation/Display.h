@@ -4,9 +4,8 @@
 
 namespace Vk_DocQuery {
 
-/// Why no window can be shown here, as far as that can be told before Qt looks for a display: it
-/// ends the process when it finds none. An empty text where one may be there. A display of another
-/// machine and a platform that needs none are left to Qt.
+/// Why no window can be shown here, asked before Qt looks for a display: it ends the process when
+/// it finds none. An empty text where one is there, and where Qt needs none or nobody can ask.
 QString ReasonNoDisplay();
 
 }  // namespace Vk_DocQuery

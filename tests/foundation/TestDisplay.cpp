@@ -4,6 +4,7 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <thread>
 #include <unistd.h>
 
 #include <QFile>
@@ -20,11 +21,17 @@ namespace {
 constexpr const char *theVariables[] = {"DISPLAY", "WAYLAND_DISPLAY", "WAYLAND_SOCKET",
                                         "XDG_RUNTIME_DIR", "QT_QPA_PLATFORM"};
 
-/// A socket that takes connections while it lives.
+/// What an X server says to who connects: that it will not have him, and why, or that he is in. The
+/// bytes are those of the protocol: status, length of the reason, version, words that follow.
+const QByteArray theRefusal("\0\x2\xB\0\0\0\x1\0no\0\0", 12);
+const QByteArray theWelcome = QByteArray("\x1\0\xB\0\0\0\x8\0", 8) + QByteArray(32, '\0');
+
+/// A socket that takes connections while it lives and says the same to everybody.
 class Listener {
 public:
     /// A name that begins with a zero byte belongs to no file.
-    explicit Listener(const QByteArray &aName) : theSocket(socket(AF_UNIX, SOCK_STREAM, 0)) {
+    explicit Listener(const QByteArray &aName, const QByteArray &aWords = theWelcome)
+        : theWords(aWords), theSocket(socket(AF_UNIX, SOCK_STREAM, 0)) {
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
         const auto size = static_cast<std::size_t>(aName.size());
@@ -33,24 +40,41 @@ public:
         Listen(reinterpret_cast<sockaddr *>(&address),
                offsetof(sockaddr_un, sun_path) + size + end);
     }
-    explicit Listener(int aPort) : theSocket(socket(AF_INET, SOCK_STREAM, 0)) {
+    explicit Listener(int aPort)
+        : theWords(theWelcome), theSocket(socket(AF_INET, SOCK_STREAM, 0)) {
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         address.sin_port = htons(static_cast<in_port_t>(aPort));
         Listen(reinterpret_cast<sockaddr *>(&address), sizeof address);
     }
-    ~Listener() { close(theSocket); }
+    ~Listener() {
+        shutdown(theSocket, SHUT_RDWR);  // accept comes back
+        theAnswering.join();
+        close(theSocket);
+    }
     Q_DISABLE_COPY_MOVE(Listener)
 
 private:
-    void Listen(const sockaddr *aAddress, std::size_t aSize) const {
+    void Listen(const sockaddr *aAddress, std::size_t aSize) {
         if (bind(theSocket, aAddress, static_cast<socklen_t>(aSize)) != 0 ||
             listen(theSocket, 1) != 0)
             qFatal("no socket");
+        theAnswering = std::thread([this] {
+            for (int client = accept(theSocket, nullptr, nullptr); client >= 0;
+                 client = accept(theSocket, nullptr, nullptr)) {
+                char asked[12];
+                if (recv(client, asked, sizeof asked, MSG_WAITALL) == sizeof asked)
+                    send(client, theWords.constData(), static_cast<std::size_t>(theWords.size()),
+                         MSG_NOSIGNAL);
+                close(client);
+            }
+        });
     }
 
+    QByteArray theWords;
     int theSocket;
+    std::thread theAnswering;
 };
 
 }  // namespace
@@ -88,6 +112,10 @@ private slots:
         row("screen", ":987.1", "", "", u"DISPLAY=\":987.1\" не отвечает");
         row("unix", "unix:987.0", "", "", u"DISPLAY=\"unix:987.0\" не отвечает");
         row("beyond the ports", ":60000", "", "", u"DISPLAY=\":60000\" не отвечает");
+        row("another machine", "127.0.0.1:987.0", "", "xcb",
+            u"DISPLAY=\"127.0.0.1:987.0\" не отвечает");
+        row("socket by path", "/nowhere/x:0", "", "", u"DISPLAY=\"/nowhere/x:0\" не отвечает");
+        row("no name", "экран", "", "", u"DISPLAY=\"экран\" не является именем экрана");
         row("named xcb", ":987", "", "xcb", u"DISPLAY=\":987\" не отвечает");
         row("xcb alone", "", "", "xcb", u"DISPLAY не задана");
         row("xcb beside a wayland", "", "w", "xcb:x=1", u"DISPLAY не задана");
@@ -119,9 +147,6 @@ private slots:
         row("offscreen beside a dead display", ":987", "w", "offscreen");
         row("minimal", ":987", "", "minimal:enable_fonts");
         row("dead one or offscreen", ":987", "", "xcb;offscreen");
-        row("another machine", "host:0", "", "");
-        row("another machine by number", "127.0.0.1:987.0", "", "xcb");
-        row("socket by path", "/nowhere/x:0", "", "");
     }
     void LeftToQt() {
         SetVariables();
@@ -161,6 +186,16 @@ private slots:
             isPort ? std::make_unique<Listener>(port)
                    : std::make_unique<Listener>(socket.startsWith('\0') ? socket : path);
         QCOMPARE(ReasonNoDisplay(), QString());
+    }
+
+    void AServerThatRefusesTheKey() {
+        const QByteArray number = QByteArray::number(1000 + getpid() % 50000);
+        const Listener listener(QByteArray(1, '\0') + "/tmp/.X11-unix/X" + number, theRefusal);
+        qputenv("DISPLAY", ':' + number);
+        QCOMPARE(ReasonNoDisplay(),
+                 QStringLiteral("Окна показать нельзя: нет доступа к экрану (DISPLAY=\":%1\" "
+                                "отказывает в доступе: ключ не подходит или его нет).")
+                     .arg(QString::fromLatin1(number)));
     }
 
     void WaylandWithoutItsFolder() {
