@@ -16,11 +16,19 @@ class DocQueryOptionsFrm;
 ///     editor.SetRecord(record);
 ///     if (editor.Execute()) search(*editor.Record());
 ///
-/// Everything happens on the thread of the windows. A host without a QApplication gets one on first
-/// need. Failures of the dialog are shown to the user; the other members raise Failure.
+/// Everything happens on the thread of the windows, where the QApplication was made; a call on
+/// another one raises InvalidArgument and does nothing. A host without a QApplication gets one on
+/// first need, on the thread of that call. Failures of the dialog are shown to the user; the other
+/// members raise Failure. A record and its file need no windows: they may be used on any thread, by
+/// one at a time, as far as the objects in the record's collections allow.
+///
+/// The windows stand on the modal window, that of SetHostWindow, the active one or the largest
+/// visible one of the program, in this order. When their owner goes, or the editor itself inside of
+/// their event loop, they end like a cancel.
 class DocQueryEditor {
 public:
     VK_DOCQUERY_EXPORT DocQueryEditor();
+    /// On any thread: a dialog that belongs to another one goes when that comes to it.
     VK_DOCQUERY_EXPORT ~DocQueryEditor();
     DocQueryEditor(const DocQueryEditor &) = delete;
     DocQueryEditor &operator=(const DocQueryEditor &) = delete;
@@ -36,7 +44,7 @@ public:
     VK_DOCQUERY_EXPORT bool Execute();
     /// Asks for a .qvk file and loads it, apart from the dialog. Null on cancel and, after a
     /// message box, for a file that cannot be read. aHwnd is the native handle of the owner window,
-    /// or 0.
+    /// or 0 for the one on which the dialog would stand.
     VK_DOCQUERY_EXPORT std::shared_ptr<VkDocQueryData> AskAndLoadQuery(WId aHwnd);
 
 private:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <qwindowdefs.h>
 
 #include <Vk_DocQuery/Object.h>
 
@@ -28,5 +29,13 @@ public:
 /// without one to the error stream of the process. Off on start.
 VK_DOCQUERY_EXPORT void SetRunningUnattended(bool aUnattended);
 VK_DOCQUERY_EXPORT bool IsRunningUnattended();
+
+/// For a host whose windows are none of Qt's: the native handle of the window on which the dialog,
+/// the browser and the boxes shall stand, X11's id of it for example; 0, the value on start, takes
+/// it back. A window of ours that is up stands under them all the same. May be called on any
+/// thread; it counts for what comes up afterwards. The window belongs to the host, which takes the
+/// handle back before it goes. On X11 what stands on the window then ends like a cancel; elsewhere
+/// it stays until its user closes it.
+VK_DOCQUERY_EXPORT void SetHostWindow(WId aHwnd);
 
 }  // namespace Vk_DocQuery

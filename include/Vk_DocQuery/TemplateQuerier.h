@@ -9,16 +9,17 @@ namespace Vk_DocQuery {
 ///
 ///     Vk_DocQuery::TemplateQuerier().Execute();
 ///
-/// Everything happens on the thread of the windows. A host without a QApplication gets one on first
-/// need.
+/// Everything happens on the thread of the windows; a call on another one raises InvalidArgument. A
+/// host without a QApplication gets one on first need.
 class TemplateQuerier {
 public:
     TemplateQuerier() = default;
     TemplateQuerier(const TemplateQuerier &) = delete;
     TemplateQuerier &operator=(const TemplateQuerier &) = delete;
 
-    /// Runs the window over the active one and returns when it is closed. Failures of the window
-    /// are shown to the user; raises Failure only if windows cannot be shown at all.
+    /// Runs the window over the active one and returns when it is closed, or when that one goes.
+    /// Failures of the window are shown to the user; raises Failure only if windows cannot be shown
+    /// at all.
     VK_DOCQUERY_EXPORT void Execute();
 };
 

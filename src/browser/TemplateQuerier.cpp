@@ -1,6 +1,3 @@
-#include <QApplication>
-#include <QPointer>
-
 #include <Vk_DocQuery/TemplateQuerier.h>
 
 #include "browser/TemplateQuerierForm.h"
@@ -10,23 +7,13 @@
 namespace Vk_DocQuery {
 
 namespace {
-
 constexpr char theModule[] = "TemplateQuerier";
-
-QWidget *Owner() {
-    QWidget *modal = QApplication::activeModalWidget();
-    return modal ? modal : QApplication::activeWindow();
 }
-
-}  // namespace
 
 void TemplateQuerier::Execute() try {
     EnsureApplication();
     EnsureEventLoops();
-    // A host that destroys the owner while the window is up takes the window with it.
-    const QPointer<TemplateQuerierForm> form(new TemplateQuerierForm(Owner()));
-    form->Execute();
-    delete form.data();
+    TemplateQuerierForm().Execute();
 } catch (...) {
     RaiseErrorUp(theModule, "Execute");
 }

@@ -17,6 +17,7 @@
 #include "controls/TextBox.h"
 #include "foundation/Clock.h"
 #include "foundation/mErrorHandling.h"
+#include "foundation/ModalRun.h"
 #include "foundation/mVkCommonCalc.h"
 #include "foundation/mVkDBProvider.h"
 #include "foundation/mVkGraphLight.h"
@@ -280,8 +281,7 @@ void TemplateQuerierForm::Form_Resize() {
 
 void TemplateQuerierForm::Execute() try {
     Prepare();
-    setModal(true);  // for good: hidden after exec took it back, it would go on blocking the host
-    exec();
+    ModalRun(*this).Exec();
 } catch (...) {
     ReportErrorToUser(theModule, "Execute");
 }

@@ -1,9 +1,9 @@
 #include "dialog/DocQueryOptionsFrm.h"
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QDir>
 #include <QPushButton>
-#include <QWindow>
+#include <QThread>
 
 #include "controls/AltKeys.h"
 #include "controls/Colours.h"
@@ -18,6 +18,7 @@
 #include "dialog/AskFileAndLoadDocQuery.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mFileOpenSaveDialog.h"
+#include "foundation/ModalRun.h"
 #include "foundation/mVkGraphLight.h"
 #include "foundation/mVkLib.h"
 #include "foundation/WindowFit.h"
@@ -100,7 +101,8 @@ DocQueryOptionsFrm::DocQueryOptionsFrm() {
 DocQueryOptionsFrm::~DocQueryOptionsFrm() = default;
 
 bool DocQueryOptionsFrm::Execute() {
-    if (isVisible()) return false;  // asked again from inside its own event loop
+    if (theIsRunning) return false;  // asked again from inside its own event loop
+    theIsRunning = true;
     Started = true;
     bool confirmed = false;
     try {
@@ -111,7 +113,23 @@ bool DocQueryOptionsFrm::Execute() {
     DialogFinished = true;
     hide();  // an application that ends takes the event loop away and leaves the window
     UnloadControls();
+    theIsRunning = false;
+    const auto released = std::move(theSelf);  // takes this object along
     return confirmed;
+}
+
+void DocQueryOptionsFrm::Release(std::unique_ptr<DocQueryOptionsFrm> aDialog) {
+    if (!aDialog) return;
+    if (QCoreApplication::instance() && aDialog->thread() != QThread::currentThread()) {
+        QMetaObject::invokeMethod(QCoreApplication::instance(), [dialog = aDialog.release()] {
+            Release(std::unique_ptr<DocQueryOptionsFrm>(dialog));
+        });
+        return;
+    }
+    if (!aDialog->theIsRunning) return;
+    DocQueryOptionsFrm &dialog = *aDialog;
+    dialog.theSelf = std::move(aDialog);
+    ModalRun::EndAllOf(dialog);
 }
 
 bool DocQueryOptionsFrm::Run() {
@@ -119,19 +137,11 @@ bool DocQueryOptionsFrm::Run() {
     DialogFinished = false;
     if (!RecordAssigned) SetRecord(nullptr);
     OptionsOk = false;
-    StandOverHost();
-    exec();
-    if (OptionsOk) theData->AssembleValuesTo(*theRecord);
-    return OptionsOk;
-}
-
-/// Without an owner the window manager may put the host's window in front, which takes no clicks
-/// now.
-void DocQueryOptionsFrm::StandOverHost() {
-    const QWidget *host = QApplication::activeWindow();
-    if (!host || host == this) return;
-    winId();  // makes the window handle
-    windowHandle()->setTransientParent(host->window()->windowHandle());
+    ModalRun run(*this);
+    if (!theSelf) run.Exec();
+    if (theSelf || run.IsEnded() || !OptionsOk) return false;
+    theData->AssembleValuesTo(*theRecord);
+    return true;
 }
 
 std::shared_ptr<VkDocQueryData> DocQueryOptionsFrm::Record() try {

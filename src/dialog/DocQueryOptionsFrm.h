@@ -28,6 +28,10 @@ public:
     DocQueryOptionsFrm();
     ~DocQueryOptionsFrm() override;
 
+    /// Ends an object, on any thread. One that is running ends its run like a cancel and goes when
+    /// that is over.
+    static void Release(std::unique_ptr<DocQueryOptionsFrm> aDialog);
+
     /// True if the search was confirmed. Failures are shown to the user and give false.
     bool Execute();
     /// Execute was called: nothing good is to be had from a second run.
@@ -51,7 +55,6 @@ private:
     void SaveRecord(VkDocQueryData &aRecord, const QString &aFileName, bool &rOk);
     void SaveRecordAs();
     bool Run();
-    void StandOverHost();
     void Form_Resize();
     QSize LeastSize() const;
 
@@ -67,6 +70,8 @@ private:
     bool DialogFinished = false;
     bool Started = false;
     bool RecordShown = false;  // the last distribution went through, and the caption is that of it
+    bool theIsRunning = false;
+    std::unique_ptr<DocQueryOptionsFrm> theSelf;  ///< released while running
     std::shared_ptr<VkDocQueryData> theRecord;
 
     Sheet *theSheet = nullptr;

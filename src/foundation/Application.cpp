@@ -1,10 +1,13 @@
 #include "foundation/Application.h"
 
+#include <mutex>
+
 #include <QApplication>
 #include <QEvent>
 #include <QEventLoop>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QThread>
 #include <QTranslator>
 
 #include <Vk_DocQuery/Failure.h>
@@ -13,16 +16,15 @@
 
 namespace Vk_DocQuery {
 
-void EnsureApplication() {
-    if (qobject_cast<QApplication *>(QCoreApplication::instance())) return;
-    if (QCoreApplication::instance()) {
-        throw Failure(
-            InvalidArgument, QStringLiteral("QCoreApplication"),
-            QStringLiteral("Окна показать нельзя: в программе создан объект приложения без "
-                           "поддержки окон."));
-    }
+namespace {
+
+[[noreturn]] void RaiseNoWindows(const char *aSource, const QString &aReason) {
+    throw Failure(InvalidArgument, QString::fromLatin1(aSource), aReason);
+}
+
+void MakeApplication() {
     const QString reason = ReasonNoDisplay();
-    if (!reason.isEmpty()) throw Failure(InvalidArgument, QStringLiteral("QApplication"), reason);
+    if (!reason.isEmpty()) RaiseNoWindows("QApplication", reason);
     static int count = 1;
     static char name[] = "Vk_DocQuery";
     static char *arguments[] = {name, nullptr};
@@ -33,6 +35,24 @@ void EnsureApplication() {
     if (translator.load(QStringLiteral("qtbase_ru"),
                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         application->installTranslator(&translator);
+}
+
+}  // namespace
+
+void EnsureApplication() {
+    static std::mutex lock;  // two threads may come first
+    const std::lock_guard guard(lock);
+    const QCoreApplication *application = QCoreApplication::instance();
+    if (!application) {
+        MakeApplication();
+    } else if (!qobject_cast<const QApplication *>(application)) {
+        RaiseNoWindows("QCoreApplication",
+                       QStringLiteral("Окна показать нельзя: в программе создан объект приложения "
+                                      "без поддержки окон."));
+    } else if (application->thread() != QThread::currentThread()) {
+        RaiseNoWindows("QThread", QStringLiteral("Вызов из другого потока: с окнами можно работать "
+                                                 "только в том потоке, где создано приложение."));
+    }
 }
 
 void EnsureEventLoops() {

@@ -3,7 +3,8 @@
 namespace Vk_DocQuery {
 
 /// Makes a QApplication if the host has none; it lives to the end of the process. Raises a failure
-/// if windows cannot be shown here: no display, or a host application without windows.
+/// if windows cannot be shown here: no display, a host application without windows, or another
+/// thread than that of the windows.
 void EnsureApplication();
 
 /// Raises a failure while the application is ending: no window could be shown then, as every event

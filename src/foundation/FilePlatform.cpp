@@ -11,9 +11,9 @@
 #include <QRegularExpression>
 #include <QSplitter>
 #include <QTreeView>
-#include <QWindow>
 
 #include "foundation/Application.h"
+#include "foundation/ModalRun.h"
 #include "foundation/mVkGraphLight.h"
 #include "foundation/WindowFit.h"
 
@@ -83,7 +83,6 @@ public:
 
 private:
     void MakeRoom();
-    void SetOwner();
     void SetPlace();
     QStringList ChosenFiles() const;
     bool IsAllowed(const QString &aFile);
@@ -94,11 +93,14 @@ private:
     QList<Filter> theFilters;
     RussianFileTypes theTypes;
     QFileDialog theDialog;
+    ModalRun theRun;
 };
 
 FileDialog::FileDialog(OpenFileName &aRecord, bool aSave)
-    : theRecord(aRecord), theIsSave(aSave), theFilters(FiltersOf(aRecord.lpstrFilter)) {
-    SetOwner();
+    : theRecord(aRecord),
+      theIsSave(aSave),
+      theFilters(FiltersOf(aRecord.lpstrFilter)),
+      theRun(theDialog, aRecord.hwndOwner) {
     MakeRoom();
     theDialog.setWindowTitle(TextOf(aRecord.lpstrTitle));
     theDialog.setAcceptMode(aSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
@@ -137,18 +139,6 @@ void FileDialog::MakeRoom() {
     }
 }
 
-void FileDialog::SetOwner() {
-    if (theRecord.hwndOwner == 0) return;
-    if (QWidget *owner = QWidget::find(theRecord.hwndOwner)) {
-        theDialog.setParent(owner->window(), theDialog.windowFlags());
-    } else if (QWindow *window = QWindow::fromWinId(theRecord.hwndOwner)) {
-        // A window of the host that is none of Qt's.
-        theDialog.winId();
-        theDialog.windowHandle()->setTransientParent(window);
-        QObject::connect(&theDialog, &QObject::destroyed, window, &QObject::deleteLater);
-    }
-}
-
 void FileDialog::SetPlace() {
     const QString folder = TextOf(theRecord.lpstrInitialDir);
     const QString file = TextOf(theRecord.lpstrFile);
@@ -161,7 +151,7 @@ void FileDialog::SetPlace() {
 }
 
 QStringList FileDialog::Ask() {
-    while (theDialog.exec() == QDialog::Accepted) {
+    while (theRun.Exec() == QDialog::Accepted) {
         QStringList files = ChosenFiles();
         const auto isAllowed = [this](const QString &file) { return IsAllowed(file); };
         if (!files.isEmpty() && std::all_of(files.cbegin(), files.cend(), isAllowed)) return files;

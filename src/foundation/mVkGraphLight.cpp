@@ -17,6 +17,7 @@
 #include <QStyle>
 
 #include "foundation/Application.h"
+#include "foundation/ModalRun.h"
 
 namespace Vk_DocQuery {
 
@@ -35,10 +36,10 @@ double PixelsPerInch() {
 class Box : public QMessageBox {
 public:
     Box(Icon aIcon, const QString &aText, const QString &aTitle)
-        : QMessageBox(aIcon, aTitle, aText, NoButton, Owner()) {
+        : QMessageBox(Shown(aIcon), aTitle, aText, NoButton), theRun(*this) {
         setTextFormat(Qt::PlainText);
         setTextInteractionFlags(Qt::TextSelectableByMouse);
-        if (parentWidget()) setFont(parentWidget()->font());
+        if (theRun.OwnerWidget()) setFont(theRun.OwnerWidget()->font());
         for (QLabel *label : findChildren<QLabel *>()) label->installEventFilter(this);
         ScrollLongText();
     }
@@ -52,8 +53,12 @@ public:
 
     void ShowWithOk() {
         AddButton(Ok, QStringLiteral("OK"));
+        Run();
+    }
+
+    void Run() {
         const NormalPointer pointer;
-        exec();
+        theRun.Exec();
     }
 
 protected:
@@ -108,11 +113,13 @@ private:
 
     static constexpr int theWidestText = 560;  // pixels
 
-    static QWidget *Owner() {
+    /// Before Qt's part of the box is made.
+    static Icon Shown(Icon aIcon) {
         EnsureApplication();
-        QWidget *owner = QApplication::activeModalWidget();
-        return owner ? owner : QApplication::activeWindow();
+        return aIcon;
     }
+
+    ModalRun theRun;
 };
 
 }  // namespace
@@ -143,8 +150,7 @@ bool AskYesNo(const QString &aText, const QString &aTitle, qint32 aFlags) {
     QPushButton *no = box.AddButton(QMessageBox::No, QStringLiteral("&Нет"));
     box.setDefaultButton((aFlags & theSecondButtonIsDefault) != 0 ? no : yes);
     box.setEscapeButton(no);
-    const NormalPointer pointer;
-    box.exec();
+    box.Run();
     return box.clickedButton() == yes;
 }
 

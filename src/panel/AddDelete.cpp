@@ -41,7 +41,7 @@ bool ConfirmDeletion(std::size_t aCount) {
 }  // namespace
 
 void VkDocQueryCriteries::PerformAddItems(ListView &aList, qint32 aObjectsType) try {
-    const auto chosen = SelectObjectsForm(this).Execute(aObjectsType, ListedObjects(aList));
+    const auto chosen = SelectObjectsForm().Execute(aObjectsType, ListedObjects(aList));
     if (!chosen) return;
     UnselectAllListItems(aList);
     const auto sorting = StoreListViewSorting(aList);

@@ -17,6 +17,7 @@
 #include "controls/Pictures.h"
 #include "controls/Sheet.h"
 #include "foundation/mErrorHandling.h"
+#include "foundation/ModalRun.h"
 #include "foundation/mVkGraphLight.h"
 #include "foundation/Present.h"
 #include "foundation/WindowFit.h"
@@ -174,9 +175,8 @@ std::shared_ptr<RecordCollection> SelectObjectsForm::Run(
         ShowEmptyOffer();
         return nullptr;
     }
-    setModal(true);  // for good: hidden after exec took it back, it would go on blocking the host
-    exec();
-    return theOKPressed ? GetCheckedObjects() : nullptr;
+    const bool chosen = ModalRun(*this).Exec() == Accepted;
+    return chosen && theOKPressed ? GetCheckedObjects() : nullptr;
 }
 
 void SelectObjectsForm::SetObjectsType(qint32 aObjectsType) try {

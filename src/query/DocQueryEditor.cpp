@@ -19,15 +19,19 @@ DocQueryEditor::DocQueryEditor() try {
     RaiseErrorUp(theModule, "Class_Initialize");
 }
 
-DocQueryEditor::~DocQueryEditor() = default;
+DocQueryEditor::~DocQueryEditor() {
+    DocQueryOptionsFrm::Release(std::move(theDialog));
+}
 
 std::shared_ptr<VkDocQueryData> DocQueryEditor::Record() try {
+    EnsureApplication();
     return theDialog->Record();
 } catch (...) {
     RaiseErrorUp(theModule, "Get-Record");
 }
 
 void DocQueryEditor::SetRecord(std::shared_ptr<VkDocQueryData> aRecord) try {
+    EnsureApplication();
     theDialog->SetRecord(std::move(aRecord));
 } catch (...) {
     RaiseErrorUp(theModule, "Set-Record");
@@ -35,6 +39,7 @@ void DocQueryEditor::SetRecord(std::shared_ptr<VkDocQueryData> aRecord) try {
 
 /// The panel of a second run would be an empty one, and OK would empty the host's record by it.
 bool DocQueryEditor::Execute() try {
+    EnsureApplication();
     EnsureEventLoops();
     if (theDialog->WasStarted()) {
         throw Failure(

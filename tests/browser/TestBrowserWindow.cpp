@@ -2,6 +2,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QWindow>
 
 #include <Vk_DocQuery/TemplateQuerier.h>
 
@@ -176,13 +177,12 @@ private slots:
         driver.Expect([&](QWidget &aWindow) {
             QCOMPARE(aWindow.objectName(), QStringLiteral("TemplateQuerierForm"));
             QVERIFY(aWindow.isModal());
-            QCOMPARE(aWindow.parentWidget(), &owner);
+            QCOMPARE(aWindow.windowHandle()->transientParent(), owner.windowHandle());
             driver.Click(aWindow.findChild<QWidget *>(QStringLiteral("theClose")));
             QVERIFY(!aWindow.isVisible());
         });
         TemplateQuerier().Execute();
         QVERIFY2(driver.Done(), driver.Complaint());
-        QVERIFY(owner.findChildren<QDialog *>().isEmpty());
     }
 
     void CentredOnItsOwner() {

@@ -6,9 +6,13 @@
 //   bare_host nodisplay     there is no display: a failure, and the process lives on
 //   bare_host deaddisplay   nobody answers where DISPLAY says: the same
 //   bare_host deaddisplays  nor where WAYLAND_DISPLAY says: the same
+//   bare_host refused       the X server there refuses the key: the same
+//   bare_host thread        calls from another thread than that of the windows: failures
 //   bare_host norecords     no supplier has entered its classes: files and dialog are there all the
 //   same
 #include <cstdio>
+#include <functional>
+#include <thread>
 
 #include <QApplication>
 #include <QComboBox>
@@ -130,6 +134,45 @@ int MissTheRecords() {
     return 0;
 }
 
+int ExpectFromThread(const char *aChain, const std::function<void()> &aCall) {
+    return ExpectFailure(InvalidArgument,
+                         QString::fromUtf8(aChain) +
+                             QStringLiteral("[QThread]\r\nВызов из другого потока: с окнами "
+                                            "можно работать только в том потоке, где создано "
+                                            "приложение."),
+                         aCall);
+}
+
+/// The window thread is the one that came first. Nothing is done, and records and their files have
+/// no windows.
+int CallFromAnotherThread() {
+    auto editor = std::make_unique<DocQueryEditor>();
+    const auto given = std::make_shared<VkDocQueryData>();
+    editor->SetRecord(given);
+    int result = 0;
+    std::thread([&] {
+        result += ExpectFromThread("[Vk_DocQuery::DocQueryTest.Class_Initialize]\r\n",
+                                   [] { const DocQueryEditor other; });
+        result += ExpectFromThread("[Vk_DocQuery::DocQueryTest.Set-Record]\r\n",
+                                   [&] { editor->SetRecord(nullptr); });
+        result += ExpectFromThread("[Vk_DocQuery::DocQueryTest.Get-Record]\r\n",
+                                   [&] { editor->Record(); });
+        result += ExpectFromThread("[Vk_DocQuery::DocQueryTest.RunOptionsDialog]\r\n",
+                                   [&] { editor->Execute(); });
+        result += ExpectFromThread("[Vk_DocQuery::DocQueryTest.AskAndLoadQuery]\r\n",
+                                   [&] { editor->AskAndLoadQuery(0); });
+        result += ExpectFromThread("[Vk_DocQuery::TemplateQuerier.Execute]\r\n",
+                                   [] { TemplateQuerier().Execute(); });
+        if (!SavesARecord()) result += Complain(QStringLiteral("the record was not saved"));
+    }).join();
+    if (editor->Record() != given) result += Complain(QStringLiteral("the record is another one"));
+    std::thread([&] { editor.reset(); }).join();  // goes when the thread of the windows comes to it
+    if (QApplication::topLevelWidgets().isEmpty()) result += Complain(QStringLiteral("gone early"));
+    QCoreApplication::processEvents();
+    if (!QApplication::topLevelWidgets().isEmpty()) result += Complain(QStringLiteral("not gone"));
+    return result;
+}
+
 }  // namespace
 
 int main(int aCount, char **aArguments) {
@@ -148,6 +191,12 @@ int main(int aCount, char **aArguments) {
             QStringLiteral("WAYLAND_DISPLAY=\"wayland-987\" не отвечает, "
                            "DISPLAY=\":987\" не отвечает"));
     }
+    if (condition == "refused") {
+        return ExpectNoDisplay(
+            QStringLiteral("DISPLAY=\"%1\" отказывает в доступе: ключ не подходит или его нет")
+                .arg(qEnvironmentVariable("DISPLAY")));
+    }
+    if (condition == "thread") return CallFromAnotherThread();
     if (condition == "core") {
         const QCoreApplication application(aCount, aArguments);
         return ExpectNoEditor(
@@ -156,5 +205,6 @@ int main(int aCount, char **aArguments) {
                            "поддержки окон."));
     }
     return Complain(
-        QStringLiteral("bare_host none|core|nodisplay|deaddisplay|deaddisplays|norecords"));
+        QStringLiteral("bare_host "
+                       "none|core|nodisplay|deaddisplay|deaddisplays|refused|thread|norecords"));
 }

@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QWindow>
 
 #include <Vk_DocQuery/Failure.h>
 
@@ -386,7 +387,8 @@ private slots:
             Same(driver, dialog->labelText(QFileDialog::LookIn), QStringLiteral("Папка:"));
             Same(driver, dialog->iconProvider()->type(QFileInfo(theFolder->path())),
                  QStringLiteral("Папка"));
-            if (dialog->parentWidget() != &owner) driver.Complain(QStringLiteral("owner"));
+            if (dialog->windowHandle()->transientParent() != owner.windowHandle())
+                driver.Complain(QStringLiteral("owner"));
             Type(*dialog, QStringLiteral("Мои критерии.qvk"));
         });
         QCOMPARE(

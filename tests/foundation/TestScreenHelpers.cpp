@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
+#include <QWindow>
 
 #include "foundation/mVkGraphLight.h"
 #include "support/ModalDriver.h"
@@ -53,7 +54,8 @@ void SeeAndPress(ModalDriver &aDriver, SeenBox &rSeen, Qt::Key aKey,
         rSeen.Title = box->windowTitle();
         rSeen.Text = box->text();
         rSeen.Captions = CaptionsOf(*box);
-        rSeen.IsOverOwner = box->parentWidget() == aOwner;
+        rSeen.IsOverOwner =
+            aOwner && box->windowHandle()->transientParent() == aOwner->windowHandle();
         if (box->textFormat() != Qt::PlainText)
             aDriver.Complain(QStringLiteral("text is not plain"));
         for (QAbstractButton *button : box->buttons()) {
