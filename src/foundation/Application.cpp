@@ -6,7 +6,6 @@
 #include <QEvent>
 #include <QEventLoop>
 #include <QLibraryInfo>
-#include <QLocale>
 #include <QThread>
 #include <QTranslator>
 
@@ -30,7 +29,6 @@ void MakeApplication() {
     static char *arguments[] = {name, nullptr};
     static auto *application = new QApplication(count, arguments);  // never released, as the slots
                                                                     // of the accessors are not
-    QLocale::setDefault(QLocale(QLocale::Russian, QLocale::Russia));
     static QTranslator translator;
     if (translator.load(QStringLiteral("qtbase_ru"),
                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))

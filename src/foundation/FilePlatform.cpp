@@ -5,7 +5,6 @@
 
 #include <QDir>
 #include <QFileDialog>
-#include <QFileIconProvider>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QRegularExpression>
@@ -15,6 +14,7 @@
 #include "foundation/Application.h"
 #include "foundation/ModalRun.h"
 #include "foundation/mVkGraphLight.h"
+#include "foundation/RussianFiles.h"
 #include "foundation/WindowFit.h"
 
 namespace Vk_DocQuery {
@@ -66,14 +66,6 @@ QString ExtensionOf(const Filter &aFilter) {
                                       : plain.match(aFilter.Patterns.first()).captured(1);
 }
 
-/// Qt's own translations lack the word.
-class RussianFileTypes : public QFileIconProvider {
-public:
-    QString type(const QFileInfo &aFile) const override {
-        return aFile.isDir() ? QStringLiteral("Папка") : QFileIconProvider::type(aFile);
-    }
-};
-
 class FileDialog {
 public:
     FileDialog(OpenFileName &aRecord, bool aSave);
@@ -91,7 +83,6 @@ private:
     const OpenFileName &theRecord;
     bool theIsSave;
     QList<Filter> theFilters;
-    RussianFileTypes theTypes;
     QFileDialog theDialog;
     ModalRun theRun;
 };
@@ -101,6 +92,7 @@ FileDialog::FileDialog(OpenFileName &aRecord, bool aSave)
       theIsSave(aSave),
       theFilters(FiltersOf(aRecord.lpstrFilter)),
       theRun(theDialog, aRecord.hwndOwner) {
+    ListFilesInRussian(theDialog);
     MakeRoom();
     theDialog.setWindowTitle(TextOf(aRecord.lpstrTitle));
     theDialog.setAcceptMode(aSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
@@ -127,7 +119,6 @@ FileDialog::FileDialog(OpenFileName &aRecord, bool aSave)
 /// Qt's own dialog is so small that it cuts off dates and names of folders. That of a desktop has
 /// none of these parts.
 void FileDialog::MakeRoom() {
-    theDialog.setIconProvider(&theTypes);
     theDialog.resize(PixelsFromTwips(theWidth), PixelsFromTwips(theHeight));
     new WindowFit(theDialog);
     if (auto *splitter = theDialog.findChild<QSplitter *>(QStringLiteral("splitter")))

@@ -13,6 +13,7 @@
 
 #include "foundation/Application.h"
 #include "foundation/ForeignWindow.h"
+#include "foundation/RussianTexts.h"
 
 namespace Vk_DocQuery {
 
@@ -121,6 +122,7 @@ QWindow *ModalRun::OwnerHandle() const {
 
 int ModalRun::Exec() {
     if (theIsEnded) return QDialog::Rejected;
+    SpeakRussian(theWindow);
     theWindow.winId();
     theWindow.windowHandle()->setTransientParent(OwnerHandle());
     if (theForeign) CentreOnForeign();

@@ -85,18 +85,20 @@ public:
 
 int RunAndCancel() {
     if (QCoreApplication::instance()) return Complain(QStringLiteral("there is an application"));
+    const QLocale before;
     DocQueryEditor editor;
     if (!qobject_cast<QApplication *>(QCoreApplication::instance()))
         return Complain(QStringLiteral("no application was made"));
-    if (QLocale().name() != QStringLiteral("ru_RU"))
-        return Complain(QStringLiteral("Qt would write dates as in ") + QLocale().name());
+    if (QLocale() != before)
+        return Complain(QStringLiteral("others would write dates as in ") + QLocale().name());
 
     const auto record = std::make_shared<VkDocQueryData>();
     record->Notes = QStringLiteral("прежнее");
     editor.SetRecord(record);
     bool seen = false;
     const Answerer answerer([&](QWidget &aWindow) {
-        seen = aWindow.objectName() == QStringLiteral("DocQueryOptionsFrm");
+        seen = aWindow.objectName() == QStringLiteral("DocQueryOptionsFrm") &&
+               aWindow.locale().language() == QLocale::Russian;
         aWindow.findChild<QPushButton *>(QStringLiteral("theCancel"))->click();
     });
     if (editor.Execute()) return Complain(QStringLiteral("a cancelled search was confirmed"));
