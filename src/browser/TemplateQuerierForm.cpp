@@ -11,6 +11,7 @@
 #include "controls/AltKeys.h"
 #include "controls/FocusInView.h"
 #include "controls/Fonts.h"
+#include "controls/InputMethod.h"
 #include "controls/ListView.h"
 #include "controls/Pictures.h"
 #include "controls/Sheet.h"
@@ -187,6 +188,7 @@ TemplateQuerierForm::TemplateQuerierForm(QWidget *aOwner) : QDialog(aOwner, Qt::
     theSheet->SetLeast(least);
     new WindowFit(*this, {least.width(), least.height() + theBottomFrame->height()});
     new FocusInView(*this);
+    AcceptInputMethods(*this);
     resize(PixelsFromTwips(theClientWidth), PixelsFromTwips(theClientHeight));
     theFilterA->setFocus();
 }
@@ -377,6 +379,9 @@ double TemplateQuerierForm::ChosenClassID() const {
 // ---- Keys
 
 bool TemplateQuerierForm::eventFilter(QObject *aWatched, QEvent *aEvent) {
+    if (aWatched->isWidgetType() &&
+        GiveInputTo(*theFilterA, static_cast<QWidget &>(*aWatched), *aEvent))
+        return true;
     if (aEvent->type() != QEvent::KeyPress) return QDialog::eventFilter(aWatched, aEvent);
     bool swallowed = false;
     for (const QChar typed : TypedCodes(static_cast<const QKeyEvent &>(*aEvent))) {

@@ -12,6 +12,7 @@
 #include "controls/FilterBox.h"
 #include "controls/FocusInView.h"
 #include "controls/Fonts.h"
+#include "controls/InputMethod.h"
 #include "controls/ListView.h"
 #include "controls/PictureButton.h"
 #include "controls/Pictures.h"
@@ -128,6 +129,7 @@ void SelectObjectsForm::MakeElements() {
     theList->setFocus();
     for (QWidget *element : findChildren<QWidget *>()) element->installEventFilter(this);
     installEventFilter(this);
+    AcceptInputMethods(*this);
 }
 
 void SelectObjectsForm::PlaceElements() {
@@ -317,6 +319,9 @@ void SelectObjectsForm::RefreshFilter() try {
 
 bool SelectObjectsForm::eventFilter(QObject *aWatched, QEvent *aEvent) {
     if (aEvent->type() == QEvent::KeyPress && Form_KeyPress(static_cast<QKeyEvent &>(*aEvent)))
+        return true;
+    if (aWatched->isWidgetType() &&
+        GiveInputTo(*theFilter->Edit(), static_cast<QWidget &>(*aWatched), *aEvent))
         return true;
     return QDialog::eventFilter(aWatched, aEvent);
 }
