@@ -9,6 +9,7 @@
 
 #include "browser/TextPane.h"
 #include "controls/AltKeys.h"
+#include "controls/Colours.h"
 #include "controls/FocusInView.h"
 #include "controls/Fonts.h"
 #include "controls/InputMethod.h"
@@ -182,6 +183,7 @@ TemplateQuerierForm::TemplateQuerierForm(QWidget *aOwner) : QDialog(aOwner, Qt::
     setWindowFlags(windowFlags() | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                    Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
     setFont(WindowFont());
+    KeepColoursReadable(*this);
     MakeElements();
     ConnectElements();
     const QSize least(PixelsFromTwips(theLeastWidth), PixelsFromTwips(theLeastHeight));

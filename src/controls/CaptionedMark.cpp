@@ -45,11 +45,9 @@ QRect MarkRect(const QRect &aByStyle, const QRect &aCaption, int aLineHeight, in
     return {aByStyle.left(), top, qMin(aByStyle.width(), side), side};
 }
 
-/// Styles draw the edge of a mark darker than the ground; on a dark ground it could not be seen.
-void PaintEdgeOnDark(QPainter &aPainter, const QPalette &aPalette, const QRect &aMark,
-                     bool aRound) {
-    const QColor ground = aPalette.color(QPalette::Window);
-    if (ground.lightness() >= aPalette.color(QPalette::WindowText).lightness()) return;
+/// Styles draw the edge of a mark darker than the ground; on a dark ground it could not be seen,
+/// and on a light one it is faint.
+void PaintMarkEdge(QPainter &aPainter, const QPalette &aPalette, const QRect &aMark, bool aRound) {
     const QRectF edge = QRectF(aMark).adjusted(0.5, 0.5, -0.5, -0.5);
     aPainter.setRenderHint(QPainter::Antialiasing);
     aPainter.setBrush(Qt::NoBrush);
@@ -75,8 +73,8 @@ void PaintCaptionedMark(QWidget &aElement, const QStyleOptionButton &aOption,
     mark.rect = MarkRect(style.subElementRect(aStyle.MarkPlace, &aOption, &aElement), caption, line,
                          aElement.height());
     painter.drawPrimitive(aStyle.Mark, mark);
-    PaintEdgeOnDark(painter, aOption.palette, mark.rect,
-                    aStyle.Mark == QStyle::PE_IndicatorRadioButton);
+    PaintMarkEdge(painter, aOption.palette, mark.rect,
+                  aStyle.Mark == QStyle::PE_IndicatorRadioButton);
     painter.setPen(aOption.palette.color(QPalette::WindowText));
     lines.draw(&painter, QPointF(room.left(), 0));
 

@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 
 #include <QApplication>
+#include <QComboBox>
 #include <QEvent>
+#include <QLineEdit>
 #include <QPainter>
+#include <QPushButton>
 #include <QWidget>
 
 namespace Vk_DocQuery {
@@ -14,6 +18,8 @@ namespace {
 
 constexpr double theEdge = 0.3;
 constexpr double theMiddle = 0.55;
+constexpr double theLeastOfEdges = 3;  // contrasts as they are measured for people with weak eyes
+constexpr double theLeastOfTexts = 4.5;
 
 QColor Between(const QColor &aGround, const QColor &aText, double aShare) {
     const auto between = [aShare](int aFrom, int aTo) {
@@ -25,6 +31,45 @@ QColor Between(const QColor &aGround, const QColor &aText, double aShare) {
 
 int Distance(const QColor &aOne, const QColor &aOther) {
     return std::abs(qGray(aOne.rgb()) - qGray(aOther.rgb()));
+}
+
+double Luminance(const QColor &aColour) {
+    const auto linear = [](double aPart) {
+        return aPart <= 0.04045 ? aPart / 12.92 : std::pow((aPart + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(aColour.redF()) + 0.7152 * linear(aColour.greenF()) +
+           0.0722 * linear(aColour.blueF());
+}
+
+/// From 1, nothing to be seen, to 21, black on white.
+double Contrast(const QColor &aOne, const QColor &aOther) {
+    const double one = Luminance(aOne) + 0.05;
+    const double other = Luminance(aOther) + 0.05;
+    return std::max(one, other) / std::min(one, other);
+}
+
+/// The first colour on the way to another one that stands out from all the grounds.
+QColor StandingOut(const QColor &aColour, const QColor &aTowards, double aLeast,
+                   std::initializer_list<QColor> aGrounds) {
+    constexpr int theSteps = 20;
+    for (int step = 0; step < theSteps; ++step) {
+        const QColor colour = Between(aColour, aTowards, double{1} * step / theSteps);
+        if (std::ranges::all_of(aGrounds, [&](const QColor &aGround) {
+                return Contrast(colour, aGround) >= aLeast;
+            }))
+            return colour;
+    }
+    return aTowards;
+}
+
+QColor EdgeOn(const QColor &aWindow, const QColor &aBase, const QColor &aText) {
+    return StandingOut(Between(aWindow, aText, theEdge), aText, theLeastOfEdges, {aWindow, aBase});
+}
+
+QColor FocusColour(const QPalette &aPalette) {
+    return StandingOut(aPalette.color(QPalette::Highlight), aPalette.color(QPalette::WindowText),
+                       theLeastOfEdges,
+                       {aPalette.color(QPalette::Window), aPalette.color(QPalette::Base)});
 }
 
 /// Filled places are rounded to pixels just as the elements themselves are; a drawn line may come
@@ -40,50 +85,135 @@ void PaintEdges(QPainter &aPainter, const QWidget &aElement, const QRect &aPlace
     aPainter.fillRect(QRectF(place.right() - width, place.top(), width, place.height()), aColour);
 }
 
-/// The colours of the desktop, with what is too faint in them replaced. Those that the window has
-/// got before do not count.
+/// Where disabled text is too faint it gets a middle tone between ground and text, or what can be
+/// read on the other ground that it has in disabled elements.
+void StrengthenDisabled(const QPalette &aColours, QPalette &rPalette) {
+    struct Writing {
+        QPalette::ColorRole Text;
+        QPalette::ColorRole Ground;
+        QPalette::ColorRole OtherGround;
+    };
+    constexpr Writing theWritings[] = {
+        {QPalette::WindowText, QPalette::Window, QPalette::Window},
+        {QPalette::Text, QPalette::Base, QPalette::Button},
+        {QPalette::ButtonText, QPalette::Button, QPalette::Button},
+    };
+    for (const Writing &writing : theWritings) {
+        const QColor under = aColours.color(QPalette::Active, writing.Ground);
+        const QColor other = aColours.color(QPalette::Disabled, writing.OtherGround);
+        const QColor text = aColours.color(QPalette::Active, writing.Text);
+        const QColor readable =
+            StandingOut(Between(under, text, theMiddle), text, theLeastOfEdges, {under, other});
+        const QColor faint = aColours.color(QPalette::Disabled, writing.Text);
+        if (Distance(faint, under) < Distance(readable, under) ||
+            Contrast(faint, other) < theLeastOfEdges)
+            rPalette.setColor(QPalette::Disabled, writing.Text, readable);
+    }
+}
+
+/// Where text cannot be read on the ground of the selection, that gets darker, or lighter under
+/// dark text.
+void StrengthenSelection(const QPalette &aColours, QPalette &rPalette) {
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+        const QColor text = aColours.color(group, QPalette::HighlightedText);
+        const QColor ground = aColours.color(group, QPalette::Highlight);
+        const QColor away = Luminance(text) > Luminance(ground) ? Qt::black : Qt::white;
+        const QColor readable = StandingOut(ground, away, theLeastOfTexts, {text});
+        if (readable != ground) rPalette.setColor(group, QPalette::Highlight, readable);
+    }
+}
+
+/// What of the desktop's colours is to be replaced. Those that the window has got before do not
+/// count.
 QPalette ReadableColours(const QWidget &aWindow) {
     const QPalette colours = QApplication::palette(&aWindow);
     QPalette palette;
     palette.setResolveMask(0);
-    constexpr std::pair<QPalette::ColorRole, QPalette::ColorRole> theRoles[] = {
-        {QPalette::WindowText, QPalette::Window},
-        {QPalette::Text, QPalette::Base},
-        {QPalette::ButtonText, QPalette::Button},
-    };
-    for (const auto &[text, ground] : theRoles) {
-        const QColor under = colours.color(QPalette::Active, ground);
-        const QColor readable = Between(under, colours.color(QPalette::Active, text), theMiddle);
-        if (Distance(colours.color(QPalette::Disabled, text), under) < Distance(readable, under))
-            palette.setColor(QPalette::Disabled, text, readable);
-    }
+    StrengthenDisabled(colours, palette);
+    StrengthenSelection(colours, palette);
     return palette;
 }
 
+/// Styles draw the edge of a button darker than the window; on a black one there is none.
+bool ButtonsNeedEdges(const QPalette &aPalette) {
+    constexpr double theSame = 1.1;
+    constexpr int theDarker = 140;
+    const QColor window = aPalette.color(QPalette::Window);
+    return Contrast(window, aPalette.color(QPalette::Button)) < theSame &&
+           Contrast(window, window.darker(theDarker)) < theSame;
+}
+
+bool NeedsEdges(const QWidget &aElement) {
+    return !qobject_cast<const QAbstractButton *>(&aElement) ||
+           ButtonsNeedEdges(aElement.palette());
+}
+
+void PaintFieldEdges(QWidget &aElement, bool aHasFocus) {
+    QPainter painter(&aElement);
+    const QPalette &palette = aElement.palette();
+    PaintEdges(painter, aElement, aElement.rect(),
+               aHasFocus ? FocusColour(palette) : EdgeColour(palette));
+}
+
 /// Lives as long as its window and goes with the desktop from light to dark and back.
-class DisabledKeeper : public QObject {
+class ColourKeeper : public QObject {
 public:
-    explicit DisabledKeeper(QWidget &aWindow) : QObject(&aWindow), theWindow(aWindow) {
+    explicit ColourKeeper(QWidget &aWindow) : QObject(&aWindow), theWindow(aWindow) {
         aWindow.installEventFilter(this);
         Follow();
     }
 
 protected:
-    bool eventFilter(QObject * /*aObject*/, QEvent *aEvent) override {
-        if (aEvent->type() == QEvent::ApplicationPaletteChange) Follow();
-        return false;
+    bool eventFilter(QObject *aObject, QEvent *aEvent) override {
+        if (aObject == &theWindow) {
+            if (aEvent->type() == QEvent::ApplicationPaletteChange) Follow();
+            if (aEvent->type() == QEvent::Show) FindFields();
+            return false;
+        }
+        return aEvent->type() == QEvent::Paint &&
+               PaintField(static_cast<QWidget &>(*aObject), *aEvent);
     }
 
 private:
     void Follow() { theWindow.setPalette(ReadableColours(theWindow)); }
+
+    /// The line inside a combo has no frame; the combo itself has.
+    void FindFields() {
+        for (QLineEdit *text : theWindow.findChildren<QLineEdit *>())
+            if (text->hasFrame()) text->installEventFilter(this);
+        for (QComboBox *combo : theWindow.findChildren<QComboBox *>())
+            combo->installEventFilter(this);
+        for (QPushButton *button : theWindow.findChildren<QPushButton *>())
+            button->installEventFilter(this);
+    }
+
+    /// The field paints itself before its edges, so that the event is used up.
+    static bool PaintField(QWidget &aField, QEvent &aEvent) {
+        static_cast<QObject &>(aField).event(&aEvent);
+        if (NeedsEdges(aField)) PaintFieldEdges(aField, aField.hasFocus());
+        return true;
+    }
 
     QWidget &theWindow;
 };
 
 }  // namespace
 
+/// Lists ask for every check box, so that the last answer is kept.
 QColor EdgeColour(const QPalette &aPalette) {
-    return Between(aPalette.color(QPalette::Window), aPalette.color(QPalette::WindowText), theEdge);
+    static QColor window;
+    static QColor base;
+    static QColor text;
+    static QColor edge;
+    const QColor colours[] = {aPalette.color(QPalette::Window), aPalette.color(QPalette::Base),
+                              aPalette.color(QPalette::WindowText)};
+    if (window != colours[0] || base != colours[1] || text != colours[2]) {
+        window = colours[0];
+        base = colours[1];
+        text = colours[2];
+        edge = EdgeOn(window, base, text);
+    }
+    return edge;
 }
 
 void PaintEdges(QPainter &aPainter, const QWidget &aElement, const QRect &aPlace) {
@@ -92,15 +222,11 @@ void PaintEdges(QPainter &aPainter, const QWidget &aElement, const QRect &aPlace
 
 void PaintEdgesOver(QWidget &aArea, const QEvent &aEvent) {
     if (aEvent.type() == QEvent::FocusIn || aEvent.type() == QEvent::FocusOut) aArea.update();
-    if (aEvent.type() != QEvent::Paint) return;
-    QPainter painter(&aArea);
-    const QPalette &palette = aArea.palette();
-    PaintEdges(painter, aArea, aArea.rect(),
-               aArea.hasFocus() ? palette.color(QPalette::Highlight) : EdgeColour(palette));
+    if (aEvent.type() == QEvent::Paint) PaintFieldEdges(aArea, aArea.hasFocus());
 }
 
-void KeepDisabledReadable(QWidget &aWindow) {
-    new DisabledKeeper(aWindow);
+void KeepColoursReadable(QWidget &aWindow) {
+    new ColourKeeper(aWindow);
 }
 
 }  // namespace Vk_DocQuery

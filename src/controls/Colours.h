@@ -10,8 +10,8 @@ class QWidget;
 
 namespace Vk_DocQuery {
 
-/// Colour of the lines around frames and pages: between ground and text, so that it can be seen on
-/// a light desktop and on a dark one.
+/// Colour of the lines around frames, pages and fields: between ground and text, so far from the
+/// ground of windows and from that of fields that weak eyes see it, on any desktop.
 QColor EdgeColour(const QPalette &aPalette);
 
 /// Draws those lines along the inner side of the place, equally wide and whole where the desktop's
@@ -22,9 +22,10 @@ void PaintEdges(QPainter &aPainter, const QWidget &aElement, const QRect &aPlace
 /// selection while the area has the focus. It is called when the area has handled the event.
 void PaintEdgesOver(QWidget &aArea, const QEvent &aEvent);
 
-/// Takes care that what is disabled in the window can be read as long as the window lives: where
-/// the desktop's colours leave it fainter than a middle tone between ground and text, it gets that
-/// tone.
-void KeepDisabledReadable(QWidget &aWindow);
+/// Takes care that the window can be read in any colours of the desktop as long as it lives.
+/// Disabled text that is too faint gets a middle tone between ground and text; a selection on which
+/// text is too faint gets darker or lighter; text boxes and combos get an edge that can be seen,
+/// and so do buttons where the style can draw none.
+void KeepColoursReadable(QWidget &aWindow);
 
 }  // namespace Vk_DocQuery

@@ -1,5 +1,9 @@
 #include "controls/ComboBox.h"
 
+#include <algorithm>
+
+#include <QStyleOptionComboBox>
+#include <QStylePainter>
 #include <QWheelEvent>
 
 #include "controls/TextBox.h"
@@ -28,6 +32,47 @@ void ComboBox::SetText(const QString &aText) {
     const int entry = findText(aText, Qt::MatchFixedString | Qt::MatchCaseSensitive);
     if (entry >= 0 || isEditable()) setCurrentIndex(entry);
     if (isEditable()) setEditText(aText);
+}
+
+/// Styles that draw a fixed combo as a button give it the colours of one. It is filled in as a text
+/// box is, and shows by the same grounds whether it can be.
+void ComboBox::initStyleOption(QStyleOptionComboBox *aOption) const {
+    QComboBox::initStyleOption(aOption);
+    if (isEditable()) return;
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        QPalette &colours = aOption->palette;
+        colours.setBrush(group, QPalette::Button, colours.brush(group, QPalette::Base));
+        colours.setBrush(group, QPalette::ButtonText, colours.brush(group, QPalette::Text));
+    }
+}
+
+/// What the style shades like a button gets the even ground of a text box.
+void ComboBox::paintEvent(QPaintEvent *aEvent) {
+    if (isEditable()) return QComboBox::paintEvent(aEvent);
+    constexpr int theFrame = 2;
+    QStylePainter painter(this);
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    painter.drawComplexControl(QStyle::CC_ComboBox, option);
+    const QRect ground = rect().adjusted(theFrame, theFrame, -theFrame, -theFrame);
+    painter.fillRect(ground, option.palette.base());
+    PaintArrow(painter, option);
+    painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+    if (!hasFocus()) return;
+    QStyleOptionFocusRect focus;
+    focus.QStyleOption::operator=(option);
+    focus.rect = ground.adjusted(1, 1, -1, -1);
+    painter.drawPrimitive(QStyle::PE_FrameFocusRect, focus);
+}
+
+void ComboBox::PaintArrow(QStylePainter &aPainter, const QStyleOptionComboBox &aOption) const {
+    const QRect room =
+        style()->subControlRect(QStyle::CC_ComboBox, &aOption, QStyle::SC_ComboBoxArrow, this);
+    QStyleOption arrow = aOption;
+    const int side = std::min({room.width(), room.height(), 2 * fontMetrics().height() / 3});
+    arrow.rect = QRect(0, 0, side, side);
+    arrow.rect.moveCenter(room.center());
+    aPainter.drawPrimitive(QStyle::PE_IndicatorArrowDown, arrow);
 }
 
 void ComboBox::wheelEvent(QWheelEvent *aEvent) {

@@ -2,6 +2,8 @@
 
 #include <QComboBox>
 
+class QStylePainter;
+
 namespace Vk_DocQuery {
 
 /// A drop-down list of texts with item numbers. A fixed one takes only what is listed; an editable
@@ -21,7 +23,12 @@ public:
     void SetText(const QString &aText);
 
 protected:
+    void initStyleOption(QStyleOptionComboBox *aOption) const override;
+    void paintEvent(QPaintEvent *aEvent) override;
     void wheelEvent(QWheelEvent *aEvent) override;
+
+private:
+    void PaintArrow(QStylePainter &aPainter, const QStyleOptionComboBox &aOption) const;
 };
 
 }  // namespace Vk_DocQuery

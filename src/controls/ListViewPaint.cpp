@@ -36,6 +36,19 @@ QString TipOf(const QString &aText, const QFont &aFont) {
     return Qt::convertFromPlainText(aText, isLong ? Qt::WhiteSpaceNormal : Qt::WhiteSpacePre);
 }
 
+/// A picture whose colours come close to that of the selection keeps its shape by an outline.
+void PaintOutline(QPainter &aPainter, const QIcon &aIcon, const QRect &aPlace,
+                  const QColor &aColour) {
+    QPixmap shape = aIcon.pixmap(aPlace.size(), aPainter.device()->devicePixelRatioF());
+    QPainter painter(&shape);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(shape.rect(), aColour);
+    painter.end();
+    for (const QPoint aside : {QPoint(-1, -1), QPoint(0, -1), QPoint(1, -1), QPoint(-1, 0),
+                               QPoint(1, 0), QPoint(-1, 1), QPoint(0, 1), QPoint(1, 1)})
+        aPainter.drawPixmap(aPlace.translated(aside), shape);
+}
+
 }  // namespace
 
 bool ListView::event(QEvent *aEvent) {
@@ -199,6 +212,7 @@ void ListView::DrawCell(QPainter &aPainter, const QStyleOptionViewItem &aOption,
             picture.moveLeft(aOption.rect.left() + (aOption.rect.width() - side) / 2);
         aPainter.save();
         aPainter.setClipRect(aOption.rect, Qt::IntersectClip);
+        if (aRow.IsSelected()) PaintOutline(aPainter, *icon, picture, aPainter.pen().color());
         icon->paint(&aPainter, picture, Qt::AlignCenter,
                     isEnabled() ? QIcon::Normal : QIcon::Disabled);
         aPainter.restore();

@@ -91,8 +91,8 @@ DocQueryOptionsFrm::DocQueryOptionsFrm() {
     setWindowTitle(theTitle);
     setWindowIcon(WindowIcon(QStringLiteral("dialog")));
     setFont(WindowFont());
-    KeepDisabledReadable(*this);
     new FocusInView(*this);
+    KeepColoursReadable(*this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     setModal(true);  // for good: hidden after exec took it back, it would go on blocking the host

@@ -9,6 +9,7 @@
 #include <Vk_DocQuery/Records.h>
 
 #include "controls/AltKeys.h"
+#include "controls/Colours.h"
 #include "controls/FilterBox.h"
 #include "controls/FocusInView.h"
 #include "controls/Fonts.h"
@@ -54,6 +55,7 @@ SelectObjectsForm::SelectObjectsForm(QWidget *aParent) : QDialog(aParent) {
     setWindowTitle(QStringLiteral("Добавление объектов"));
     setWindowIcon(WindowIcon(QStringLiteral("picker")));
     setFont(WindowFont());
+    KeepColoursReadable(*this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     MakeElements();

@@ -1,16 +1,23 @@
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QImage>
+#include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabBar>
 #include <QTest>
 
+#include "browser/TemplateQuerierForm.h"
 #include "browser/TextPane.h"
 #include "controls/Colours.h"
+#include "controls/ComboBox.h"
+#include "controls/ListView.h"
 #include "dialog/DocQueryOptionsFrm.h"
 #include "picker/ObjectTypes.h"
 #include "picker/SelectObjectsForm.h"
+#include "support/Contrast.h"
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"
@@ -28,6 +35,92 @@ QPalette DarkPalette() {
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, role, QColor(90, 90, 90));
     return palette;
+}
+
+/// Two colours and nothing between them, but for what is disabled.
+QPalette TwoColours(const QColor &aText, const QColor &aGround, const QColor &aFaint) {
+    QPalette palette(aText, aGround, aText, aFaint, aFaint, aText, aText, aGround, aGround);
+    palette.setColor(QPalette::Highlight, aText);
+    palette.setColor(QPalette::HighlightedText, aGround);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, aFaint);
+    return palette;
+}
+
+void AddPalettes() {
+    QTest::addColumn<QPalette>("palette");
+    QTest::newRow("light") << QApplication::palette();
+    QTest::newRow("dark") << DarkPalette();
+    QTest::newRow("black on white") << TwoColours(Qt::black, Qt::white, QColor(0x595959));
+    QTest::newRow("white on black") << TwoColours(Qt::white, Qt::black, QColor(0xA6A6A6));
+    QTest::newRow("yellow on black") << TwoColours(Qt::yellow, Qt::black, QColor(0xA8A800));
+}
+
+/// The colour behind the text of a combo, above it and beside its arrow.
+QColor GroundOf(QWidget &aCombo) {
+    const QImage image = aCombo.grab().toImage();
+    return image.pixelColor(image.width() - 24, 4);
+}
+
+/// What is filled in, without the parts that combos and date boxes are made of.
+QList<QWidget *> FieldsOf(const QWidget &aWindow) {
+    QList<QWidget *> fields;
+    for (QWidget *element : aWindow.findChildren<QWidget *>()) {
+        const auto *text = qobject_cast<QLineEdit *>(element);
+        const bool isField = (text && text->hasFrame()) || qobject_cast<QComboBox *>(element) ||
+                             qobject_cast<ListView *>(element) || qobject_cast<TextPane *>(element);
+        if (isField && element->isVisible()) fields << element;
+    }
+    return fields;
+}
+
+/// The fields whose edge is too faint somewhere in the middle of a side, on their own ground or on
+/// that of the window.
+QStringList FaintEdges(QWidget &aWindow) {
+    QStringList faults;
+    const QImage image = aWindow.grab().toImage();
+    for (const QWidget *field : FieldsOf(aWindow)) {
+        const QRect place(field->mapTo(&aWindow, QPoint()), field->size());
+        const QPoint middle = place.center();
+        for (const QPoint at :
+             {QPoint(place.left(), middle.y()), QPoint(place.right(), middle.y()),
+              QPoint(middle.x(), place.top()), QPoint(middle.x(), place.bottom())})
+            for (const auto role : {QPalette::Base, QPalette::Window})
+                if (Contrast(image.pixelColor(at), field->palette().color(role)) < 3)
+                    faults << field->objectName() + u' ' + image.pixelColor(at).name();
+    }
+    return faults;
+}
+
+using Roles = std::pair<QPalette::ColorRole, QPalette::ColorRole>;
+
+/// Which colours an element writes with, and on which ground.
+Roles RolesOf(const QWidget &aElement) {
+    if (qobject_cast<const QLineEdit *>(&aElement) || qobject_cast<const QComboBox *>(&aElement) ||
+        qobject_cast<const ListView *>(&aElement) || qobject_cast<const TextPane *>(&aElement))
+        return {QPalette::Text, QPalette::Base};
+    if (qobject_cast<const QPushButton *>(&aElement))
+        return {QPalette::ButtonText, QPalette::Button};
+    return {QPalette::WindowText, QPalette::Window};
+}
+
+/// The elements whose text is too faint; what is disabled may be fainter.
+QStringList FaintTexts(const QWidget &aWindow) {
+    QStringList faults;
+    for (const QWidget *element : aWindow.findChildren<QWidget *>()) {
+        if (!element->isVisible() || !element->objectName().startsWith(u"the")) continue;
+        const QPalette &palette = element->palette();
+        const auto [text, ground] = RolesOf(*element);
+        const double contrast = Contrast(palette.color(text), palette.color(ground));
+        const double selected =
+            Contrast(palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight));
+        if (contrast < (element->isEnabled() ? 4.5 : 3) || (element->isEnabled() && selected < 4.5))
+            faults << QStringLiteral("%1: %2, selected %3")
+                          .arg(element->objectName())
+                          .arg(contrast)
+                          .arg(selected);
+    }
+    return faults;
 }
 
 /// Every criterion is on, and some elements are disabled.
@@ -122,6 +215,131 @@ private slots:
         QTRY_COMPARE(edge(), window.palette().color(QPalette::Highlight));
         button->setFocus();
         QTRY_COMPARE(edge(), EdgeColour(window.palette()));
+    }
+
+    /// By the same grounds as text boxes, also where the style draws a combo as a button.
+    void CombosShowWhetherTheyCanBeUsed_data() {
+        QTest::addColumn<QPalette>("palette");
+        QTest::addColumn<QString>("combo");
+        for (const char *combo : {"thePeriodTime", "theOnePerYear"}) {
+            QTest::addRow("light, %s", combo)
+                << QApplication::palette() << QString::fromLatin1(combo);
+            QTest::addRow("dark, %s", combo) << DarkPalette() << QString::fromLatin1(combo);
+        }
+    }
+    void CombosShowWhetherTheyCanBeUsed() {
+        QFETCH(QPalette, palette);
+        QFETCH(QString, combo);
+        QApplication::setPalette(palette);
+        DocQueryOptionsFrm dialog;
+        dialog.SetRecord(nullptr);
+        dialog.show();
+        FillIn(dialog);
+        TabsOf(dialog);
+        dialog.findChild<QTabBar *>(QStringLiteral("theTabBar"))->setCurrentIndex(2);
+        auto *element = dialog.findChild<QComboBox *>(combo);
+        QVERIFY(element->isVisible() && !element->isEnabled());
+        const QColor disabled = GroundOf(*element);
+        dialog.findChild<QRadioButton *>(QStringLiteral("theOnePeriod"))->setChecked(true);
+        QVERIFY(element->isEnabled());
+        const QColor enabled = GroundOf(*element);
+        QCOMPARE(enabled, palette.color(QPalette::Base));
+        QCOMPARE(disabled, palette.color(QPalette::Disabled, QPalette::Button));
+        QVERIFY(enabled != disabled);
+    }
+
+    void EdgesOfFieldsCanBeSeen_data() { AddPalettes(); }
+    void EdgesOfFieldsCanBeSeen() {
+        QFETCH(QPalette, palette);
+        QApplication::setPalette(palette);
+        DocQueryOptionsFrm dialog;
+        dialog.SetRecord(nullptr);
+        dialog.show();
+        FillIn(dialog);
+        auto *bar = dialog.findChild<QTabBar *>(QStringLiteral("theTabBar"));
+        int fields = 0;
+        for (int i = 0; i < bar->count(); ++i) {
+            bar->setCurrentIndex(i);
+            QApplication::processEvents();
+            fields += static_cast<int>(FieldsOf(dialog).size());
+            QCOMPARE(FaintEdges(dialog).join(u'\n'), QString());
+        }
+        QCOMPARE(fields, 15);
+        TemplateQuerierForm browser;
+        browser.Prepare();
+        browser.show();
+        QCOMPARE(FaintEdges(browser).join(u'\n'), QString());
+        ModalDriver driver;
+        QStringList faults;
+        driver.Expect([&](QWidget &aPicker) {
+            faults = FaintEdges(aPicker);
+            fields = static_cast<int>(FieldsOf(aPicker).size());
+            aPicker.close();
+        });
+        SelectObjectsForm().Execute(TaxpayerPersons, nullptr);
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(faults.join(u'\n'), QString());
+        QCOMPARE(fields, 2);
+    }
+
+    /// On black, where the style's own edges are black, too.
+    void ButtonsHaveEdges_data() {
+        QTest::addColumn<QPalette>("palette");
+        QTest::newRow("white on black") << TwoColours(Qt::white, Qt::black, QColor(0xA6A6A6));
+        QTest::newRow("yellow on black") << TwoColours(Qt::yellow, Qt::black, QColor(0xA8A800));
+    }
+    void ButtonsHaveEdges() {
+        QFETCH(QPalette, palette);
+        QApplication::setPalette(palette);
+        DocQueryOptionsFrm dialog;
+        dialog.SetRecord(nullptr);
+        dialog.show();
+        const QImage image = dialog.grab().toImage();
+        for (const char *name : {"theLoad", "theSave", "theSaveAs", "theOK", "theCancel"}) {
+            const auto *button = dialog.findChild<QPushButton *>(QString::fromLatin1(name));
+            const QPoint place = button->mapTo(&dialog, QPoint());
+            const QColor edge = image.pixelColor(place + QPoint(0, button->height() / 2));
+            QVERIFY2(Contrast(edge, Qt::black) >= 3, name);
+        }
+    }
+
+    void TextsCanBeRead_data() { AddPalettes(); }
+    void TextsCanBeRead() {
+        QFETCH(QPalette, palette);
+        QApplication::setPalette(palette);
+        DocQueryOptionsFrm dialog;
+        dialog.SetRecord(nullptr);
+        dialog.show();
+        FillIn(dialog);
+        auto *bar = dialog.findChild<QTabBar *>(QStringLiteral("theTabBar"));
+        for (int i = 0; i < bar->count(); ++i) {
+            bar->setCurrentIndex(i);
+            QCOMPARE(FaintTexts(dialog).join(u'\n'), QString());
+        }
+        TemplateQuerierForm browser;
+        browser.Prepare();
+        browser.show();
+        QCOMPARE(FaintTexts(browser).join(u'\n'), QString());
+        ModalDriver driver;
+        QStringList faults;
+        driver.Expect([&](QWidget &aPicker) {
+            faults = FaintTexts(aPicker);
+            aPicker.close();
+        });
+        SelectObjectsForm().Execute(TaxpayerPersons, nullptr);
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(faults.join(u'\n'), QString());
+    }
+
+    /// What the desktop has chosen well is left as it is.
+    void GoodColoursAreNotReplaced() {
+        const QPalette palette = TwoColours(Qt::yellow, Qt::black, QColor(0xA8A800));
+        QApplication::setPalette(palette);
+        DocQueryOptionsFrm dialog;
+        for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
+            for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
+                                    QPalette::Highlight, QPalette::HighlightedText})
+                QCOMPARE(dialog.palette().color(group, role), palette.color(group, role));
     }
 
     /// It covers the edge of its frame, and nothing else is to be seen of that.
