@@ -13,8 +13,7 @@ namespace Vk_Records {
 
 /// The identity as the database keeps it; nothing for a number that can be none.
 inline std::optional<qint64> StoredID(double aID) {
-    constexpr double bound =
-        9007199254740992.0;  // beyond it a double no longer tells neighbours apart
+    constexpr double bound = 2147483647.0;  // what a query file brings back, and the tables hold
     if (!(aID >= 1 && aID <= bound) || aID != std::trunc(aID)) return std::nullopt;
     return static_cast<qint64>(aID);
 }

@@ -34,7 +34,7 @@ constexpr const char16_t *theStatements[] = {
     u"INSERT INTO template VALUES (34, 23, NULL, NULL, 'Письмо 1', 'doc')",
     u"INSERT INTO templ_type_name VALUES (21, 2, 'Второе имя')",
     u"INSERT INTO templ_type_name VALUES (21, 1, 'Первое имя')",
-    u"INSERT INTO templ_type_name VALUES (21, 3, NULL)",
+    u"INSERT INTO templ_type_name VALUES (21, 3, '')",
     u"INSERT INTO templ_type_time VALUES (21, 2020, 13)",
     u"INSERT INTO templ_type_time VALUES (21, 2019, 18)",
     u"INSERT INTO templ_type_category VALUES (21, 2, 1, 0, 1)",

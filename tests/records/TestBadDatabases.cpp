@@ -296,7 +296,7 @@ private slots:
         CheckOpening(
             path, Vk_Records::DatabaseTooNew,
             QStringLiteral("База данных \"%1\" создана более новой версией программы (версия "
-                           "базы 7, программа понимает версию 1). Обновите программу.")
+                           "базы 7, программа понимает версию 2). Обновите программу.")
                 .arg(path));
     }
 
@@ -427,8 +427,9 @@ private slots:
         const Failure failure = RaisedBy(
             [&] { Vk_Records::OpenDatabase(address, Vk_Records::NewDatabase::WithSampleOffice); });
         Q_INIT_RESOURCE(records);
-        QCOMPARE(failure.Description(),
-                 QStringLiteral("В программе нет файла \"sql/schema.sql\". Установите ее заново."));
+        QCOMPARE(
+            failure.Description(),
+            QStringLiteral("В программе нет файла \"sql/schema_2.sql\". Установите ее заново."));
         QCOMPARE(failure.Number(), qint32(Vk_Records::DatabaseQueryFailed));
         QCOMPARE(QFileInfo(theFolder.Shown(address)).size(), 0);
         Vk_Records::OpenDatabase(address, Vk_Records::NewDatabase::WithSampleOffice);

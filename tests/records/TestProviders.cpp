@@ -187,7 +187,7 @@ private slots:
         QVERIFY(names->Value(QStringLiteral("FULL_NAME")) ==
                 LooseValue(QStringLiteral("Второе имя")));
         names->MoveNext();
-        QVERIFY(IsNull(names->Value(field)));
+        QVERIFY(names->Value(field) == LooseValue(QString()));
         names->MoveNext();
         QVERIFY(names->EndOfData());
         names->MoveNext();

@@ -47,6 +47,10 @@ enum class NewDatabase {
 /// out; what follows the question mark goes to the server's client library, a folder of sockets as
 /// host=/folder. Percent escapes stand for what such an address cannot hold.
 ///
+/// An office that an earlier version has made is brought up to this one, step by step, each in one
+/// transaction: whoever opens it first must be allowed to change its tables. If a step fails, the
+/// office stays as it was and is refused. Added columns and indexes are kept.
+///
 /// New tables are made and filled in one transaction, all or none; whoever opens the same database
 /// meanwhile waits for it. Nothing is ever removed: a file that could not be filled stays, empty.
 /// Raises Vk_DocQuery::Failure; an office that was open before then stays open.
