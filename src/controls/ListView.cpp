@@ -1,6 +1,8 @@
 #include "controls/ListView.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include <QAccessible>
 #include <QHeaderView>
@@ -22,6 +24,7 @@ namespace Vk_DocQuery {
 namespace {
 
 constexpr char theModule[] = "ListView";
+constexpr std::size_t theMostTold = 100;  // rows; more than a screen reader could say
 
 }  // namespace
 
@@ -402,6 +405,8 @@ bool ListView::TakeChanges() {
         MeasureScrolling();
         verticalScrollBar()->setValue(down);
         TellOfRows();
+        if (change.Refilled) theToldSelection.clear();
+        TellOfSorting();
     }
     if (change.Rows || change.Selection) TellOfSelection();
     return true;
@@ -413,9 +418,37 @@ void ListView::TellOfRows() {
     QAccessible::updateAccessibility(&event);
 }
 
-/// Of the selection, and of the current row while the list has the focus.
+/// Of the list's order, and of the headers that have got or lost their arrow.
+void ListView::TellOfSorting() {
+    const QString sorting = SpokenSorting();
+    if (theToldSorting == sorting) return;
+    const int now = sorting.isEmpty() ? -1 : SortKey();
+    const int before = std::exchange(theToldSortKey, now);
+    theToldSorting = sorting;
+    if (!QAccessible::isActive()) return;
+    QAccessibleEvent list(this, QAccessible::DescriptionChanged);
+    QAccessible::updateAccessibility(&list);
+    for (const int column : {before, now}) {
+        if (column < 0 || column >= ColumnCount()) continue;
+        QAccessibleEvent header(this, QAccessible::DescriptionChanged);
+        header.setChild(column);
+        QAccessible::updateAccessibility(&header);
+        if (before == now) break;
+    }
+}
+
+/// Of the rows that were selected or let go, and of the current row while the list has the focus.
 void ListView::TellOfSelection() {
     if (!QAccessible::isActive()) return;
+    std::vector<int> selected;
+    for (const ListRow *row : SelectedRows()) selected.push_back(row->Number());
+    std::ranges::sort(selected);
+    const std::vector<int> told = std::exchange(theToldSelection, selected);
+    std::vector<int> changed;
+    std::ranges::set_symmetric_difference(selected, told, std::back_inserter(changed));
+    if (changed.size() <= theMostTold)
+        for (const int number : changed)
+            TellOfSelected(number, std::ranges::binary_search(selected, number));
     QAccessibleEvent selection(this, QAccessible::SelectionWithin);
     QAccessible::updateAccessibility(&selection);
     if (theRows->Current() < 0 || !hasFocus()) return;
@@ -424,11 +457,19 @@ void ListView::TellOfSelection() {
     QAccessible::updateAccessibility(&focus);
 }
 
+void ListView::TellOfSelected(int aNumber, bool aSelected) {
+    const int position = theRows->PositionOf(aNumber);
+    if (position < 0) return;
+    QAccessibleEvent event(this,
+                           aSelected ? QAccessible::SelectionAdd : QAccessible::SelectionRemove);
+    event.setChild(ListViewInterface::ChildOf(*this, position, 0));
+    QAccessible::updateAccessibility(&event);
+}
+
 /// Of more rows than a screen reader could say it is told that the list has changed.
 void ListView::TellOfMarks(const std::vector<ListRow *> &aRows) {
-    constexpr std::size_t theMost = 100;
     if (!QAccessible::isActive() || !theCheckBoxes) return;
-    if (aRows.size() > theMost) return TellOfRows();
+    if (aRows.size() > theMostTold) return TellOfRows();
     QAccessible::State checked;
     checked.checked = true;
     for (const ListRow *row : aRows) {
@@ -438,6 +479,13 @@ void ListView::TellOfMarks(const std::vector<ListRow *> &aRows) {
         event.setChild(ListViewInterface::ChildOf(*this, position, 0));
         QAccessible::updateAccessibility(&event);
     }
+}
+
+QString ListView::SpokenSorting() const {
+    if (!IsSorted() || SortKey() < 0 || SortKey() >= ColumnCount()) return QString();
+    return QStringLiteral("Сортировка: %1, %2")
+        .arg(Column(SortKey()).Caption,
+             SortOrder() == 1 ? QStringLiteral("по убыванию") : QStringLiteral("по возрастанию"));
 }
 
 QString ListView::SpokenText(const ListRow *aRow, int aColumn) const {

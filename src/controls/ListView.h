@@ -193,6 +193,8 @@ public:
     /// What a screen reader says of a cell: its text, or the name of the column if a picture stands
     /// there alone. The first column, which often shows a picture alone, says the whole row.
     QString SpokenText(const ListRow *aRow, int aColumn) const;
+    /// What a screen reader says of the list's order: by which column and how; nothing if unsorted.
+    QString SpokenSorting() const;
 
 signals:
     /// A header was clicked.
@@ -236,7 +238,9 @@ private:
     void Flush();
     bool TakeChanges();
     void TellOfRows();
+    void TellOfSorting();
     void TellOfSelection();
+    void TellOfSelected(int aNumber, bool aSelected);
     void TellOfMarks(const std::vector<ListRow *> &aRows);
 
     void MoveCurrent(int aPosition, Qt::KeyboardModifiers aModifiers);
@@ -273,6 +277,9 @@ private:
     ListViewHeader *theHeader;
     std::vector<ListColumn> theColumns;
     std::shared_ptr<const ImageList> thePictures;
+    int theToldSortKey = -1;  // what assistive programs know
+    QString theToldSorting;
+    std::vector<int> theToldSelection;  // numbers of rows, sorted
     bool theCheckBoxes = false;
     bool theMultiSelect = false;
     bool theColumnsBeingSet = false;

@@ -190,14 +190,14 @@ ListViewInterface::ListViewInterface(ListView *aList)
     : QAccessibleWidget(aList, QAccessible::Table), theList(aList) {}
 
 ListViewInterface::~ListViewInterface() {
-    ForgetChildren();
+    Forget(theChildren);
 }
 
 /// A child may be the one whose question or action has changed the rows, so that they go later.
-void ListViewInterface::ForgetChildren() {
-    if (theChildren.isEmpty()) return;
-    const auto forget = [children = std::exchange(theChildren, {})] {
-        for (const QAccessible::Id id : children) QAccessible::deleteAccessibleInterface(id);
+void ListViewInterface::Forget(const QHash<int, QAccessible::Id> &aChildren) {
+    if (aChildren.isEmpty()) return;
+    const auto forget = [aChildren] {
+        for (const QAccessible::Id id : aChildren) QAccessible::deleteAccessibleInterface(id);
     };
     if (QCoreApplication::instance())
         QMetaObject::invokeMethod(QCoreApplication::instance(), forget, Qt::QueuedConnection);
@@ -206,7 +206,14 @@ void ListViewInterface::ForgetChildren() {
 }
 
 void ListViewInterface::modelChange(QAccessibleTableModelChangeEvent * /*aEvent*/) {
-    ForgetChildren();
+    QHash<int, QAccessible::Id> headers;
+    QHash<int, QAccessible::Id> others;
+    for (auto child = theChildren.cbegin(); child != theChildren.cend(); ++child) {
+        const auto *header = dynamic_cast<Header *>(QAccessible::accessibleInterface(*child));
+        (header && header->isValid() ? headers : others).insert(child.key(), *child);
+    }
+    theChildren = headers;
+    Forget(others);
 }
 
 void *ListViewInterface::interface_cast(QAccessible::InterfaceType aType) {
@@ -270,6 +277,15 @@ QAccessible::State ListViewInterface::state() const {
     state.multiSelectable = theList->HasMultiSelect();
     state.readOnly = true;
     return state;
+}
+
+/// The order is said behind what the window says of the list.
+QString ListViewInterface::text(QAccessible::Text aText) const {
+    const QString text = QAccessibleWidget::text(aText);
+    if (aText != QAccessible::Description || !theList) return text;
+    QStringList texts{text, theList->SpokenSorting()};
+    texts.removeAll(QString());
+    return texts.join(QStringLiteral(", "));
 }
 
 // ---- The table

@@ -10,7 +10,7 @@ class ListView;
 
 /// A ListView as assistive programs see it: a table whose children are the headers of the columns
 /// and behind them the cells, row by row. Rows are known by their positions; when the rows change,
-/// all children are made anew.
+/// all cells are made anew.
 class ListViewInterface : public QAccessibleWidget, public QAccessibleTableInterface {
 public:
     explicit ListViewInterface(ListView *aList);
@@ -29,6 +29,7 @@ public:
     QAccessibleInterface *childAt(int aX, int aY) const override;
     QAccessibleInterface *focusChild() const override;
     QAccessible::State state() const override;
+    QString text(QAccessible::Text aText) const override;
 
     QAccessibleInterface *caption() const override { return nullptr; }
     QAccessibleInterface *summary() const override { return nullptr; }
@@ -52,7 +53,7 @@ public:
     void modelChange(QAccessibleTableModelChangeEvent *aEvent) override;
 
 private:
-    void ForgetChildren();
+    static void Forget(const QHash<int, QAccessible::Id> &aChildren);
 
     QPointer<ListView> theList;                       // null as soon as the list begins to go
     mutable QHash<int, QAccessible::Id> theChildren;  // by number

@@ -1,20 +1,14 @@
 #!/usr/bin/python3
 """check_tree.py HOST: looks at the host over the accessibility bus, as a screen reader does.
 
-Runs on a session bus of its own (dbus-run-session). Starts a display, the accessibility bus and the host,
-walks the trees of the windows, compares names and roles with what a user has to hear, and operates
-elements by what the bus offers alone. Ends with 77 where the system lacks what it needs.
+Runs on a session bus of its own (dbus-run-session). Walks the trees of the windows, compares names and
+roles with what a user has to hear, and operates elements by what the bus offers alone.
 """
-import atexit
-import os
-import shutil
-import subprocess
-import sys
-import tempfile
-import time
-
-BUS_LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
-PATIENCE = 20  # seconds; nothing takes as long
+import bus
+from bus import (
+    act, all_in, everything, fault, gone, has, is_checked, one, open_tab, press, pyatspi, read, rows_of, shows, tab,
+    the_host, until, walk, window, write,
+)
 
 CRITERIA = {
     "page tab": [
@@ -129,19 +123,6 @@ COMBOS = ["Период отчетности, Год:", "Период отчет
     "Период отчетности, " + side for side in ("с:", "с:", "по:", "по:")
 ]
 
-# A query that a colleague saved; its lists name records of the sample office.
-QUERY = """<?xml version="1.0" encoding="windows-1251"?>
-<VkDocQuery ver="1">
-    <TemplateCriteria IsTemplate="1" TemplatesMode="1">
-        <Templates><i id="1001"/><i id="1002"/></Templates>
-    </TemplateCriteria>
-    <TaxpayersCriteria IsTaxpayers="1" TaxpayersType="1">
-        <TaxpayersList><i id="101"/><i id="102"/></TaxpayersList>
-    </TaxpayersCriteria>
-    <OtherOptions LastTab="taxpayer"/>
-</VkDocQuery>
-"""
-
 TAXPAYERS = [
     '7713297727; 771301001; ООО "Лесная поляна"',
     '7702524456; 770201001; ООО "Северный ветер"',
@@ -174,139 +155,6 @@ BROWSER = [
     ("push button", "Закрыть"),
 ]
 
-faults = []
-log_files = []
-
-
-def fault(text):
-    faults.append(text)
-
-
-def skip(text):
-    print("Skipped: " + text)
-    sys.exit(77)
-
-
-def start(command, **options):
-    log = tempfile.NamedTemporaryFile("w+", dir=work, delete=False)
-    log_files.append((command[0], log.name))
-    process = subprocess.Popen(command, stdout=log, stderr=log, **options)
-    atexit.register(end, process)
-    return process
-
-
-def end(process):
-    process.terminate()
-    try:
-        process.wait(5)
-    except subprocess.TimeoutExpired:
-        process.kill()
-        process.wait()
-
-
-def start_display():
-    """Xvfb picks a free number and tells it."""
-    reading, writing = os.pipe()
-    start(
-        ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"],
-        pass_fds=[writing],
-    )
-    os.close(writing)
-    with os.fdopen(reading) as pipe:
-        number = pipe.readline().strip()
-    if not number:
-        give_up("the display did not start")
-    os.environ["DISPLAY"] = ":" + number
-
-
-def give_up(text):
-    for command, name in log_files:
-        with open(name, encoding="utf-8", errors="replace") as log:
-            print(f"---- {command}\n{log.read()}", file=sys.stderr)
-    for said in faults:
-        print("Before that: " + said, file=sys.stderr)
-    print("FAILED: " + text, file=sys.stderr)
-    sys.exit(1)
-
-
-def until(what, look):
-    """The first result of look() that is true; the bus tells of a vanished element by an error."""
-    deadline = time.monotonic() + PATIENCE
-    while time.monotonic() < deadline:
-        try:
-            found = look()
-            if found:
-                return found
-        except Exception:  # noqa: BLE001: the tree changes while it is read
-            pass
-        time.sleep(0.02)
-    return give_up("in vain waited for " + what)
-
-
-def shows(element):
-    return element.getState().contains(pyatspi.STATE_SHOWING)
-
-
-def walk(element):
-    """What shows in an element. The texts of a list that is not dropped down are left out."""
-    for child in element:
-        if child is None or not shows(child):
-            continue
-        yield child
-        if child.getRoleName() != "combo box":
-            yield from walk(child)
-        else:
-            yield from (part for part in child if part.getRoleName() == "text")
-
-
-def all_in(element, role, name):
-    return [found for found in walk(element) if found.getRoleName() == role and found.name == name]
-
-
-def one(window, role, name):
-    return until(f'{role} "{name}" in "{window.name}"', lambda: all_in(window, role, name))[0]
-
-
-def act(element, *actions):
-    """Does the first of these actions that the element offers."""
-    offered = element.queryAction()
-    names = [offered.getName(i) for i in range(offered.nActions)]
-    for action in actions:
-        if action in names:
-            offered.doAction(names.index(action))
-            return
-    give_up(f'"{element.name}" offers {names}, none of {actions}')
-
-
-def press(window, role, name):
-    act(one(window, role, name), "Press", "Toggle")
-
-
-def is_checked(element):
-    return element.getState().contains(pyatspi.STATE_CHECKED)
-
-
-def write(element, text):
-    element.queryEditableText().setTextContents(text)
-    until(f'"{text}" in "{element.name}"', lambda: read(element) == text)
-
-
-def read(element):
-    return element.queryText().getText(0, -1)
-
-
-def the_host():
-    return next(app for app in pyatspi.Registry.getDesktop(0) if app.name == "Norvik")
-
-
-def window(title):
-    return until(f'the window "{title}"', lambda: next(w for w in the_host() if w.name == title and shows(w)))
-
-
-def gone(title):
-    until(f'the end of the window "{title}"', lambda: all(w.name != title for w in the_host() if shows(w)))
-
-
 def check_there(parent, wanted):
     have = [(element.getRoleName(), element.name) for element in walk(parent)]
     for entry in wanted:
@@ -330,20 +178,6 @@ def check_all_are_named(parent):
             fault(f'{element.getRoleName()} without a name in "{parent.name}"')
     if not count:
         fault(f'nothing in "{parent.name}" takes the focus')
-
-
-def tab(dialog, caption):
-    """The tab of that caption, whatever it states."""
-    return next(t for t in walk(dialog) if t.getRoleName() == "page tab" and t.name.startswith(caption + ", "))
-
-
-def open_tab(dialog, caption):
-    act(tab(dialog, caption), "Press")
-    until(f'the page "{caption}"', lambda: any(e.name == caption and shows(e) for e in fillers(dialog)))
-
-
-def fillers(dialog):
-    return [element for element in walk(dialog) if element.getRoleName() == "filler"]
 
 
 def check_dialog_at_first(dialog):
@@ -427,13 +261,6 @@ def operate(dialog):
     until("the box to go with its criterion", lambda: not shows(codes))
 
 
-def rows_of(tree):
-    """The first cell of each row, which says the whole row."""
-    parts = list(tree)
-    columns = sum(1 for part in parts if part.getRoleName() == "table column header")
-    return [part for part in parts if part.getRoleName() == "table cell"][::columns]
-
-
 def check_rows(window, list_name, wanted):
     tree = one(window, "table", list_name)
     until(f'rows in "{list_name}"', lambda: rows_of(tree))
@@ -444,17 +271,7 @@ def check_rows(window, list_name, wanted):
 
 def check_lists(dialog):
     """A row is said by what stands in its cells."""
-    path = os.path.join(work, "Colleague.qvk")
-    with open(path, "w", encoding="cp1251") as file:
-        file.write(QUERY)
-    press(dialog, "push button", "Загрузить ...")
-    question = window("Открыть файл критериев поиска")
-    check_all_are_named(question)
-    names = [e for e in walk(question) if e.getRoleName() == "text" and e.queryComponent()]
-    write(names[-1], path)
-    press(question, "push button", "Открыть")
-    gone("Открыть файл критериев поиска")
-    loaded = window(f"Поиск документов - [{path}]")
+    loaded = bus.load_query(dialog, check_all_are_named)
     open_tab(loaded, "Налогоплательщик")
     check_rows(loaded, "Список налогоплательщиков", TAXPAYERS)
     check_picker(loaded)
@@ -486,10 +303,6 @@ def check_picker(dialog):
     begin = "; ".join(chosen.split("; ")[:3])
     added = until("the chosen taxpayer in the list", lambda: [r for r in rows_of(listed) if r.name.startswith(begin)])
     check_selection(dialog, listed, added[0].name)
-
-
-def has(element, state):
-    return element.getState().contains(state)
 
 
 def check_sorting(picker, tree):
@@ -577,18 +390,8 @@ def check_periods(browser, tree):
             fault(f'a year of periods is said as "{row}"')
 
 
-def everything(element):
-    for child in element:
-        if child is not None:
-            yield child
-            yield from everything(child)
-
-
 def main():
-    start([BUS_LAUNCHER, "--launch-immediately"])
-    until("the accessibility bus", lambda: pyatspi.Registry.getDesktop(0) is not None)
-    start([os.path.abspath(sys.argv[1]), "sqlite:" + os.path.join(work, "office.db")])
-    host = window("Норвик")
+    host = bus.start_host()
     check_all_are_named(host)
     press(host, "push button", "Поиск документов ...")
     dialog = window("Поиск документов")
@@ -599,27 +402,7 @@ def main():
     press(dialog, "push button", "Отмена")
     gone(dialog.name)
     check_browser(host)
-    if faults:
-        give_up(faults.pop())
-    print("The tree is as it should be")
+    return "The tree is as it should be"
 
 
-if len(sys.argv) != 2:
-    sys.exit("usage: check_tree.py HOST")
-for needed in ("Xvfb", "dbus-daemon"):
-    if not shutil.which(needed):
-        skip(needed + " is not installed")
-if not os.path.exists(BUS_LAUNCHER):
-    skip("at-spi2-core is not installed")
-with tempfile.TemporaryDirectory() as work:
-    os.environ.update(
-        HOME=work, XDG_RUNTIME_DIR=work, QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
-        QT_SCALE_FACTOR="1", LC_ALL="C.UTF-8",
-    )
-    os.chmod(work, 0o700)
-    start_display()
-    try:
-        import pyatspi
-    except ImportError:
-        skip("python3-pyatspi is not installed")
-    main()
+bus.run(main)
