@@ -104,7 +104,7 @@ def start_desktop():
 
 def start_wayland():
     """The socket lies in the folder of this run, so that no name can be taken. The headless compositor has
-    neither keyboard nor pointer, where Qt 6.4's own input method falls over its feet."""
+    neither keyboard nor pointer, where Qt 6.4's own input method falls."""
     os.environ.pop("DISPLAY", None)
     start(["weston", "--backend=headless-backend.so", "--socket=desk", "--width=1366", "--height=768", "--idle-time=0"])
     until("the compositor", lambda: os.path.exists(os.path.join(work, "desk")))
@@ -116,7 +116,8 @@ def host_command():
 
 
 def start_host():
-    start([host_command(), "sqlite:" + os.path.join(work, "office.db")])
+    """With the sample office, which it makes in the user's own folder."""
+    start([host_command()])
     return window("Норвик")
 
 
@@ -133,8 +134,8 @@ def run(main, programs=("Xvfb",), display=start_x):
         skip("python3-pyatspi is not installed")
     with tempfile.TemporaryDirectory() as work:
         os.environ.update(
-            HOME=work, XDG_RUNTIME_DIR=work, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", QT_SCALE_FACTOR="1",
-            LC_ALL="C.UTF-8",
+            HOME=work, XDG_DATA_HOME=os.path.join(work, "data"), XDG_RUNTIME_DIR=work,
+            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", QT_SCALE_FACTOR="1", LC_ALL="C.UTF-8",
         )
         os.chmod(work, 0o700)
         try:
