@@ -152,7 +152,8 @@ void VkDocQueryCriteries::MakeElements() {
     }
 }
 
-/// A page is scrolled where it has less room than what is on it takes.
+/// A page is scrolled where it has less room than what is on it takes. The margin behind that may
+/// be a pixel short at the design size, where places are rounded one by one.
 void VkDocQueryCriteries::FitPages() {
     const int margin = PixelsFromTwips(thePageMargin);
     for (const TabRow &row : TabRows()) {
@@ -161,7 +162,8 @@ void VkDocQueryCriteries::FitPages() {
         for (const QWidget *element :
              page.Content()->findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
             if (!element->isHidden()) used |= element->geometry();
-        page.SetLeast({used.right() + 1 + margin, used.bottom() + 1 + margin});
+        const QSize needed(used.right() + 1, used.bottom() + 1);
+        page.SetLeast((needed + QSize(margin, margin)).boundedTo(page.size()).expandedTo(needed));
     }
 }
 

@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
@@ -118,8 +120,12 @@ QString NameOf(const QWidget *aElement) {
     return QStringLiteral("nothing");
 }
 
+/// The desktop gives a maximised window its size, in whole pixels of the screen. Its edges and
+/// those of its frame are rounded one by one where the program's pixels are larger than those.
 bool IsOnScreen(const QWidget &aWindow) {
-    return Available().contains(aWindow.frameGeometry());
+    const double scale = aWindow.devicePixelRatioF();
+    const int rounding = aWindow.isMaximized() && scale != std::floor(scale) ? 1 : 0;
+    return Available().adjusted(0, 0, rounding, rounding).contains(aWindow.frameGeometry());
 }
 
 }  // namespace
