@@ -95,7 +95,6 @@ DocQueryOptionsFrm::DocQueryOptionsFrm() {
     KeepColoursReadable(*this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
-    setModal(true);  // for good: hidden after exec took it back, it would go on blocking the host
 }
 
 DocQueryOptionsFrm::~DocQueryOptionsFrm() = default;
@@ -111,7 +110,6 @@ bool DocQueryOptionsFrm::Execute() {
         ReportErrorToUser(theModule, "Execute");
     }
     DialogFinished = true;
-    hide();  // an application that ends takes the event loop away and leaves the window
     UnloadControls();
     theIsRunning = false;
     const auto released = std::move(theSelf);  // takes this object along

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QList>
+#include <QScopeGuard>
 #include <QScreen>
 #include <QWindow>
 
@@ -127,8 +128,8 @@ int ModalRun::Exec() {
     theWindow.windowHandle()->setTransientParent(OwnerHandle());
     if (theForeign) CentreOnForeign();
     theWindow.setModal(true);  // for good: hidden after exec took it back, it would go on blocking
+    const auto hide = qScopeGuard([this] { theWindow.hide(); });
     const int result = theWindow.exec();
-    theWindow.hide();
     return theIsEnded ? static_cast<int>(QDialog::Rejected) : result;
 }
 

@@ -58,6 +58,14 @@ QString WithEntry(const QString &aEntry, const QString &aDescription) {
     return begins ? aEntry + aDescription : aEntry + theLineEnd + aDescription;
 }
 
+/// No box where nobody could close it.
+bool IsRead(const QString &aText) {
+    bool read = false;
+    if (!IsRunningUnattended())
+        IgnoringFailures([&] { read = ShowFailureBox(aText, QStringLiteral("Сбой программы")); });
+    return read;
+}
+
 void ShowErrorBox(const QString &aText, const QString &aSource, const QString &aExtra,
                   qint32 aNumber) {
     std::shared_ptr<VkErrorHandler> handler;
@@ -69,8 +77,7 @@ void ShowErrorBox(const QString &aText, const QString &aSource, const QString &a
         IgnoringFailures([&] { handler->ErrorMsgBox(aText, aSource, aNumber, aExtra); });
         return;
     }
-    if (IsRunningUnattended()) return WriteToErrorStream(aText);  // nobody could close a box
-    ShowFailureBox(aText, QStringLiteral("Сбой программы"));
+    if (!IsRead(aText)) WriteToErrorStream(aText);
 }
 
 void ProcessError(ErrorMode aMode, const QString &aModule, const QString &aProc,
@@ -85,9 +92,9 @@ void ProcessError(ErrorMode aMode, const QString &aModule, const QString &aProc,
 
     std::optional<NormalPointer> pointer;
     if (!IsRunningUnattended()) {
-        EnsureApplication();
-        pointer.emplace();
-        IgnoringFailures([] {
+        IgnoringFailures([&] {
+            EnsureApplication();
+            pointer.emplace();
             const auto splash = std::dynamic_pointer_cast<SplashWindow>(
                 ClassRegistry::Create(QStringLiteral("Vk_SplashWindow.SplashWindow")));
             if (splash) splash->CloseSplashImmediately();

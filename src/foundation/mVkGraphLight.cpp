@@ -51,9 +51,11 @@ public:
         return button;
     }
 
-    void ShowWithOk() {
+    /// True if it was the user who closed it.
+    bool ShowWithOk() {
         AddButton(Ok, QStringLiteral("OK"));
         Run();
+        return clickedButton() != nullptr;
     }
 
     void Run() {
@@ -140,8 +142,8 @@ void ShowInfoBox(const QString &aText, const QString &aTitle) {
     Box(QMessageBox::Information, aText, aTitle).ShowWithOk();
 }
 
-void ShowFailureBox(const QString &aText, const QString &aTitle) {
-    Box(QMessageBox::Critical, aText, aTitle).ShowWithOk();
+bool ShowFailureBox(const QString &aText, const QString &aTitle) {
+    return Box(QMessageBox::Critical, aText, aTitle).ShowWithOk();
 }
 
 bool AskYesNo(const QString &aText, const QString &aTitle, qint32 aFlags) {

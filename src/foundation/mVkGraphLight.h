@@ -21,7 +21,8 @@ public:
 void ShowWarningBox(const QString &aText, const QString &aTitle);
 void ShowInfoBox(const QString &aText, const QString &aTitle);
 /// The box with the stop icon that shows a failure when the host has no error window of its own.
-void ShowFailureBox(const QString &aText, const QString &aTitle);
+/// False if it went without its user: with its owner, or with an application that is ending.
+bool ShowFailureBox(const QString &aText, const QString &aTitle);
 
 /// Flags of AskYesNo.
 constexpr qint32 theSecondButtonIsDefault = 0x100;

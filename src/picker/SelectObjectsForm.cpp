@@ -232,7 +232,6 @@ void SelectObjectsForm::ShowEmptyOffer() {
 }
 
 void SelectObjectsForm::Unload() {
-    hide();
     theList->ClearRows();
     theSearchTexts.Clear();
     theRowsAreMade = false;

@@ -1,3 +1,5 @@
+#include <QPointer>
+
 #include <Vk_DocQuery/DocQueryEditor.h>
 #include <Vk_DocQuery/Failure.h>
 
@@ -40,14 +42,16 @@ void DocQueryEditor::SetRecord(std::shared_ptr<VkDocQueryData> aRecord) try {
 /// The panel of a second run would be an empty one, and OK would empty the host's record by it.
 bool DocQueryEditor::Execute() try {
     EnsureApplication();
+    const QPointer<DocQueryOptionsFrm> dialog = theDialog.get();
     EnsureEventLoops();
-    if (theDialog->WasStarted()) {
+    if (!dialog) return false;  // what was waiting has taken this object along
+    if (dialog->WasStarted()) {
         throw Failure(
             InvalidArgument, QStringLiteral("DocQueryEditor"),
             QStringLiteral("Повторный показ окна критериев поиска невозможен: один объект "
                            "DocQueryEditor служит одному показу. Создайте новый объект."));
     }
-    return theDialog->Execute();
+    return dialog->Execute();
 } catch (...) {
     RaiseErrorUp(theModule, "RunOptionsDialog");
 }

@@ -321,6 +321,16 @@ private slots:
                               QStringLiteral("[Vk_DocQuery::TemplateQuerier.Execute") + why}));
     }
 
+    /// What was waiting in the host's queue comes first, be it the end of the editor.
+    void EditorThatGoesBeforeItsWindow() {
+        auto editor = std::make_unique<DocQueryEditor>();
+        QTimer::singleShot(0, this, [&] { editor.reset(); });
+        const ModalDriver driver;
+        QVERIFY(!editor->Execute());
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(!editor);
+    }
+
     /// A refused run is none: the same object shows its window once loops run again.
     void EditorRefusedWhileEndingIsStillGood() {
         DocQueryEditor editor;

@@ -174,6 +174,44 @@ private slots:
         delete host;
     }
 
+    /// QCoreApplication::exit() and quit() end all loops, and leave their windows to us.
+    void EndsWithTheApplication_data() {
+        QTest::addColumn<Road>("road");
+        for (const auto &[name, road] : Roads()) QTest::addRow("%s", name) << road;
+    }
+    void EndsWithTheApplication() {
+        QFETCH(Road, road);
+        Host host;
+        QPushButton button(&host);
+        button.show();
+        int clicks = 0;
+        connect(&button, &QPushButton::clicked, this, [&] { ++clicks; });
+        const auto click = [&] {
+            QTest::mouseClick(host.windowHandle(), Qt::LeftButton, {}, QPoint(5, 5));
+        };
+        QVERIFY(QTest::qWaitForWindowActive(&host));
+        ModalDriver driver;
+        for (const auto &step : road.Steps) driver.Expect(step);
+        driver.Expect([&](QWidget &window) {
+            click();
+            if (qobject_cast<QFileDialog *>(&window)) OpenMenu(window);
+            QCoreApplication::exit();
+        });
+        bool came = true;
+        QTimer::singleShot(0, &host, [&] { came = road.Call(host); });
+        QCoreApplication::exec();
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(!came);
+        QVERIFY(!QApplication::activeModalWidget());
+        QVERIFY(!QApplication::activePopupWidget());
+        QVERIFY(!QGuiApplication::overrideCursor());
+        for (const QWidget *window : QApplication::topLevelWidgets())
+            QVERIFY2(window == &host || !window->isVisible(), window->metaObject()->className());
+        QCOMPARE(clicks, 0);
+        click();
+        QCOMPARE(clicks, 1);
+    }
+
 private:
     using Named = std::pair<const char *, Road>;
     QString Path(const char *aName) const {

@@ -1,10 +1,13 @@
 #include <csignal>
 #include <stdexcept>
 #include <sys/socket.h>
+#include <thread>
 #include <unistd.h>
 
+#include <QApplication>
 #include <QMessageBox>
 #include <QTest>
+#include <QTimer>
 
 #include <Vk_DocQuery/ClassRegistry.h>
 #include <Vk_DocQuery/HostServices.h>
@@ -148,6 +151,22 @@ private:
         QCOMPARE(theShown.Source, QStringLiteral("S"));
         QCOMPARE(theShown.Extra, QString());
         QCOMPARE(theShown.Number, 77);
+    }
+
+    static void ReportInALoop(bool aIsEnding) {
+        QTimer::singleShot(0, QCoreApplication::instance(), [aIsEnding] {
+            if (aIsEnding) QCoreApplication::exit();
+            ReportOnce("P", 0);
+            QCoreApplication::exit();
+        });
+        QCoreApplication::exec();
+    }
+    static void EndBox(QWidget &aBox, const QString &aWay, std::unique_ptr<QWidget> &rOwner) {
+        if (aWay == QStringLiteral("ends")) QCoreApplication::exit();
+        if (aWay == QStringLiteral("owner goes")) rOwner.reset();
+        if (aWay == QStringLiteral("close")) aBox.close();
+        if (aWay == QStringLiteral("Esc")) QTest::keyClick(&aBox, Qt::Key_Escape);
+        if (aWay == QStringLiteral("OK")) QTest::keyClick(&aBox, Qt::Key_Return);
     }
 
 private slots:
@@ -393,6 +412,36 @@ private slots:
         const ErrorStream stream;
         ReportOnce("P", 0);
         QCOMPARE(stream.NextWrite(), QByteArray("[Vk_DocQuery::M.P]\nD\n"));
+    }
+
+    /// What no user has closed may have been seen by nobody.
+    void BoxThatGoesWithoutItsUserLeavesTheErrorStream_data() {
+        QTest::addColumn<QString>("way");
+        QTest::addColumn<bool>("told");
+        for (const char *way : {"ending", "ends", "owner goes", "other thread"})
+            QTest::newRow(way) << QString::fromLatin1(way) << true;
+        for (const char *way : {"close", "Esc", "OK"})
+            QTest::newRow(way) << QString::fromLatin1(way) << false;
+    }
+    void BoxThatGoesWithoutItsUserLeavesTheErrorStream() {
+        QFETCH(QString, way);
+        QFETCH(bool, told);
+        auto owner = std::make_unique<QWidget>();
+        owner->show();
+        owner->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(owner.get()));
+        ModalDriver driver;
+        if (way != QStringLiteral("ending") && way != QStringLiteral("other thread"))
+            driver.Expect([&](QWidget &box) { EndBox(box, way, owner); });
+        const ErrorStream stream;
+        if (way == QStringLiteral("other thread"))
+            std::thread([] { ReportOnce("P", 0); }).join();
+        else
+            ReportInALoop(way == QStringLiteral("ending"));
+        QCOMPARE(stream.NextWrite(), QByteArray(told ? "[Vk_DocQuery::M.P]\nD\n" : ""));
+        QCOMPARE(stream.NextWrite(), QByteArray());
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(!QApplication::activeModalWidget());
     }
 
     void UnattendedTellsTheHostsErrorWindow() {
