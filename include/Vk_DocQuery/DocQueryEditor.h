@@ -28,7 +28,8 @@ class DocQueryOptionsFrm;
 class DocQueryEditor {
 public:
     VK_DOCQUERY_EXPORT DocQueryEditor();
-    /// On any thread: a dialog that belongs to another one goes when that comes to it.
+    /// On any thread: a dialog that belongs to another one goes when that comes to it. Also behind
+    /// the end of the QApplication or of main: the dialog is then left to the process.
     VK_DOCQUERY_EXPORT ~DocQueryEditor();
     DocQueryEditor(const DocQueryEditor &) = delete;
     DocQueryEditor &operator=(const DocQueryEditor &) = delete;

@@ -16,6 +16,7 @@
 #include "controls/Sheet.h"
 #include "controls/Stitch.h"
 #include "dialog/AskFileAndLoadDocQuery.h"
+#include "foundation/Application.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mFileOpenSaveDialog.h"
 #include "foundation/ModalRun.h"
@@ -118,7 +119,11 @@ bool DocQueryOptionsFrm::Execute() {
 
 void DocQueryOptionsFrm::Release(std::unique_ptr<DocQueryOptionsFrm> aDialog) {
     if (!aDialog) return;
-    if (QCoreApplication::instance() && aDialog->thread() != QThread::currentThread()) {
+    if (!CanDestroyWindows()) {
+        static_cast<void>(aDialog.release());
+        return;
+    }
+    if (aDialog->thread() != QThread::currentThread()) {
         QMetaObject::invokeMethod(QCoreApplication::instance(), [dialog = aDialog.release()] {
             Release(std::unique_ptr<DocQueryOptionsFrm>(dialog));
         });
@@ -165,6 +170,7 @@ void DocQueryOptionsFrm::SetRecord(std::shared_ptr<VkDocQueryData> aRecord) try 
 }
 
 void DocQueryOptionsFrm::EnsureInitialized() try {
+    WatchForTheEnd();
     LoadControls();
     if (PanelInitialized) return;
     theData->Init();

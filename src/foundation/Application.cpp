@@ -1,5 +1,6 @@
 #include "foundation/Application.h"
 
+#include <atomic>
 #include <mutex>
 
 #include <QApplication>
@@ -16,6 +17,8 @@
 namespace Vk_DocQuery {
 
 namespace {
+
+std::atomic<bool> theProcessIsEnding = false;
 
 [[noreturn]] void RaiseNoWindows(const char *aSource, const QString &aReason) {
     throw Failure(InvalidArgument, QString::fromLatin1(aSource), aReason);
@@ -51,6 +54,19 @@ void EnsureApplication() {
         RaiseNoWindows("QThread", QStringLiteral("Вызов из другого потока: с окнами можно работать "
                                                  "только в том потоке, где создано приложение."));
     }
+}
+
+/// Statics go in the order in which they came, the last one first: this one is no more when those
+/// go that were there before it.
+void WatchForTheEnd() {
+    struct Watch {
+        ~Watch() { theProcessIsEnding = true; }
+    };
+    static const Watch watch;
+}
+
+bool CanDestroyWindows() {
+    return !theProcessIsEnding && QCoreApplication::instance();
 }
 
 void EnsureEventLoops() {

@@ -11,4 +11,11 @@ void EnsureApplication();
 /// loop ends at once. Works off what is waiting in the event queue, but for the user's input.
 void EnsureEventLoops();
 
+/// From now on the end of the process is seen in CanDestroyWindows.
+void WatchForTheEnd();
+
+/// False where Qt itself would fail at the end of a window: the application is gone, or the process
+/// is ending and what Qt keeps for all windows may be gone. A window is left alone then.
+bool CanDestroyWindows();
+
 }  // namespace Vk_DocQuery

@@ -22,10 +22,10 @@ namespace {
 
 std::atomic<WId> theHostWindow = 0;
 
-/// The innermost run stands last.
+/// The innermost run stands last. Never released: a host may end the process from inside of one.
 QList<ModalRun *> &Runs() {
-    static QList<ModalRun *> runs;
-    return runs;
+    static auto *runs = new QList<ModalRun *>;
+    return *runs;
 }
 
 /// A widget's window handle may be made anew, the widget stays.

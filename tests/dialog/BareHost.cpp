@@ -8,9 +8,13 @@
 //   bare_host deaddisplays  nor where WAYLAND_DISPLAY says: the same
 //   bare_host refused       the X server there refuses the key: the same
 //   bare_host thread        calls from another thread than that of the windows: failures
+//   bare_host static        an editor goes behind the end of main
+//   bare_host exit          the process is ended from inside of the dialog, which goes behind main
+//   bare_host outlived      an editor goes behind its application, and another application comes
 //   bare_host norecords     no supplier has entered its classes: files and dialog are there all the
 //   same
 #include <cstdio>
+#include <cstdlib>
 #include <functional>
 #include <thread>
 
@@ -175,6 +179,40 @@ int CallFromAnotherThread() {
     return result;
 }
 
+/// Qt's own statics came later than the editor, and go before it.
+int LeaveAnEditorBehind() {
+    static DocQueryEditor editor;
+    editor.SetRecord(nullptr);
+    return editor.Record() ? 0 : Complain(QStringLiteral("no record"));
+}
+
+int EndInsideOfTheDialog() {
+    static DocQueryEditor editor;
+    const Answerer answerer([](QWidget &) { std::exit(0); });
+    editor.Execute();
+    return Complain(QStringLiteral("the process is still there"));
+}
+
+int OutliveTheApplication(int aCount, char **aArguments) {
+    std::unique_ptr<DocQueryEditor> first;
+    for (int i = 0; i < 3; ++i) {
+        const QApplication application(aCount, aArguments);
+        bool seen = false;
+        const Answerer answerer([&](QWidget &aWindow) {
+            seen = true;
+            aWindow.close();
+        });
+        auto editor = std::make_unique<DocQueryEditor>();
+        editor->SetRecord(nullptr);
+        if (i == 0)
+            first = std::move(editor);
+        else if (editor->Execute() || !seen)
+            return Complain(QStringLiteral("not seen"));
+    }
+    first.reset();
+    return 0;
+}
+
 }  // namespace
 
 int main(int aCount, char **aArguments) {
@@ -198,6 +236,9 @@ int main(int aCount, char **aArguments) {
             QStringLiteral("DISPLAY=\"%1\" отказывает в доступе: ключ не подходит или его нет")
                 .arg(qEnvironmentVariable("DISPLAY")));
     }
+    if (condition == "static") return LeaveAnEditorBehind();
+    if (condition == "exit") return EndInsideOfTheDialog();
+    if (condition == "outlived") return OutliveTheApplication(aCount, aArguments);
     if (condition == "thread") return CallFromAnotherThread();
     if (condition == "core") {
         const QCoreApplication application(aCount, aArguments);
@@ -208,5 +249,6 @@ int main(int aCount, char **aArguments) {
     }
     return Complain(
         QStringLiteral("bare_host "
-                       "none|core|nodisplay|deaddisplay|deaddisplays|refused|thread|norecords"));
+                       "none|core|nodisplay|deaddisplay|deaddisplays|refused|thread|static|exit|"
+                       "outlived|norecords"));
 }
