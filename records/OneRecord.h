@@ -47,9 +47,10 @@ void ReadOne(const char *aSql, const char16_t *aClass, double aID, Columns &rCol
         QSqlQuery &query = connection.Prepared(aSql);
         query.bindValue(0, *stored);
         connection.Execute(query);
-        isFound = query.next();
-        if (isFound) aRead(query);
-        connection.EndReading(query);
+        connection.ForEachRow(query, [&](const QSqlQuery &aRow) {
+            isFound = true;
+            aRead(aRow);
+        });
     }
     if (!isFound) RaiseRecordMissing(QString::fromUtf16(aClass), aID, connection);
     if (before) before->insert(*stored, rColumns);

@@ -14,6 +14,7 @@
 #include <Vk_DocQuery/Providers.h>
 #include <Vk_Records/Database.h>
 
+#include "OneRecord.h"
 #include "Schema.h"
 #include "SmallOffice.h"
 #include "support/AsNobody.h"
@@ -184,6 +185,20 @@ private slots:
         QCOMPARE(failure.Number(), 7);
         const Holder holder(path);  // stops the test if the database is locked
         QVERIFY(!query.isActive());
+    }
+
+    void FailureWithinOneRecordFreesTheStatement() {
+        const QString path = OpenOffice();
+        static constexpr char sql[] = "SELECT id FROM person WHERE id >= ? ORDER BY id";
+        qint64 columns = 0;
+        const auto failure = RaisedBy([&] {
+            Vk_Records::ReadOne(sql, u"Vk_Records.VkPerson", 1, columns, [](const QSqlQuery &) {
+                throw Failure(7, QString(), QStringLiteral("in the middle"));
+            });
+        });
+        QCOMPARE(failure.Number(), 7);
+        const Holder holder(path);  // stops the test if the database is locked
+        QVERIFY(!Vk_Records::ThisThreadsConnection().Prepared(sql).isActive());
     }
 
     void FolderInPlaceOfAFile() {
