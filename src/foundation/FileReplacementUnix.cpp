@@ -251,7 +251,7 @@ class NewFile {
 public:
     NewFile(const Folder &aFolder, const QByteArray &aName) : theFolder(aFolder), theName(aName) {}
     ~NewFile() {
-        if (theSave >= 0) unlinkat(theFolder, Temporary().constData(), 0);
+        if (!theTemporary.isEmpty()) unlinkat(theFolder, theTemporary.constData(), 0);
     }
     Q_DISABLE_COPY_MOVE(NewFile)
 
@@ -279,9 +279,9 @@ public:
             theFile = Handle(openat(theFolder, name.constData(), options, aMode));
             if (theFile < 0 && errno != EEXIST) RaiseNotCreated(errno);
             if (theFile < 0) continue;
-            theSave = save;
+            theTemporary = name;
             if (Lock()) return;
-            theSave = -1;  // somebody took it for a leftover
+            theTemporary.clear();  // somebody took it for a leftover
         }
         RaiseNotCreated(EEXIST);
     }
@@ -317,11 +317,11 @@ public:
     /// Gives it a name. False where the system cannot do that to a file without one.
     bool Name() {
         const QByteArray file = "/proc/self/fd/" + QByteArray::number(int{theLock});
-        for (int save = 0; theSave < 0 && save < theMostSaves; ++save) {
+        for (int save = 0; theTemporary.isEmpty() && save < theMostSaves; ++save) {
             const QByteArray name = TemporaryName(theName, save);
             if (linkat(AT_FDCWD, file.constData(), theFolder, name.constData(),
                        AT_SYMLINK_FOLLOW) == 0) {
-                theSave = save;
+                theTemporary = name;
             } else if (errno == ENOENT || errno == EOPNOTSUPP || errno == ENOSYS ||
                        errno == EPERM || errno == EXDEV) {
                 return false;
@@ -329,7 +329,7 @@ public:
                 RaiseNotReplaced(errno);
             }
         }
-        if (theSave < 0) RaiseNotCreated(EEXIST);
+        if (theTemporary.isEmpty()) RaiseNotCreated(EEXIST);
         return true;
     }
 
@@ -337,36 +337,33 @@ public:
     /// as long as the disk has not confirmed the new one, the old one is there to be put back.
     void Replace(const std::optional<FileRights> &aOld) {
         const bool isKept = aOld && HasExchanged();
+        if (isKept) HoldOld();
         if (!isKept &&
-            renameat(theFolder, Temporary().constData(), theFolder, theName.constData()) != 0)
+            renameat(theFolder, theTemporary.constData(), theFolder, theName.constData()) != 0)
             RaiseNotReplaced(errno);
         const int code = theFolder.Sync(theLock);
         if (code != 0) {
             if (!IsUndone(aOld.has_value(), isKept)) RaiseNotConfirmed(code);
             RaiseNotReplaced(code);
         }
-        if (isKept) RemoveOld(*aOld);
-        theSave = -1;
+        if (isKept) RemoveOld();
+        theTemporary.clear();
     }
 
 private:
-    QByteArray Temporary() const {
-        return TemporaryName(theName, theSave);
-    }
-
     /// Whether the file is locked and has not been taken away before that.
     bool Lock() {
         theLock = Handle(fcntl(theFile, F_DUPFD_CLOEXEC, 0));
         if (theLock < 0) RaiseNotCreated(errno);
         if (flock(theLock, LOCK_EX | LOCK_NB) != 0) return errno != EWOULDBLOCK;
         struct stat stat {};
-        return theSave < 0 || (fstat(theLock, &stat) == 0 && stat.st_nlink > 0);
+        return theTemporary.isEmpty() || (fstat(theLock, &stat) == 0 && stat.st_nlink > 0);
     }
 
     /// Lets the new file and the one that is there change their names. 0, or why it could not.
     int Exchange() const {
 #ifdef RENAME_EXCHANGE
-        const int result = renameat2(theFolder, Temporary().constData(), theFolder,
+        const int result = renameat2(theFolder, theTemporary.constData(), theFolder,
                                      theName.constData(), RENAME_EXCHANGE);
         return result == 0 ? 0 : errno;
 #else
@@ -385,16 +382,27 @@ private:
     /// Puts back what was, as far as that can be.
     bool IsUndone(bool aHasOld, bool aIsKept) {
         if (aIsKept) return Exchange() == 0;
-        theSave = -1;  // the file has its own name now
+        theTemporary.clear();  // the file has its own name now
         return !aHasOld && unlinkat(theFolder, theName.constData(), 0) == 0;
     }
 
-    /// The old file has the name of the save now, unless somebody took it for a leftover.
-    void RemoveOld(const FileRights &aOld) const {
-        struct stat stat {};
-        if (fstatat(theFolder, Temporary().constData(), &stat, AT_SYMLINK_NOFOLLOW) == 0 &&
-            IsSameFile(stat, aOld.Stat))
-            unlinkat(theFolder, Temporary().constData(), 0);
+    /// Holds the file that has the name of the save now. It need not be the one that was there when
+    /// the save began: others save as well.
+    void HoldOld() {
+#ifdef O_PATH
+        theOld =
+            Handle(openat(theFolder, theTemporary.constData(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+#endif
+    }
+
+    /// Takes it away, unless somebody took it for a leftover and the name is another's by now.
+    void RemoveOld() const {
+        struct stat held {};
+        struct stat named {};
+        if (theOld >= 0 && fstat(theOld, &held) == 0 &&
+            fstatat(theFolder, theTemporary.constData(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+            IsSameFile(held, named))
+            unlinkat(theFolder, theTemporary.constData(), 0);
     }
 
     [[noreturn]] void RaiseNotCreated(int aCode) const {
@@ -423,7 +431,8 @@ private:
     QByteArray theName;
     Handle theFile;
     Handle theLock;
-    int theSave = -1;  // number of the name that it has
+    Handle theOld;
+    QByteArray theTemporary;  // the name that it has; made before, since memory may be gone then
 };
 
 }  // namespace

@@ -3,7 +3,9 @@
 #include <cstdlib>
 #include <optional>
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -181,7 +183,49 @@ private slots:
         QVERIFY(!thePlan.HasFailed);
     }
 
+    /// The file is the old or the new one, as was told, and nothing stays beside it.
+    void Saving_data() {
+        Reading_data();
+    }
+    void Saving() {
+        QFETCH(bool, andAllBehind);
+        VkDocQueryData record;
+        QVERIFY(record.ReadFromXmlFile(theName));
+        const QTemporaryDir folder(FolderInMemory() + QStringLiteral("/memory-"));
+        const QString name = folder.filePath(QStringLiteral("a.qvk"));
+        QVERIFY(record.WriteToXmlFile(name));
+        const QByteArray expected = BytesOf(name);
+        int failed = 0;
+        for (long left = 0; left < 100000; ++left) {
+            QFile old(name);
+            QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
+            old.close();
+            bool saved = false;
+            const auto number =
+                Tried(left, andAllBehind, [&] { saved = record.WriteToXmlFile(name); });
+            if (!thePlan.HasFailed) break;
+            const QByteArray where =
+                QStringLiteral("%1: %2").arg(left).arg(record.LastError).toUtf8();
+            QCOMPARE(number.value_or(OutOfMemory), qint32(OutOfMemory));
+            QVERIFY2(BytesOf(name) == (saved ? expected : QByteArray("old")), where.constData());
+            QVERIFY2(saved || number || !record.LastError.isEmpty(), where.constData());
+            QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+            failed += saved ? 0 : 1;
+        }
+        QVERIFY(!thePlan.HasFailed);
+        QVERIFY2(failed > 50, QByteArray::number(failed).constData());
+    }
+
 private:
+    static QString FolderInMemory() {
+        const QString memory = QStringLiteral("/dev/shm");
+        return QFileInfo(memory).isWritable() ? memory : QDir::tempPath();
+    }
+    static QByteArray BytesOf(const QString &aName) {
+        QFile file(aName);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
     QTemporaryDir theFolder;
     QString theName;
 };
