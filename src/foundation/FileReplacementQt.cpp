@@ -25,6 +25,10 @@ void CheckPlace(const QFileInfo &aInfo) {
         RaiseFiles(FolderMissing, QStringLiteral("Папка \"%1\" не найдена.")
                                       .arg(QDir::toNativeSeparators(aInfo.absolutePath())));
     }
+    if (!QFileInfo(aInfo.absolutePath()).isWritable()) {
+        RaiseFiles(PermissionDenied, QStringLiteral("Нет прав на запись в папку \"%1\".")
+                                         .arg(QDir::toNativeSeparators(aInfo.absolutePath())));
+    }
     if (aInfo.exists() && !aInfo.isWritable())
         RaiseFiles(PermissionDenied, QStringLiteral("Файл доступен только для чтения."));
 }
