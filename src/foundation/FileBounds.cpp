@@ -19,14 +19,12 @@ bool IsBlank(QChar aCharacter) {
     return aCharacter == u' ' || aCharacter == u'\t' || aCharacter == u'\r' || aCharacter == u'\n';
 }
 
-/// As the parser holds the reference that begins at the position, taken on behind it. An ampersand
-/// stays a reference there.
+/// As the parser holds the character of the reference that begins at the position, taken on behind
+/// it.
 qint64 BytesOfReference(QStringView aValue, qsizetype &rPosition) {
     const qsizetype end = aValue.indexOf(u';', rPosition);
     const QStringView name = aValue.sliced(rPosition, end < 0 ? 1 : end - rPosition);
     rPosition += name.size() + (end < 0 ? 0 : 1);
-    constexpr qint64 bytesOfAmpersand = 5;
-    if (name == u"&amp" || name == u"&#38") return bytesOfAmpersand;
     if (!name.startsWith(u"&#")) return 1;
     const uint code = name.sliced(2).toUInt();
     return code < 0x80 ? 1 : code < 0x800 ? 2 : code < 0x10000 ? 3 : 4;
@@ -124,10 +122,7 @@ void CheckTags(QStringView aText) {
 }  // namespace
 
 void CheckBounds(QStringView aText, qint64 aSize) {
-    if (aSize > theLargestFile) {
-        Raise(QStringLiteral("Файл слишком велик: допускается не более %1 МБ.")
-                  .arg(theLargestFile / (qint64{1024} * 1024)));
-    }
+    if (aSize > theLargestFile) Raise(FileTooLarge());
     // Texts of fewer units have room for no bound but that of the attributes of an element, which
     // no text of ours comes near.
     if (aText.size() > theLongestValue / theMostBytes) CheckTags(aText);

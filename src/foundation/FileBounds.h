@@ -14,16 +14,24 @@ constexpr qint64 theLargestFile = qint64{64} * 1024 * 1024;
 constexpr qint64 theMostElementsOfFile = 3'000'000;
 /// Attributes of one element. The fullest tag of a saved file has 26.
 constexpr qint32 theMostAttributesOfElement = 1000;
+/// Namespaces that a file declares: the parser goes through all of them for each name that has one.
+/// A saved file has none.
+constexpr qint32 theMostNamespacesOfFile = 100;
 /// Bytes of one value in UTF-8: no more get through the parser.
 constexpr qint64 theLongestValue = 10'000'000;
 /// Entries of one list: every entry becomes an object, and nobody picks that many.
 constexpr qint32 theMostListEntries = 1'000'000;
 
-/// What the user is told of the list of that name.
+/// What the user is told: of the list of that name, and of the file.
 inline QString ListTooLong(const QString &aName) {
     return QStringLiteral("Список \"%1\" слишком длинный: допускается не более %2 записей.")
         .arg(aName)
         .arg(theMostListEntries);
+}
+
+inline QString FileTooLarge() {
+    return QStringLiteral("Файл слишком велик: допускается не более %1 МБ.")
+        .arg(theLargestFile / (qint64{1024} * 1024));
 }
 
 /// Raises a failure that says which bound the text of a file goes beyond, if there is one. aSize is

@@ -5,6 +5,9 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include "foundation/FileBounds.h"
+#include "foundation/FilesFailure.h"
+
 namespace Vk_DocQuery {
 
 namespace {
@@ -16,33 +19,43 @@ QString ReasonNoFile(const QFileInfo &aInfo) {
     return QStringLiteral("По этому пути находится не обычный файл, а канал или устройство.");
 }
 
+/// The errno in the user's language; of a file that failed without one, as on other systems, what
+/// Qt says.
+QString ReasonOf(const QFile &aFile, int aCode) {
+    return aCode != 0 ? SystemReason(aCode)
+                      : QStringLiteral("отказ системы (%1)").arg(aFile.errorString());
+}
+
 QString ReasonNotOpened(const QFile &aFile, int aCode) {
     if (aCode == EACCES || aCode == EPERM || aFile.error() == QFileDevice::PermissionsError)
         return QStringLiteral("Нет прав на чтение файла.");
-    return QStringLiteral("Файл не удалось открыть: %1.").arg(aFile.errorString());
+    return QStringLiteral("Файл не удалось открыть: %1.").arg(ReasonOf(aFile, aCode));
+}
+
+QString ReasonNotRead(const QString &aWhy) {
+    return QStringLiteral("Файл не удалось прочитать: %1.").arg(aWhy);
 }
 
 }  // namespace
 
-QString ReadFileBytes(const QString &aFileName, qint64 aLargest, QByteArray &rBytes) {
+QString ReadFileBytes(const QString &aFileName, QByteArray &rBytes) {
     const QFileInfo info(aFileName);
     if (!info.isFile()) return ReasonNoFile(info);
     QFile file(aFileName);
     errno = 0;
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return ReasonNotOpened(file, errno);
-    const auto tooLarge = [=] {
-        return QStringLiteral("Файл слишком велик: допускается не более %1 МБ.")
-            .arg(aLargest / (qint64{1024} * 1024));
-    };
     const qint64 size = info.size();
-    if (size > aLargest) return tooLarge();
-    rBytes =
-        size > 0 ? file.read(size) : file.read(aLargest + 1);  // some file systems tell no size
-    if (rBytes.size() > aLargest) return tooLarge();
-    if (file.error() != QFileDevice::NoError || rBytes.size() < size)
-        return QStringLiteral("Файл не удалось прочитать: %1.").arg(file.errorString());
-    return QString();
+    if (size > theLargestFile) return FileTooLarge();
+    // Some file systems tell no size.
+    rBytes = file.read(size > 0 ? size : theLargestFile + 1);
+    if (rBytes.size() > theLargestFile) return FileTooLarge();
+    char more = 0;
+    errno = 0;
+    const qint64 behind = file.read(&more, 1);  // also tells what cut the reading short
+    if (behind < 0) return ReasonNotRead(ReasonOf(file, errno));
+    if (behind == 0 && rBytes.size() >= size) return QString();
+    return ReasonNotRead(QStringLiteral("в это время его изменила другая программа"));
 }
 
 }  // namespace Vk_DocQuery

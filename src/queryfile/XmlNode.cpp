@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "foundation/FileBounds.h"
 #include "queryfile/FileBytes.h"
 #include "queryfile/XmlParser.h"
 #include "queryfile/XmlText.h"
@@ -17,11 +18,11 @@ XmlParseError FaultOf(const XmlText &aText) {
         return {aText.Reason, LineAt(aText.Utf8, aText.Fault),
                 LineNumberAt(aText.Utf8, aText.Fault)};
     if (aText.IsBlank()) return {QStringLiteral("Файл пуст."), QString(), 0};
-    const qsizetype place = PlaceWithMoreAttributes(aText.Utf8, XmlDocument::theMostAttributes);
+    const qsizetype place = PlaceWithMoreAttributes(aText.Utf8, theMostAttributesOfElement);
     if (place < 0) return {};
     return {
         QStringLiteral("Файл слишком сложен: допускается не более %1 атрибутов у одного элемента.")
-            .arg(XmlDocument::theMostAttributes),
+            .arg(theMostAttributesOfElement),
         QString(), LineNumberAt(aText.Utf8, place)};
 }
 
@@ -65,7 +66,7 @@ bool XmlDocument::Load(const QString &aFileName) {
     theTree.reset();
     theError = XmlParseError();
     QByteArray bytes;
-    theError.Reason = ReadFileBytes(aFileName, theLargestSize, bytes);
+    theError.Reason = ReadFileBytes(aFileName, bytes);
     return theError.Reason.isEmpty() && LoadBytes(bytes);
 }
 

@@ -5,8 +5,6 @@
 #include <QByteArray>
 #include <QString>
 
-#include "foundation/FileBounds.h"
-
 namespace Vk_DocQuery {
 
 struct XmlTree;
@@ -46,21 +44,10 @@ struct XmlParseError {
 };
 
 /// A file read into memory as a tree. Nothing is fetched from anywhere, and a file that declares a
-/// document type is refused, so that no entity can be declared. Memory that is gone is raised as
-/// std::bad_alloc.
+/// document type is refused, so that no entity can be declared; so is one beyond the bounds of
+/// FileBounds.h. Memory that is gone is raised as std::bad_alloc.
 class XmlDocument {
 public:
-    /// Largest file that is read.
-    static constexpr qint64 theLargestSize = theLargestFile;
-    /// Most elements and most attributes that are taken up: more than the lists that fill a file of
-    /// that size when they are saved, and far fewer than "<i/>" again and again would give.
-    static constexpr qint64 theMostElements = theMostElementsOfFile;
-    /// Most attributes of one element. The fullest tag of a saved file has 26.
-    static constexpr qint32 theMostAttributes = theMostAttributesOfElement;
-    /// Most namespaces that a file declares: the parser goes through all of them for each name that
-    /// has one. A saved file has none.
-    static constexpr qint32 theMostNamespaces = 100;
-
     XmlDocument();
     ~XmlDocument();
     XmlDocument(const XmlDocument &) = delete;

@@ -7,7 +7,7 @@
 
 #include <libxml/parser.h>
 
-#include "queryfile/ListBound.h"
+#include "foundation/FileBounds.h"
 
 namespace Vk_DocQuery {
 
@@ -190,13 +190,13 @@ private:
         theNamespaces += aNamespaces;
         theAttributes += aAttributes + aNamespaces;
         const auto elements = static_cast<qint64>(theTree.Elements.size());
-        if (std::max(elements, theAttributes) > XmlDocument::theMostElements) {
+        if (std::max(elements, theAttributes) > theMostElementsOfFile) {
             Refuse(QStringLiteral("Файл слишком сложен: допускается не более %1 элементов и "
                                   "стольких же атрибутов.")
-                       .arg(XmlDocument::theMostElements));
-        } else if (theNamespaces > XmlDocument::theMostNamespaces) {
+                       .arg(theMostElementsOfFile));
+        } else if (theNamespaces > theMostNamespacesOfFile) {
             Refuse(QStringLiteral("Файл слишком сложен: допускается не более %1 пространств имен.")
-                       .arg(XmlDocument::theMostNamespaces));
+                       .arg(theMostNamespacesOfFile));
         } else if (std::strcmp(aName, theListEntry) == 0 &&
                    ++theOpen.back().Entries > theMostListEntries) {
             const auto list = static_cast<std::size_t>(theOpen.back().Number);

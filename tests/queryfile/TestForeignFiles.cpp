@@ -12,6 +12,7 @@
 
 #include <Vk_DocQuery/VkDocQueryData.h>
 
+#include "foundation/FileBounds.h"
 #include "queryfile/XmlNode.h"
 #include "support/AsNobody.h"
 #include "support/MemoryRecords.h"
@@ -280,8 +281,7 @@ private slots:
         if (kind == QStringLiteral("blanks")) bytes = QByteArray(50 * megabyte, ' ');
         if (kind == QStringLiteral("inner"))
             bytes = "<VkDocQuery>" + QByteArray(9 * megabyte, ' ') + "</VkDocQuery>";
-        if (kind == QStringLiteral("large"))
-            bytes = QByteArray(XmlDocument::theLargestSize + 1, 'x');
+        if (kind == QStringLiteral("large")) bytes = QByteArray(theLargestFile + 1, 'x');
         if (kind == QStringLiteral("deep"))
             bytes = QByteArray("<VkDocQuery>").repeated(100000) +
                     QByteArray("</VkDocQuery>").repeated(100000);
@@ -315,7 +315,7 @@ private slots:
         QTest::addColumn<qsizetype>("size");
         QTest::addColumn<QString>("source");
         QTest::addColumn<int>("line");
-        constexpr qsizetype most = XmlDocument::theLargestSize - 100;
+        constexpr qsizetype most = theLargestFile - 100;
         const QString elements =
             QStringLiteral("/>") + QStringLiteral("<j/>").repeated(79) + QStringLiteral("<j");
         QTest::newRow("elements") << QByteArray("<VkDocQuery>") << QByteArray("<j/>") << most

@@ -72,9 +72,9 @@ constexpr char theNew[] = "new";
 const QString theDiskIsFull = QStringLiteral("На диске не хватает места.");
 
 /// What saving raises; empty if it does not.
-QString Saved(const QString &aName) {
+QString Saved(const QString &aName, const QString &aText = QString::fromLatin1(theNew)) {
     try {
-        DefaultFilesLibrary().SaveTextToFile(QString::fromLatin1(theNew), aName, 1251);
+        DefaultFilesLibrary().SaveTextToFile(aText, aName, 1251);
     } catch (const Failure &failure) {
         return failure.Description();
     }
@@ -94,20 +94,65 @@ private slots:
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(theOld) == 13);
     }
 
+    void OpeningOnABrokenDisk_data() {
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("broken") << EIO
+                                << QStringLiteral(
+                                       "Файл не удалось открыть: ошибка чтения или "
+                                       "записи на диске (Input/output error).");
+        QTest::newRow("no memory") << ENOMEM
+                                   << QStringLiteral(
+                                          "Файл не удалось открыть: не хватает памяти "
+                                          "(Cannot allocate memory).");
+        QTest::newRow("no rights") << EACCES << QStringLiteral("Нет прав на чтение файла.");
+    }
     void OpeningOnABrokenDisk() {
+        QFETCH(int, code);
+        QFETCH(QString, reason);
         QByteArray bytes;
-        QString reason;
+        QString told;
         const bool broken = WithCalls(
-            {SYS_openat}, [](const Call &) { return EIO; },
-            [&] { reason = ReadFileBytes(theName, 1000, bytes); });
+            {SYS_openat}, [=](const Call &) { return code; },
+            [&] { told = ReadFileBytes(theName, bytes); });
         if (!broken) QSKIP("calls of the system cannot be answered here");
-        QCOMPARE(reason, QStringLiteral("Файл не удалось открыть: Input/output error."));
+        QCOMPARE(told, reason);
     }
 
     void ReadingThatFails() {
         QByteArray bytes;
-        QCOMPARE(ReadFileBytes(QStringLiteral("/proc/self/mem"), 1000, bytes),
-                 QStringLiteral("Файл не удалось прочитать: Input/output error."));
+        QCOMPARE(ReadFileBytes(QStringLiteral("/proc/self/mem"), bytes),
+                 QStringLiteral("Файл не удалось прочитать: ошибка чтения или записи на диске "
+                                "(Input/output error)."));
+    }
+
+    /// What happens to the file between the opening and the first byte that is read.
+    void ReadingWhileOthersWrite_data() {
+        QTest::addColumn<QByteArray>("written");
+        QTest::addColumn<bool>("isRead");
+        QTest::newRow("nothing new") << QByteArray(theOld) << true;
+        QTest::newRow("shorter") << QByteArray("<VkDoc") << false;
+        QTest::newRow("longer") << QByteArray("<VkDocQuery/>\n") << false;
+    }
+    void ReadingWhileOthersWrite() {
+        QFETCH(QByteArray, written);
+        QFETCH(bool, isRead);
+        QByteArray bytes;
+        QString told;
+        int reads = 0;
+        const bool answered = WithCalls(
+            {SYS_read},
+            [&](const Call &) {
+                QFile file(theName);
+                if (++reads == 1 && file.open(QIODevice::WriteOnly)) file.write(written);
+                return 0;
+            },
+            [&] { told = ReadFileBytes(theName, bytes); });
+        if (!answered) QSKIP("calls of the system cannot be answered here");
+        QVERIFY(reads > 0);
+        QCOMPARE(told, isRead ? QString()
+                              : QStringLiteral("Файл не удалось прочитать: в это время его "
+                                               "изменила другая программа."));
     }
 
     void SavingOnABrokenDisk_data() {
@@ -312,6 +357,44 @@ private slots:
             QVERIFY2(bytes == theOld || bytes == theNew, bytes.constData());
             QCOMPARE(Saved(theName), QString());
             QCOMPARE(Files(), QStringList{QStringLiteral("a.qvk")});
+        }
+    }
+
+    /// Several programs that save one file at once: it is always the whole file of one of them.
+    void SavedByManyAtOnce_data() {
+        QTest::addColumn<bool>("areNamed");
+        QTest::newRow("unnamed") << false;
+        QTest::newRow("named") << true;
+    }
+    void SavedByManyAtOnce() {
+        QFETCH(bool, areNamed);
+        MakeFolder(FolderInMemory());
+        MakeOld();
+        for (int round = 0; round < 50; ++round) {
+            int gate[2];
+            QCOMPARE(pipe(gate), 0);
+            std::vector<pid_t> children;
+            for (const char letter : {'a', 'b', 'c'}) {
+                children.push_back(fork());
+                if (children.back() != 0) continue;
+                if (areNamed) RefuseUnnamedFiles();
+                char byte = 0;
+                ::close(gate[1]);
+                if (::read(gate[0], &byte, 1) != 0) _exit(1);  // all begin at once
+                _exit(Saved(theName, QString(10000, QLatin1Char(letter))).isEmpty() ? 0 : 1);
+            }
+            ::close(gate[0]);
+            ::close(gate[1]);
+            for (const pid_t child : children) {
+                int status = -1;
+                QCOMPARE(waitpid(child, &status, 0), child);
+                QCOMPARE(status, 0);
+                const QByteArray bytes = Bytes();
+                QVERIFY2(bytes.size() == 10000 && bytes.count(bytes[0]) == 10000,
+                         bytes.left(100).constData());
+            }
+            QCOMPARE(Files(), QStringList{QStringLiteral("a.qvk")});
+            QVERIFY(HasOldRights());
         }
     }
 
