@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QTest>
+#include <QWindow>
 
 namespace VkTests {
 
@@ -105,10 +106,22 @@ void ModalDriver::Look() {
     Answer(*window);
 }
 
+namespace {
+
+/// A compositor of Wayland without a keyboard makes no window the active one.
+void GiveFocusWhereNobodyDoes(QWidget &aWindow) {
+    if (QGuiApplication::platformName() == QStringLiteral("wayland") && aWindow.windowHandle() &&
+        aWindow.windowHandle()->isExposed())
+        QApplication::setActiveWindow(&aWindow);
+}
+
+}  // namespace
+
 /// Keys go nowhere before the window system has made a window the active one. One that it never
 /// makes so is answered all the same, and the test says what went wrong.
 bool ModalDriver::IsReady(QWidget *aWindow) {
     constexpr qint64 theLongestWait = 3000;
+    GiveFocusWhereNobodyDoes(*aWindow);
     if (aWindow->isActiveWindow()) return true;
     if (theAwaited != aWindow) {
         theAwaited = aWindow;
