@@ -315,6 +315,7 @@ bool DateBox::IsAcceptable() const {
 }
 
 bool DateBox::CheckText() try {
+    CompleteYear();
     if (IsAcceptable()) {
         Tidy();
         return true;
@@ -343,6 +344,17 @@ void DateBox::Tidy() {
     const QDate date = IsDate(value) ? std::get<QDate>(value) : QDate();
     theLastWhole = date;
     if (date.isValid() && theEdit->text() != date.toString(theFormat)) PutDate(date);
+}
+
+/// A year of two digits that was typed is taken as one that was pasted. A single digit is more
+/// likely the beginning of a year.
+void DateBox::CompleteYear() {
+    const QString year = theEdit->displayText().mid(theParts[YearPart].Start);
+    const QStringList parts = theEdit->text().split(u'.');
+    if (!year.endsWith(QStringLiteral("__")) || parts.size() != 3 || parts.at(2).size() != 2)
+        return;
+    const QDate date(FullYear(parts.at(2).toInt()), parts.at(1).toInt(), parts.at(0).toInt());
+    if (date.isValid()) PutDate(date);
 }
 
 QString DateBox::Complaint() const {
@@ -449,10 +461,13 @@ void DateBox::StepPart(int aBy) {
     theEdit->setSelection(part.Start, part.Length);
 }
 
-/// Not setText, which would forget what can be undone.
+/// Not setText, which would forget what can be undone. An invalid date empties the box.
 void DateBox::PutDate(QDate aDate) {
     theEdit->selectAll();
-    theEdit->insert(aDate.toString(theFormat));
+    if (aDate.isValid())
+        theEdit->insert(aDate.toString(theFormat));
+    else
+        theEdit->del();
 }
 
 QDate DateBox::Bounded(QDate aDate) const {
@@ -507,7 +522,7 @@ void DateBox::OpenCalendar() try {
 /// An invalid date empties the box.
 void DateBox::Take(QDate aDate) {
     thePopup->close();
-    theEdit->setText(aDate.isValid() ? aDate.toString(theFormat) : QString());
+    PutDate(aDate);
     theLastWhole = aDate;
     theEdit->setFocus(Qt::PopupFocusReason);
 }

@@ -11,8 +11,8 @@ namespace Vk_DocQuery {
 
 /// A masked box for a date "dd.mm.yyyy" that may stay empty and then shows "__.__.____", with a
 /// drop-down calendar. A text that is no date cannot be left standing unnoticed: when the focus
-/// leaves it, a box says so and the focus comes back. A pasted date may have other forms; Up and
-/// Down step the part under the caret.
+/// leaves it, a box says so and the focus comes back. A year of two digits is completed then. A
+/// pasted date may have other forms; Up and Down step the part under the caret.
 class DateBox : public QWidget {
     Q_OBJECT
 
@@ -60,6 +60,7 @@ private:
     void CheckLater();
     void StepPart(int aBy);
     void PutDate(QDate aDate);
+    void CompleteYear();
     void Tidy();
     QDate Bounded(QDate aDate) const;
     bool IsBlank() const;

@@ -381,7 +381,8 @@ void RaiseWrongElement(const QString &aName) {
 bool VkDocQueryCriteries::FinishInput() try {
     for (const char *name : theDateBoxes) {
         auto &box = The<DateBox>(name);
-        if (!box.IsAcceptable() && !box.parentWidget()->isHidden()) return box.CheckText();
+        if (!box.IsAcceptable() && !box.parentWidget()->isHidden() && !box.CheckText())
+            return false;
     }
     return true;
 } catch (...) {

@@ -398,6 +398,102 @@ private slots:
         QTRY_COMPARE(window.Edit()->displayText(), QStringLiteral("01.02.2024"));
     }
 
+    void LeavingCompletesAYearOfTwoDigits_data() {
+        QTest::addColumn<QString>("keys");
+        QTest::addColumn<QString>("display");
+        QTest::newRow("this century") << "31.12.24"
+                                      << "31.12.2024";
+        QTest::newRow("last of this century") << "31.12.29"
+                                              << "31.12.2029";
+        QTest::newRow("first of the last century") << "010130"
+                                                   << "01.01.1930";
+        QTest::newRow("short day and month") << "1.2.05"
+                                             << "01.02.2005";
+        QTest::newRow("leap day") << "29.02.24"
+                                  << "29.02.2024";
+    }
+    void LeavingCompletesAYearOfTwoDigits() {
+        QFETCH(QString, keys);
+        QFETCH(QString, display);
+        for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Return}) {
+            Window window;
+            QTest::keyClicks(window.Edit(), keys);
+            const QString typed = window.Edit()->displayText();
+            QTest::keyClick(window.Edit(), key);
+            QTRY_COMPARE(window.Edit()->displayText(), display);
+            QCOMPARE(Shown(window.Box->Value()), display);
+            window.Edit()->undo();
+            QCOMPARE(window.Edit()->displayText(), typed);
+        }
+    }
+
+    /// One digit is rather the beginning of a year, and of four some may have been deleted.
+    void OtherYearsAreNotCompleted_data() {
+        QTest::addColumn<QString>("whole");
+        QTest::addColumn<int>("from");
+        QTest::addColumn<int>("count");
+        QTest::addColumn<QString>("text");
+        const auto row = [](const char *aName, const char *aWhole, int aFrom, int aCount,
+                            const char *aText) {
+            QTest::newRow(aName) << QString::fromLatin1(aWhole) << aFrom << aCount
+                                 << QString::fromLatin1(aText);
+        };
+        row("no digit", "31.12.2024", 6, 4, "31.12.____");
+        row("one digit", "31.12.2024", 7, 3, "31.12.2___");
+        row("three digits", "31.12.2024", 9, 1, "31.12.202_");
+        row("last two digits", "31.12.2024", 6, 2, "31.12.__24");
+        row("first and last digit", "31.12.2024", 7, 2, "31.12.2__4");
+        row("no such day", "31.02.2024", 8, 2, "31.02.20__");
+        row("no leap year", "29.02.2324", 8, 2, "29.02.23__");
+    }
+    void OtherYearsAreNotCompleted() {
+        QFETCH(QString, whole);
+        QFETCH(int, from);
+        QFETCH(int, count);
+        QFETCH(QString, text);
+        Window window;
+        window.Edit()->setText(whole);
+        window.Edit()->setSelection(from, count);
+        QTest::keyClick(window.Edit(), Qt::Key_Delete);
+        QCOMPARE(window.Edit()->displayText(), text);
+        ModalDriver driver;
+        driver.ExpectBox(theTitle, QStringLiteral("\"%1\" не является датой.").arg(text),
+                         QStringLiteral("OK"));
+        QTest::keyClick(window.Edit(), Qt::Key_Return);
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(window.Edit()->displayText(), text);
+    }
+
+    void CompletedYearIsHeldToTheBounds() {
+        Window window;
+        window.Box->SetBounds(QDate(2000, 1, 1), QDate(2030, 12, 31));
+        QTest::keyClicks(window.Edit(), QStringLiteral("31.12.99"));
+        ModalDriver driver;
+        driver.ExpectBox(
+            theTitle,
+            QStringLiteral(
+                "Дата \"31.12.1999\" должна быть в пределах от 01.01.2000 до 31.12.2030."),
+            QStringLiteral("OK"));
+        QTest::keyClick(window.Edit(), Qt::Key_Return);
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void ChoiceOfTheCalendarIsUndone_data() {
+        QTest::addColumn<QString>("button");
+        QTest::newRow("today") << "Сегодня";
+        QTest::newRow("none") << "Очистить";
+    }
+    void ChoiceOfTheCalendarIsUndone() {
+        QFETCH(QString, button);
+        Window window;
+        window.Box->SetValue(QDate(2019, 3, 8));
+        QTest::keyClick(window.Edit(), Qt::Key_F4);
+        QTest::mouseClick(ButtonOf(window, button), Qt::LeftButton);
+        QVERIFY(Shown(window.Box->Value()) != QStringLiteral("08.03.2019"));
+        QTest::keyClick(window.Edit(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(Shown(window.Box->Value()), QStringLiteral("08.03.2019"));
+    }
+
     void LeavingARightTextKeepsWhatCanBeUndone() {
         Window window;
         QTest::keyClicks(window.Edit(), QStringLiteral("01022024"));

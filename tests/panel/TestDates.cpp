@@ -170,6 +170,29 @@ private slots:
         QTRY_VERIFY(dates.Box("theSignDate1").Edit()->hasFocus());
     }
 
+    /// Enter presses the default button without moving the focus.
+    void finishingCompletesTheYearsOfBothDates() {
+        Dates dates;
+        dates.Box("theSignDate1").Edit()->setText(D("01.10.24"));
+        dates.Box("theSignDate2").Edit()->setText(D("31.12.24"));
+        QVERIFY(dates.Panel.FinishInput());
+        VkDocQueryData record;
+        dates.Panel.AssembleValuesTo(record);
+        QCOMPARE(ToText(record.SignDate1), D("01.10.2024"));
+        QCOMPARE(ToText(record.SignDate2), D("31.12.2024"));
+    }
+
+    void finishingAsksForTheSecondDateBehindAShortYear() {
+        Dates dates;
+        dates.Box("theSignDate1").Edit()->setText(D("01.10.24"));
+        dates.Box("theSignDate2").Edit()->setText(D("31.02.24"));
+        ModalDriver driver;
+        driver.ExpectBox(D("Дата"), D("\"31.02.24__\" не является датой."), D("OK"));
+        QVERIFY(!dates.Panel.FinishInput());
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QTRY_VERIFY(dates.Box("theSignDate2").Edit()->hasFocus());
+    }
+
     void whoeverFinishesIsLedToThePage() {
         Dates dates;
         dates.Box("theSignDate1").Edit()->setText(D("31.02"));
