@@ -269,6 +269,31 @@ private slots:
         QCOMPARE(shown.Selected(), QStringLiteral("_1"));
     }
 
+    /// A filter that leaves the first row of the drag, and one that leaves no row.
+    void FilterUnderADragKeepsWhatIsLeft() {
+        Shown shown;
+        Drag(shown, shown.PlaceOf(1), Qt::NoModifier, [&](const Move &aMove) {
+            aMove(shown.PlaceOf(5));
+            shown.List.ShowOnly({1, 6, 9});
+            aMove(shown.PlaceOf(1));
+            QCOMPARE(shown.Selected(), QStringLiteral("_2 _7"));
+            const QPoint place = shown.PlaceOf(2);
+            shown.List.ShowOnly({});
+            aMove(place);
+        });
+        QCOMPARE(shown.Selected() + shown.Current(), QString());
+    }
+
+    void RangeBeginsAnewWhereItsFirstRowIsGone() {
+        Shown shown;
+        shown.ClickRow(1);
+        shown.List.ShowOnly({4, 5, 6, 7});
+        shown.Key(Qt::Key_Down, Qt::ShiftModifier);
+        QCOMPARE(shown.Selected(), QStringLiteral("_5"));
+        shown.Key(Qt::Key_End, Qt::ShiftModifier);
+        QCOMPARE(shown.Selected(), QStringLiteral("_5 _6 _7 _8"));
+    }
+
     void RefillUnderADragEndsIt() {
         Shown shown;
         Drag(shown, shown.PlaceOf(0), Qt::NoModifier, [&](const Move &aMove) {

@@ -118,6 +118,43 @@ private slots:
         }
     }
 
+    /// On displays that have such a selection; it runs on one of X as well.
+    void MiddleButtonPastesTheSelection_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("present");
+        QTest::addColumn<QString>("selected");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("text") << "theNotes"
+                              << "[]"
+                              << "Иванов\r\nПетров\n"
+                              << "Иванов Петров[]";
+        QTest::newRow("date") << "theSignDate1"
+                              << "08.03.2019"
+                              << "2025-08-15"
+                              << "15.08.2025";
+        QTest::newRow("number") << "theDocNum1"
+                                << ""
+                                << "№ 12 345"
+                                << "12345";
+    }
+    void MiddleButtonPastesTheSelection() {
+        if (!QGuiApplication::clipboard()->supportsSelection())
+            QSKIP("the display has no selection to paste");
+        QFETCH(QString, name);
+        QFETCH(QString, present);
+        QFETCH(QString, selected);
+        QFETCH(QString, text);
+        OpenPanel panel;
+        auto *element = &panel.Get<QWidget>(name.toLatin1().constData());
+        auto *box = qobject_cast<QLineEdit *>(element);
+        if (!box) box = element->findChild<QLineEdit *>();
+        box->setText(present);
+        QGuiApplication::clipboard()->setText(selected, QClipboard::Selection);
+        QGuiApplication::clipboard()->setText(QStringLiteral("7"));
+        QTest::mouseClick(box, Qt::MiddleButton, {}, QPoint(1, box->height() / 2));
+        QCOMPARE(box->text(), text);
+    }
+
     void SelectedTextGivesWay() {
         OpenPanel panel;
         auto &box = panel.Get<QLineEdit>("theNotes");
