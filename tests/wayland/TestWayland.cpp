@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QScreen>
 #include <QTabBar>
 #include <QTemporaryDir>
@@ -183,12 +184,12 @@ private slots:
             QWidget *picker = nullptr;
             driver.Expect([&](QWidget &window) {
                 picker = &window;
+                const auto end = qScopeGuard([&] { window.close(); });
                 const QSize room = window.screen()->availableSize();
                 for (const QWidget *shown :
                      {static_cast<QWidget *>(&browser), &user.theWindow, picker})
                     QVERIFY2(shown->width() <= room.width() && shown->height() <= room.height(),
                              SizeOf(*shown));
-                window.close();
             });
             user.Press("theTaxpayerAdd");
             QVERIFY(picker);
