@@ -174,6 +174,22 @@ private slots:
         delete host;
     }
 
+    /// Nothing but the end of the editor ends the windows that stand on its dialog.
+    void EditorTakesItsWindowsAlong() {
+        Host host;
+        QVERIFY(QTest::qWaitForWindowActive(&host));
+        ModalDriver driver;
+        driver.Expect(Presses("theOK"));
+        driver.Expect([&](QWidget &box) {
+            host.theEditor.reset();
+            if (box.isVisible()) driver.Complain(QStringLiteral("still up"));
+            box.close();
+        });
+        QVERIFY(!ExecutesOn("doc")(host));
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY(host.isVisible());
+    }
+
     /// QCoreApplication::exit() and quit() end all loops, and leave their windows to us.
     void EndsWithTheApplication_data() {
         QTest::addColumn<Road>("road");
