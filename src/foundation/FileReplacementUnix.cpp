@@ -99,7 +99,9 @@ QByteArray LinkTarget(const QByteArray &aPath) {
     std::array<char, 4096> target;
     const ssize_t size = readlink(aPath.constData(), target.data(), target.size());
     if (size >= 0) return QByteArray(target.data(), size);
-    if (errno != EINVAL && errno != ENOENT && errno != ENOTDIR) RaiseSystem(theNotFound, errno);
+    // Of a folder that nobody gets into the caller speaks.
+    if (errno != EINVAL && errno != ENOENT && errno != ENOTDIR && errno != EACCES)
+        RaiseSystem(theNotFound, errno);
     return QByteArray();
 }
 

@@ -376,6 +376,25 @@ private slots:
         OldFileIsThereAlone(name);
     }
 
+    /// A folder whose list may be seen, but that nobody gets into.
+    void ClosedFolder() {
+        if (geteuid() != 0) QSKIP("needs a folder of another user");
+        const QString name = InFolder("a.txt");
+        WriteBytes(name, theOldBytes);
+        GiveToNobody(name);
+        const QByteArray folder = QFile::encodeName(theFolder->path());
+        QCOMPARE(chmod(folder.constData(), 0666), 0);
+        QString reason;
+        {
+            const AsNobody nobody;
+            reason = Saved(QStringLiteral("new"), name);
+        }
+        QCOMPARE(chmod(folder.constData(), 0755), 0);
+        QCOMPARE(reason,
+                 QStringLiteral("Нет прав на доступ к папке \"%1\".").arg(theFolder->path()));
+        OldFileIsThereAlone(name);
+    }
+
     /// A folder in which files may be made, but whose list may not be seen.
     void HiddenFolder() {
         const QString name = InFolder("a.txt");
