@@ -10,6 +10,9 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
+#include <QScrollBar>
+#include <QStyleOptionSlider>
+#include <QTabBar>
 #include <QWidget>
 
 namespace Vk_DocQuery {
@@ -143,12 +146,46 @@ bool ButtonsNeedEdges(const QPalette &aPalette) {
            Contrast(window, window.darker(theDarker)) < theSame;
 }
 
+/// Tabs and the handles of scroll bars are drawn as buttons are.
 bool NeedsEdges(const QWidget &aElement) {
-    return !qobject_cast<const QAbstractButton *>(&aElement) ||
-           ButtonsNeedEdges(aElement.palette());
+    const bool field =
+        qobject_cast<const QLineEdit *>(&aElement) || qobject_cast<const QComboBox *>(&aElement);
+    return field || ButtonsNeedEdges(aElement.palette());
+}
+
+/// The tab that is open is told from the others by the colour of text.
+void PaintTabEdges(QTabBar &aBar) {
+    QPainter painter(&aBar);
+    const QPalette &palette = aBar.palette();
+    for (int i = 0; i < aBar.count(); ++i)
+        PaintEdges(
+            painter, aBar, aBar.tabRect(i),
+            i == aBar.currentIndex() ? palette.color(QPalette::WindowText) : EdgeColour(palette));
+}
+
+void PaintHandleEdges(QScrollBar &aBar) {
+    QStyleOptionSlider option;
+    option.initFrom(&aBar);
+    option.subControls = QStyle::SC_All;
+    option.orientation = aBar.orientation();
+    option.minimum = aBar.minimum();
+    option.maximum = aBar.maximum();
+    option.sliderPosition = aBar.sliderPosition();
+    option.sliderValue = aBar.value();
+    option.singleStep = aBar.singleStep();
+    option.pageStep = aBar.pageStep();
+    option.upsideDown = aBar.invertedAppearance();
+    if (option.orientation == Qt::Horizontal) option.state |= QStyle::State_Horizontal;
+    QPainter painter(&aBar);
+    PaintEdges(painter, aBar,
+               aBar.style()->subControlRect(QStyle::CC_ScrollBar, &option,
+                                            QStyle::SC_ScrollBarSlider, &aBar),
+               EdgeColour(aBar.palette()));
 }
 
 void PaintFieldEdges(QWidget &aElement, bool aHasFocus) {
+    if (auto *tabs = qobject_cast<QTabBar *>(&aElement)) return PaintTabEdges(*tabs);
+    if (auto *bar = qobject_cast<QScrollBar *>(&aElement)) return PaintHandleEdges(*bar);
     QPainter painter(&aElement);
     const QPalette &palette = aElement.palette();
     PaintEdges(painter, aElement, aElement.rect(),
@@ -185,6 +222,9 @@ private:
             combo->installEventFilter(this);
         for (QPushButton *button : theWindow.findChildren<QPushButton *>())
             button->installEventFilter(this);
+        for (QTabBar *tabs : theWindow.findChildren<QTabBar *>()) tabs->installEventFilter(this);
+        for (QScrollBar *bar : theWindow.findChildren<QScrollBar *>())
+            bar->installEventFilter(this);
     }
 
     /// The field paints itself before its edges, so that the event is used up.

@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QShortcut>
 #include <QTabBar>
+#include <QWheelEvent>
 
 #include <Vk_DocQuery/Failure.h>
 
@@ -29,6 +30,8 @@ protected:
         return {QTabBar::tabSizeHint(aIndex).width(), height()};
     }
     QSize minimumTabSizeHint(int aIndex) const override { return tabSizeHint(aIndex); }
+    /// Who scrolls with the pointer on the tabs shall not find himself on another page.
+    void wheelEvent(QWheelEvent *aEvent) override { aEvent->ignore(); }
 };
 
 [[noreturn]] void RaiseNoTab(const QString &aKey) {

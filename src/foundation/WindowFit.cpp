@@ -1,10 +1,12 @@
 #include "foundation/WindowFit.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 
 #include <QApplication>
 #include <QEvent>
+#include <QRegion>
 #include <QStyle>
 #include <QWidget>
 #include <QWindow>
@@ -31,6 +33,14 @@ QMargins UsualFrame(const QWidget &aWindow) {
     return {edge, aWindow.style()->pixelMetric(QStyle::PM_TitleBarHeight) + edge, edge, edge};
 }
 
+constexpr std::chrono::milliseconds theSettlingTime{1000};
+
+QRegion AllScreens() {
+    QRegion all;
+    for (const QScreen *screen : QGuiApplication::screens()) all += screen->availableGeometry();
+    return all;
+}
+
 int Within(int aPlace, int aLow, int aHigh) {
     return std::max(aLow, std::min(aPlace, aHigh));
 }
@@ -50,7 +60,7 @@ bool WindowFit::eventFilter(QObject *aWatched, QEvent *aEvent) {
         case QEvent::Move:
         case QEvent::Resize:
         case QEvent::WindowActivate:
-            if (theFrameIsAwaited && !FrameAround(theWindow).isNull()) Settle();
+            Settle();
             break;
         default:
             break;
@@ -68,11 +78,16 @@ void WindowFit::ComeUp() {
     Fit();
 }
 
-/// The frame is there, and may be wider than was thought.
+/// The frame is there, and may be wider than was thought. A window manager that is slow tells the
+/// window's place a little later, and takes one that was asked for before as without a frame.
 void WindowFit::Settle() {
-    theFrameIsAwaited = false;
-    Fit();
-    MoveIn();
+    if (FrameAround(theWindow).isNull()) return;
+    if (theFrameIsAwaited) {
+        theFrameIsAwaited = false;
+        theSettling.setRemainingTime(theSettlingTime);
+        Fit();
+    }
+    if (!theSettling.hasExpired()) MoveIn();
 }
 
 void WindowFit::FollowScreen(QScreen *aScreen) {
@@ -83,16 +98,18 @@ void WindowFit::FollowScreen(QScreen *aScreen) {
         connect(theScreen, &QScreen::availableGeometryChanged, this, &WindowFit::ScreenChanged);
 }
 
-/// A window that fits is left where the user has put it, unless its title cannot be reached there.
+/// Whoever takes a window to another screen puts it where he wants it, and only its title has to be
+/// reached there. A screen that gets smaller or goes takes parts of a window out of sight.
 void WindowFit::ScreenChanged() {
-    FollowScreen(theWindow.screen());
+    QScreen *screen = theWindow.screen();
+    const bool taken = screen != theScreen && QGuiApplication::screens().contains(theScreen);
+    FollowScreen(screen);
     if (!theWindow.isVisible()) return;
-    const QRect title(theWindow.frameGeometry().topLeft(), QSize(theWindow.width(), 1));
-    const auto screens = QGuiApplication::screens();
-    const bool reached = std::ranges::any_of(screens, [&](const QScreen *screen) {
-        return screen->availableGeometry().intersects(title);
-    });
-    if (Fit() || !reached) MoveIn();
+    const bool fitted = Fit();
+    const QRect frame = theWindow.frameGeometry();
+    const QRect title(frame.topLeft(), QSize(frame.width(), 1));
+    const QRegion hidden = QRegion(taken ? title : frame) - AllScreens();
+    if (fitted || (taken ? hidden == QRegion(title) : !hidden.isEmpty())) MoveIn();
 }
 
 /// True if the window was too large.
@@ -114,7 +131,10 @@ bool WindowFit::Fit() {
 void WindowFit::MoveIn() {
     if (!theScreen || theWindow.isMaximized() || theWindow.isFullScreen()) return;
     const QRect place = theScreen->availableGeometry();
-    const QRect frame = QRect(theWindow.pos(), theWindow.size().grownBy(Frame()));
+    // Not by the widget's pos(), which may be as of an earlier frame.
+    const QMargins around = FrameAround(theWindow);
+    const QRect frame(theWindow.geometry().topLeft() - QPoint(around.left(), around.top()),
+                      theWindow.size().grownBy(Frame()));
     const QPoint in(Within(frame.x(), place.left(), place.right() + 1 - frame.width()),
                     Within(frame.y(), place.top(), place.bottom() + 1 - frame.height()));
     if (in != frame.topLeft()) theWindow.move(in);

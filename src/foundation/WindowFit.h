@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QMargins>
 #include <QObject>
 #include <QPointer>
@@ -38,6 +39,7 @@ private:
     QSize theLeast;
     QPointer<QScreen> theScreen;
     bool theFrameIsAwaited = false;
+    QDeadlineTimer theSettling;
 };
 
 }  // namespace Vk_DocQuery

@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QTabBar>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -15,6 +16,7 @@
 #include "controls/NumberBox.h"
 #include "controls/ScrollBox.h"
 #include "controls/Sheet.h"
+#include "controls/TabControl.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
@@ -255,6 +257,31 @@ private slots:
                 QVERIFY2((page.Scrolled() - before) * turn < 0, element->metaObject()->className());
                 QCOMPARE(page.Values(), values);
             }
+        }
+    }
+
+    void WheelOverTheTabsChangesNothing_data() {
+        QTest::addColumn<bool>("focused");
+        QTest::newRow("focused") << true;
+        QTest::newRow("not focused") << false;
+    }
+    void WheelOverTheTabsChangesNothing() {
+        QFETCH(bool, focused);
+        TabControl tabs;
+        for (const char *key : {"one", "two", "three"})
+            tabs.AddTab(QString::fromLatin1(key), QString::fromLatin1(key), new QLineEdit);
+        tabs.SetPagePlace(2, 24);
+        tabs.resize(300, 200);
+        tabs.show();
+        QVERIFY(QTest::qWaitForWindowActive(&tabs));
+        tabs.SetSelectedTab(QStringLiteral("two"));
+        if (focused) tabs.Bar()->setFocus();
+        for (const QPoint &turn : {QPoint(0, -120), QPoint(0, 120), QPoint(-120, 0)}) {
+            const QPoint place = tabs.Bar()->tabRect(0).center();
+            QWheelEvent wheel(place, tabs.Bar()->mapToGlobal(place), QPoint(), turn, Qt::NoButton,
+                              Qt::NoModifier, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(tabs.Bar(), &wheel);
+            QCOMPARE(tabs.SelectedTab(), QStringLiteral("two"));
         }
     }
 };

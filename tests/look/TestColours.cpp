@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QTabBar>
 #include <QTest>
 
@@ -14,6 +15,7 @@
 #include "controls/Colours.h"
 #include "controls/ComboBox.h"
 #include "controls/ListView.h"
+#include "controls/Sheet.h"
 #include "dialog/DocQueryOptionsFrm.h"
 #include "picker/ObjectTypes.h"
 #include "picker/SelectObjectsForm.h"
@@ -301,6 +303,44 @@ private slots:
             const QColor edge = image.pixelColor(place + QPoint(0, button->height() / 2));
             QVERIFY2(Contrast(edge, Qt::black) >= 3, name);
         }
+    }
+
+    void TabsAndHandlesHaveEdges_data() { ButtonsHaveEdges_data(); }
+    void TabsAndHandlesHaveEdges() {
+        QFETCH(QPalette, palette);
+        QApplication::setPalette(palette);
+        DocQueryOptionsFrm dialog;
+        dialog.SetRecord(nullptr);
+        dialog.resize(dialog.width(), 300);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        auto *tabs = dialog.findChild<QTabBar *>();
+        tabs->setCurrentIndex(1);
+        const QImage bar = tabs->grab().toImage();
+        for (int i = 0; i < tabs->count(); ++i) {
+            const QRect tab = tabs->tabRect(i);
+            const QColor edge = bar.pixelColor(tab.left(), tab.center().y());
+            QVERIFY(Contrast(edge, Qt::black) >= 3);
+            QCOMPARE(edge == palette.color(QPalette::WindowText), i == 1);
+        }
+        QScrollBar *scroll = nullptr;
+        for (const Sheet *sheet : dialog.findChildren<Sheet *>())
+            if (sheet->isVisible() && sheet->verticalScrollBar()->maximum() > 0)
+                scroll = sheet->verticalScrollBar();
+        QVERIFY(scroll);
+        const QImage handles[] = {scroll->grab().toImage(),
+                                  (scroll->setValue(scroll->maximum()), scroll->grab().toImage())};
+        // Under the button above and over the one below, where the handle ends.
+        const int button = scroll->width();
+        const int middle = scroll->width() / 2;
+        const auto ends = [&](const QImage &aImage, int aFrom, int aTo) {
+            for (int y = aFrom; y < aTo; ++y)
+                if (Contrast(aImage.pixelColor(middle, y), Qt::black) >= 3) return true;
+            return false;
+        };
+        QVERIFY(ends(handles[0], button - 2, button + 3));
+        QVERIFY(ends(handles[1], scroll->height() - button - 3, scroll->height() - button + 2));
+        QVERIFY(!ends(handles[1], button + 3, button + 6));
     }
 
     void TextsCanBeRead_data() { AddPalettes(); }

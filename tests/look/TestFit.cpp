@@ -5,10 +5,12 @@
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QProcess>
 #include <QRadioButton>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStandardPaths>
 #include <QTabBar>
 #include <QTest>
 #include <QWindow>
@@ -52,7 +54,11 @@ struct OpenWindow {
             Window->showMaximized();
         else
             Window->show();
-        if (!QTest::qWaitForWindowActive(Window.get())) qFatal("the window does not come up");
+        // Without a window manager nobody gives a second window the focus.
+        const bool up = QGuiApplication::platformName() == u"offscreen"
+                            ? QTest::qWaitForWindowActive(Window.get())
+                            : QTest::qWaitForWindowExposed(Window.get());
+        if (!up) qFatal("the window does not come up");
     }
     template <class Kind = QWidget>
     Kind &Get(const char *aName) const {
@@ -350,6 +356,80 @@ private slots:
     }
 };
 
+/// A display that gets smaller while a window is up, as when a projector is plugged in. Needs a
+/// server of its own: xrandr changes it.
+class TestShrinkingScreen : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() {
+        MemoryOffice::Install();
+        if (QStandardPaths::findExecutable(QStringLiteral("xrandr")).isEmpty())
+            QSKIP("there is no xrandr");
+    }
+    void cleanup() { SetScreen({1366, 768}); }
+
+    void WindowsFollow_data() {
+        QTest::addColumn<int>("which");
+        QTest::addColumn<QSize>("screen");
+        for (const auto &[name, which] :
+             {std::pair{"dialog", Which::Dialog}, std::pair{"picker", Which::Picker},
+              std::pair{"browser", Which::Browser}}) {
+            // On the one it has room and is only out of sight, for the other it is too large.
+            QTest::addRow("%s, moved in", name) << int(which) << QSize(1300, 760);
+            QTest::addRow("%s, made smaller", name) << int(which) << QSize(800, 480);
+        }
+    }
+    void WindowsFollow() {
+        QFETCH(int, which);
+        QFETCH(QSize, screen);
+        const OpenWindow open{Which(which)};
+        QWidget &window = *open.Window;
+        const QRect large = Available();
+        window.move(large.right() + 1 - window.width(), large.bottom() + 1 - window.height());
+        QTRY_COMPARE(window.frameGeometry().bottomRight(), large.bottomRight());
+        const QSize before = window.size();
+        SetScreen(screen);
+        QTRY_VERIFY2(IsOnScreen(window), qPrintable(Told(window.frameGeometry())));
+        QCOMPARE(window.size() == before, before.boundedTo(Available().size()) == before);
+        const QByteArray overlaps = Overlaps(window);
+        QVERIFY2(overlaps.isEmpty(), overlaps);
+    }
+
+    /// A window that is still seen whole stays where the user has put it.
+    void WindowsStay() {
+        const OpenWindow open{Which::Picker};
+        open.Window->move(37, 21);
+        QTRY_COMPARE(open.Window->pos(), QPoint(37, 21));
+        SetScreen({1300, 760});
+        QCOMPARE(open.Window->pos(), QPoint(37, 21));
+    }
+
+private:
+    static void SetScreen(QSize aSize) {
+        if (QGuiApplication::primaryScreen()->size() == aSize) return;
+        const QString name = QStringLiteral("%1x%2").arg(aSize.width()).arg(aSize.height());
+        const auto number = [](int aNumber) { return QString::number(aNumber); };
+        // The times of a mode mean nothing to a display in memory. The two fail for one that is
+        // there.
+        const int width = aSize.width(), height = aSize.height();
+        QProcess::execute(
+            QStringLiteral("xrandr"),
+            {QStringLiteral("--newmode"), name, QStringLiteral("60"), number(width),
+             number(width + 8), number(width + 16), number(width + 24), number(height),
+             number(height + 1), number(height + 2), number(height + 3)});
+        QProcess::execute(QStringLiteral("xrandr"),
+                          {QStringLiteral("--addmode"), QStringLiteral("screen"), name});
+        QCOMPARE(QProcess::execute(QStringLiteral("xrandr"),
+                                   {QStringLiteral("--output"), QStringLiteral("screen"),
+                                    QStringLiteral("--mode"), name}),
+                 0);
+        QTRY_COMPARE(QGuiApplication::primaryScreen()->size(), aSize);
+        QApplication::processEvents();
+    }
+};
+
 VK_TEST_CLASS(TestFit);
+VK_TEST_CLASS(TestShrinkingScreen);
 VK_TEST_CLASS(TestScreens);
 #include "TestFit.moc"
