@@ -116,10 +116,12 @@ struct WordsRow {
 };
 
 constexpr WordsRow theWordsRows[] = {
-    {u"pg_hba\\.conf|is not permitted to log in|вход запрещ[её]н", theNotAdmittedText},
+    // A password that was refused under encryption is tried once more without it, where pg_hba.conf
+    // may admit nobody.
     {u"authentication failed for user|no password supplied|empty password|role \"\" does not exist|"
      u"не прош[её]л проверку подлинности|роль \"\" не существует|пароль не",
      thePasswordText},
+    {u"pg_hba\\.conf|is not permitted to log in|вход запрещ[её]н", theNotAdmittedText},
     {u"database \"\" does not exist|база данных \"\" не существует", theMissingText},
     {u"permission denied for database|доступ к базе \"\" запрещ[её]н|privilege|привилеги",
      theForbiddenText},

@@ -6,6 +6,7 @@
 
 #include <Vk_Records/Database.h>
 
+#include "CompiledSql.h"
 #include "Insert.h"
 #include "Schema.h"
 

@@ -17,7 +17,4 @@ bool MakeOffice(Connection &aConnection, const std::function<void(Connection &)>
 /// Sees to it that an office can be used. Raises DatabaseTooNew, DatabaseDamaged.
 void CheckOffice(Connection &aConnection);
 
-/// The text of a compiled-in file, such as "sql/schema.sql".
-QString CompiledText(const QString &aName);
-
 }  // namespace Vk_Records

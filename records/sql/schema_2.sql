@@ -1,6 +1,7 @@
 -- The tables of an office. A line that ends with the name of a database is for that one alone; all others
 -- are taken by both alike. A statement ends with a semicolon at the end of a line. Dates without a value
 -- are open ends; flags are 0 or 1. An identity is what a query file can hold: 1 to 2147483647.
+-- SQLite would give one to whoever brings none, as no server does, but not without its own number of a row.
 
 CREATE TABLE vk_schema (
     version INTEGER NOT NULL
@@ -31,7 +32,7 @@ CREATE TABLE person (
     CHECK ((kind = 2 AND parent_id IS NOT NULL AND parent_kind = 1)
         OR (kind <> 2 AND parent_id IS NULL AND parent_kind IS NULL))
 ); -- PostgreSQL
-) STRICT; -- SQLite
+) STRICT, WITHOUT ROWID; -- SQLite
 
 CREATE INDEX person_by_name ON person (display_name, id);
 CREATE INDEX person_by_parent ON person (parent_id);
@@ -43,7 +44,7 @@ CREATE TABLE acc_stream_type (
     CHECK (length(name) <= 200),
     CHECK (length(icon_key) <= 50)
 ); -- PostgreSQL
-) STRICT; -- SQLite
+) STRICT, WITHOUT ROWID; -- SQLite
 
 CREATE TABLE acc_stream (
     id INTEGER NOT NULL PRIMARY KEY,
@@ -59,7 +60,7 @@ CREATE TABLE acc_stream (
     CHECK (length(office_codes) <= 200),
     CHECK (is_closed IN (0, 1))
 ); -- PostgreSQL
-) STRICT; -- SQLite
+) STRICT, WITHOUT ROWID; -- SQLite
 
 CREATE INDEX acc_stream_by_person ON acc_stream (person_id);
 CREATE INDEX acc_stream_by_name ON acc_stream (display_name, id);
@@ -76,7 +77,7 @@ CREATE TABLE templ_type (
     CHECK (is_excluded IN (0, 1)),
     CHECK (length(icon_key) <= 50)
 ); -- PostgreSQL
-) STRICT; -- SQLite
+) STRICT, WITHOUT ROWID; -- SQLite
 
 CREATE INDEX templ_type_by_name ON templ_type (short_name, id);
 
@@ -123,6 +124,6 @@ CREATE TABLE template (
     CHECK (length(display_name) <= 500),
     CHECK (length(icon_key) <= 50)
 ); -- PostgreSQL
-) STRICT; -- SQLite
+) STRICT, WITHOUT ROWID; -- SQLite
 
 CREATE INDEX template_by_type ON template (templ_type_id, beg_date);

@@ -10,3 +10,7 @@ for host in own_records sql_records; do
     mkdir -p "$work/files/$host"
     "$work/build/$host" "$work/files/$host"
 done
+# An office that the installed program makes is one that a host opens.
+made="sqlite:$work/files/made.db"
+"$prefix/bin/vk_make_office" --persons 50 --streams 20 --forms 5 "$made"
+"$work/build/sql_records" "$work/files/sql_records" "$made" | grep -E '^[1-9][0-9]* taxpayers$'

@@ -1,36 +1,16 @@
 #include <QFile>
-#include <QRegularExpression>
 #include <QTest>
 
 #include <Vk_DocQuery/Providers.h>
 #include <Vk_Records/Database.h>
 
-#include "OfficeFolder.h"
+#include "StoredOffice.h"
 #include "support/AsNobody.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
 using namespace VkTests;
 using Vk_Records::NewDatabase;
-
-namespace {
-
-const QStringList theTables = {
-    QStringLiteral("acc_stream"),
-    QStringLiteral("acc_stream_type"),
-    QStringLiteral("person"),
-    QStringLiteral("templ_type"),
-    QStringLiteral("templ_type_category"),
-    QStringLiteral("templ_type_name"),
-    QStringLiteral("templ_type_time"),
-    QStringLiteral("template"),
-};
-
-QString DataPath(const QString &aName) {
-    return QStringLiteral(VK_TEST_DATA "/offices/") + aName;
-}
-
-}  // namespace
 
 /// Databases that earlier versions have left, brought up to this one, and what the tables of this
 /// one refuse.
@@ -158,6 +138,15 @@ private slots:
         add("identity 0", "INSERT INTO person VALUES (0, 3, '', '', '', '', 0, NULL, NULL)");
         add("too large",
             "INSERT INTO person VALUES (2147483648, 3, '', '', '', '', 0, NULL, NULL)");
+        add("no identity", "INSERT INTO person VALUES (NULL, 3, '', '', '', '', 0, NULL, NULL)");
+        add("no identity left out",
+            "INSERT INTO person (kind, inn, kpp, display_name, owner_name, is_main) VALUES (3, '', "
+            "'', '', '', 0)");
+        add("kind of streams without one",
+            "INSERT INTO acc_stream_type VALUES (NULL, 'Прочее', 'acc_stream')");
+        add("stream without one", "INSERT INTO acc_stream VALUES (NULL, 1, 1, '', '', '', 0)");
+        add("form without one", "INSERT INTO templ_type VALUES (NULL, '', '', 0, '')");
+        add("version without one", "INSERT INTO template VALUES (NULL, 1, NULL, NULL, '', '')");
         add("stream", "INSERT INTO acc_stream VALUES (2147483648, 1, 1, '', '', '', 0)");
         add("form", "INSERT INTO templ_type VALUES (2147483648, '', '', 0, '')");
         add("version", "INSERT INTO template VALUES (2147483648, 1, NULL, NULL, '', '')");
@@ -191,86 +180,10 @@ private:
         return theFolder->Complaint().isEmpty();
     }
 
-    /// A database as the program of that version has left it.
-    QString Stored(int aVersion) {
-        QString address = theFolder->NewAddress();
-        const QString name = DataPath(QStringLiteral("office-%1.").arg(aVersion));
-        if (address.startsWith(QStringLiteral("sqlite"))) {
-            const QString path = theFolder->Shown(address);
-            if (!QFile::copy(name + QStringLiteral("db"), path)) qFatal("no copy");
-            QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-            return address;
-        }
-        QFile file(name + QStringLiteral("sql"));
-        if (!file.open(QIODevice::ReadOnly)) qFatal("no stored office");
-        theFolder->Tamper(address, {QString::fromUtf8(file.readAll())});
-        return address;
-    }
-
-    int Version(const QString &aAddress) const {
-        return theFolder->Tamper(aAddress, {QStringLiteral("SELECT version FROM vk_schema")})
-            .toInt();
-    }
-
-    /// All records; a name without a text counts as an empty one.
-    QString Contents(const QString &aAddress) const {
-        const bool isFile = aAddress.startsWith(QStringLiteral("sqlite"));
-        QString all;
-        for (const QString &table : theTables) {
-            const QString row = table == QStringLiteral("templ_type_name")
-                                    ? QStringLiteral(
-                                          "templ_type_id || '|' || name_order || '|' || "
-                                          "coalesce(full_name, '')")
-                                    : RowText(aAddress, table);
-            all +=
-                table + u'\n' +
-                theFolder
-                    ->Tamper(aAddress,
-                             {(isFile ? QStringLiteral("SELECT group_concat(r, '\n') FROM (SELECT "
-                                                       "%1 AS r FROM %2 ORDER BY 1)")
-                                      : QStringLiteral("SELECT string_agg(r, '\n') FROM (SELECT "
-                                                       "%1 AS r FROM %2 ORDER BY 1) AS rows"))
-                                  .arg(row, table)})
-                    .toString() +
-                u'\n';
-        }
-        return all;
-    }
-
-    QString RowText(const QString &aAddress, const QString &aTable) const {
-        if (!aAddress.startsWith(QStringLiteral("sqlite")))
-            return QStringLiteral("row_to_json(%1)::text").arg(aTable);
-        return theFolder
-            ->Tamper(aAddress,
-                     {QStringLiteral("SELECT group_concat('quote(' || name || ')', ' || ') FROM "
-                                     "pragma_table_info('%1')")
-                          .arg(aTable)})
-            .toString();
-    }
-
-    /// Tables, columns, checks, keys and indexes.
-    QString Shape(const QString &aAddress) const {
-        if (aAddress.startsWith(QStringLiteral("sqlite"))) {
-            return theFolder
-                ->Tamper(aAddress,
-                         {QStringLiteral("SELECT group_concat(replace(sql, '\"', ''), '\n') FROM "
-                                         "(SELECT sql FROM sqlite_master ORDER BY name)")})
-                .toString();
-        }
-        return theFolder
-            ->Tamper(
-                aAddress,
-                {QStringLiteral(
-                    "SELECT string_agg(line, '\n' ORDER BY line) FROM ("
-                    "SELECT table_name || ' ' || column_name || ' ' || data_type || ' ' || "
-                    "is_nullable || ' ' || ordinal_position AS line FROM "
-                    "information_schema.columns WHERE table_schema = 'public' "
-                    "UNION ALL SELECT conrelid::regclass || ' ' || pg_get_constraintdef(oid) FROM "
-                    "pg_constraint WHERE connamespace = 'public'::regnamespace "
-                    "UNION ALL SELECT indexdef FROM pg_indexes WHERE schemaname = 'public') AS "
-                    "lines")})
-            .toString();
-    }
+    QString Stored(int aVersion) { return StoredOffice(*theFolder, aVersion); }
+    int Version(const QString &aAddress) const { return VersionIn(*theFolder, aAddress); }
+    QString Contents(const QString &aAddress) const { return ContentsOf(*theFolder, aAddress); }
+    QString Shape(const QString &aAddress) const { return ShapeOf(*theFolder, aAddress); }
 
     OfficeFolders theFolders;
     OfficeFolder *theFolder = nullptr;

@@ -51,9 +51,24 @@ enum class NewDatabase {
 /// transaction: whoever opens it first must be allowed to change its tables. If a step fails, the
 /// office stays as it was and is refused. Added columns and indexes are kept.
 ///
+/// What follows "sqlite:" is the name of a file as the system knows it, without escapes. One that
+/// could be an address with a password in it, such as "host:word@place" or with "://", is refused;
+/// so is a path with "@" behind a colon, which would have to be shown in failures.
+///
+/// May be called on any thread, once the QCoreApplication is there, which finds the drivers. The
+/// office stays open until CloseDatabase or until another one has been opened; records that were
+/// read of it live on. A connection is closed at the end of its thread, or when the thread next
+/// asks after the office was closed. A file that is deleted, or another put in its place, while a
+/// thread is connected to it stays the file that this thread reads, as the system keeps it until
+/// then; a thread that connects later is told that it is gone, or reads the new one. After putting
+/// a file in its place, open it again.
+///
 /// New tables are made and filled in one transaction, all or none; whoever opens the same database
 /// meanwhile waits for it. Nothing is ever removed: a file that could not be filled stays, empty.
-/// Raises Vk_DocQuery::Failure; an office that was open before then stays open.
+/// Raises Vk_DocQuery::Failure with one of the numbers above: DatabaseAddressBad, DatabaseEmpty,
+/// DatabaseForeign, DatabaseTooNew, DatabaseDamaged, DatabaseUnreachable, DatabaseBusy,
+/// DatabaseFull, DatabaseDiskFailed, DatabaseConnectionLost or DatabaseQueryFailed. An office that
+/// was open before then stays open, with its classes.
 ///
 /// No wait for a lock is longer than 5 seconds, nor is one for a server that does not answer the
 /// call, counted for each of its addresses, or that can no longer be reached. A server that can be

@@ -1,6 +1,6 @@
 // A host that takes the records from a database.
-// sql_records FOLDER: exit code 0 if the database is made and a record with a person of it is
-// saved.
+// sql_records FOLDER [DATABASE]: exit code 0 if the database is made, or the one that was named is
+// opened, and a record with a person of it is saved.
 #include <cstdio>
 
 #include <Vk_DocQuery/ClassRegistry.h>
@@ -12,10 +12,13 @@
 using namespace Vk_DocQuery;
 
 int main(int aCount, char **aArguments) try {
-    if (aCount != 2) return 1;
+    if (aCount != 2 && aCount != 3) return 1;
     const QString folder = QString::fromUtf8(aArguments[1]);
-    Vk_Records::OpenDatabase(QStringLiteral("sqlite:") + folder + QStringLiteral("/office.db"),
-                             Vk_Records::NewDatabase::WithSampleOffice);
+    if (aCount == 3)
+        Vk_Records::OpenDatabase(QString::fromUtf8(aArguments[2]));
+    else
+        Vk_Records::OpenDatabase(QStringLiteral("sqlite:") + folder + QStringLiteral("/office.db"),
+                                 Vk_Records::NewDatabase::WithSampleOffice);
 
     auto queries = std::dynamic_pointer_cast<PersonQueries>(
         ClassRegistry::Create(QStringLiteral("Vk_DBProvider.PersonQueries")));
