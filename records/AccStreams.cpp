@@ -1,6 +1,7 @@
 #include "AccStreams.h"
 
 #include "OneRecord.h"
+#include "RussianOrder.h"
 
 namespace Vk_Records {
 
@@ -11,7 +12,7 @@ namespace {
     "CASE WHEN s.is_closed = 1 THEN 'acc_stream_closed' ELSE t.icon_key END " \
     "FROM acc_stream s JOIN acc_stream_type t ON t.id = s.type_id "
 
-constexpr char theAllStreamsSql[] = VK_STREAM_SELECT "ORDER BY s.display_name, s.id";
+constexpr char theAllStreamsSql[] = VK_STREAM_SELECT "ORDER BY s.id";
 constexpr char theOneStreamSql[] = VK_STREAM_SELECT "WHERE s.id = ?";
 
 std::shared_ptr<PersonRecord> OnePerson(double aID) {
@@ -42,6 +43,7 @@ std::shared_ptr<Vk_DocQuery::RecordCollection> AllAccStreams(Connection &aConnec
     persons.Read(theTaxpayersSql, nullptr);
     persons.LinkParents();
     auto streams = std::make_shared<Vk_DocQuery::RecordCollection>();
+    InRussianOrder ordered;
     std::vector<std::shared_ptr<AccStreamRecord>> strays;
     QSqlQuery &query = aConnection.Prepared(theAllStreamsSql);
     aConnection.Execute(query);
@@ -50,8 +52,9 @@ std::shared_ptr<Vk_DocQuery::RecordCollection> AllAccStreams(Connection &aConnec
         stream->Read(row);
         stream->thePerson = persons.Find(static_cast<qint64>(stream->thePersonID));
         if (!stream->thePerson) strays.push_back(stream);
-        streams->Add(stream, Vk_DocQuery::ObjectKey(stream->theID));
+        ordered.Take(stream->theName, stream);
     });
+    ordered.MoveTo(*streams);
     // Owners whose first stream was entered between the two requests.
     for (const auto &stream : strays) stream->thePerson = OnePerson(stream->thePersonID);
     return streams;

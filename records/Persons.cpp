@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "OneRecord.h"
+#include "RussianOrder.h"
 
 namespace Vk_Records {
 
@@ -10,11 +11,10 @@ namespace Vk_Records {
 #p ".id, " #p ".kind, " #p ".inn, " #p ".kpp, " #p ".display_name, " #p ".owner_name, " #p \
        ".is_main, " #p ".parent_id"
 
-constexpr char theAllPersonsSql[] =
-    "SELECT " VK_PERSON_COLUMNS(p) " FROM person p ORDER BY p.display_name, p.id";
+constexpr char theAllPersonsSql[] = "SELECT " VK_PERSON_COLUMNS(p) " FROM person p ORDER BY p.id";
 constexpr char theTaxpayersSql[] =
     "SELECT " VK_PERSON_COLUMNS(p) " FROM person p WHERE EXISTS "
-    "(SELECT 1 FROM acc_stream s WHERE s.person_id = p.id) ORDER BY p.display_name, p.id";
+    "(SELECT 1 FROM acc_stream s WHERE s.person_id = p.id) ORDER BY p.id";
 
 namespace {
 
@@ -76,15 +76,16 @@ void PersonRecord::Read(const QSqlQuery &aRow, int aFirst) {
 void PersonLoad::Read(const char *aSql, Vk_DocQuery::RecordCollection *rPersons) {
     QSqlQuery &query = theConnection.Prepared(aSql);
     theConnection.Execute(query);
+    InRussianOrder ordered;
     theConnection.ForEachRow(query, [&](const QSqlQuery &row) {
         auto person = std::make_shared<PersonRecord>();
         person->Read(row);
         if (person->IsBranch()) theBranches.push_back(person);
-        if (rPersons)
-            rPersons->Add(person, Vk_DocQuery::ObjectKey(static_cast<double>(person->theID)));
+        if (rPersons) ordered.Take(person->theName, person);
         const qint64 id = person->theID;
         theByID.emplace_back(id, std::move(person));
     });
+    if (rPersons) ordered.MoveTo(*rPersons);
 }
 
 void PersonLoad::Sort() {

@@ -1,11 +1,11 @@
 #include "Templates.h"
 
 #include "OneRecord.h"
+#include "RussianOrder.h"
 
 namespace Vk_Records {
 
 using Vk_DocQuery::LooseValue;
-using Vk_DocQuery::ObjectKey;
 using Vk_DocQuery::RecordCollection;
 
 namespace {
@@ -22,11 +22,11 @@ constexpr int theVersionColumns = 5;
 const QString theVersionsSql =
     QStringLiteral("SELECT " VK_VERSION_COLUMNS ", " VK_TYPE_COLUMNS
                    " FROM template v JOIN templ_type c ON c.id = v.templ_type_id %1"
-                   " ORDER BY c.short_name, c.id, v.beg_date DESC, v.id DESC");
+                   " ORDER BY c.id, v.beg_date IS NULL, v.beg_date DESC, v.id DESC");
 const QString theTypesSql = QStringLiteral(
     "SELECT " VK_TYPE_COLUMNS
     " FROM templ_type c WHERE EXISTS (SELECT 1 FROM template v WHERE v.templ_type_id = c.id %1)"
-    " ORDER BY c.short_name, c.id");
+    " ORDER BY c.id");
 
 LooseValue DateOrEmpty(const QVariant &aValue) {
     const QDate date = aValue.toDate();
@@ -92,6 +92,7 @@ std::shared_ptr<RecordCollection> Versions(Connection &aConnection, QDate aFrom,
     const Window window(aFrom, aTo);
     if (window.HasNoDay) return versions;
     QHash<double, std::shared_ptr<TemplTypeRecord>> types;
+    InRussianOrder ordered;
     QSqlQuery query =
         aConnection.Run(theVersionsSql.arg(window.After(QStringLiteral("WHERE "))), window.Values);
     aConnection.ForEachRow(query, [&](const QSqlQuery &row) {
@@ -103,8 +104,9 @@ std::shared_ptr<RecordCollection> Versions(Connection &aConnection, QDate aFrom,
             type->Read(row, theVersionColumns);
         }
         version->theType = type;
-        versions->Add(version, ObjectKey(version->theID));
+        ordered.Take(type->ShortName(), version);
     });
+    ordered.MoveTo(*versions);
     return versions;
 }
 
@@ -112,13 +114,15 @@ std::shared_ptr<RecordCollection> TemplTypes(Connection &aConnection, QDate aFro
     auto types = std::make_shared<RecordCollection>();
     const Window window(aFrom, aTo);
     if (window.HasNoDay) return types;
+    InRussianOrder ordered;
     QSqlQuery query =
         aConnection.Run(theTypesSql.arg(window.After(QStringLiteral("AND "))), window.Values);
     aConnection.ForEachRow(query, [&](const QSqlQuery &row) {
         auto type = std::make_shared<TemplTypeRecord>();
         type->Read(row);
-        types->Add(type, ObjectKey(type->ID()));
+        ordered.Take(type->ShortName(), type);
     });
+    ordered.MoveTo(*types);
     return types;
 }
 

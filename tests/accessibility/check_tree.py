@@ -306,15 +306,16 @@ def check_picker(dialog):
 
 
 def check_sorting(picker, tree):
-    """A press on a header sorts up, the next one down, and the third gives the first order back."""
+    """A press on a header sorts up, the next one down, and the third gives the first order back. The offer comes by
+    name, so that another column shows the three."""
     offered = [row.name for row in rows_of(tree)]
-    header = one(picker, "table column header", "Наименование/ФИО")
+    header = one(picker, "table column header", "ИНН")
     orders = []
     for _ in range(3):
         before = [row.name for row in rows_of(tree)]
         act(header, "Press")
         orders.append(until("another order", lambda: (now := [r.name for r in rows_of(tree)]) != before and now))
-        header = one(picker, "table column header", "Наименование/ФИО")
+        header = one(picker, "table column header", "ИНН")
     if len(set(map(tuple, orders))) != 3 or orders[2] != offered or any(sorted(o) != sorted(offered) for o in orders):
         fault("pressing a header does not sort up, down and back")
 
