@@ -34,6 +34,11 @@ struct Plan {
 
 thread_local constinit Plan thePlan;
 
+}  // namespace
+
+#ifndef __SANITIZE_ADDRESS__  // which has an allocator of its own
+namespace {
+
 bool Fails() {
     if (thePlan.Left < 0) return false;
     if (thePlan.Left > 0) {
@@ -48,7 +53,6 @@ bool Fails() {
 
 }  // namespace
 
-#ifndef __SANITIZE_ADDRESS__
 extern "C" {
 void *malloc(std::size_t aSize) {
     return Fails() ? nullptr : __libc_malloc(aSize);
