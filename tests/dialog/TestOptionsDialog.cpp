@@ -44,6 +44,9 @@ void *operator new(std::size_t aSize) {
     if (void *memory = std::malloc(std::max<std::size_t>(aSize, 1))) return memory;
     throw std::bad_alloc();
 }
+void *operator new(std::size_t aSize, const std::nothrow_t & /*aTag*/) noexcept {
+    return std::malloc(std::max<std::size_t>(aSize, 1));
+}
 void operator delete(void *aMemory) noexcept {
     std::free(aMemory);
 }

@@ -381,7 +381,9 @@ private slots:
                 char byte = 0;
                 ::close(gate[1]);
                 if (::read(gate[0], &byte, 1) != 0) _exit(1);  // all begin at once
-                _exit(Saved(theName, QString(10000, QLatin1Char(letter))).isEmpty() ? 0 : 1);
+                const QString refusal = Saved(theName, QString(10000, QLatin1Char(letter)));
+                if (!refusal.isEmpty()) qWarning() << refusal;
+                _exit(refusal.isEmpty() ? 0 : 1);
             }
             ::close(gate[0]);
             ::close(gate[1]);
