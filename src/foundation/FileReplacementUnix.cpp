@@ -337,12 +337,17 @@ public:
 
     /// Puts it in the place of the old file. They change their names, where the system can do that:
     /// as long as the disk has not confirmed the new one, the old one is there to be put back.
-    void Replace(const std::optional<FileRights> &aOld) {
+    /// False if another save has taken the new file away, which it saw under a name that stood for
+    /// a leftover a moment before.
+    bool Replace(const std::optional<FileRights> &aOld) {
         const bool isKept = aOld && HasExchanged();
         if (isKept) HoldOld();
         if (!isKept &&
-            renameat(theFolder, theTemporary.constData(), theFolder, theName.constData()) != 0)
-            RaiseNotReplaced(errno);
+            renameat(theFolder, theTemporary.constData(), theFolder, theName.constData()) != 0) {
+            const int code = errno;
+            if (code == ENOENT && IsTakenAway()) return false;
+            RaiseNotReplaced(code);
+        }
         const int code = theFolder.Sync(theLock);
         if (code != 0) {
             if (!IsUndone(aOld.has_value(), isKept)) RaiseNotConfirmed(code);
@@ -350,9 +355,17 @@ public:
         }
         if (isKept) RemoveOld();
         theTemporary.clear();
+        return true;
     }
 
 private:
+    bool IsTakenAway() {
+        struct stat stat {};
+        if (fstat(theLock, &stat) != 0 || stat.st_nlink > 0) return false;
+        theTemporary.clear();
+        return true;
+    }
+
     /// Whether the file is locked and has not been taken away before that.
     bool Lock() {
         theLock = Handle(fcntl(theFile, F_DUPFD_CLOEXEC, 0));
@@ -437,6 +450,23 @@ private:
     QByteArray theTemporary;  // the name that it has; made before, since memory may be gone then
 };
 
+/// One try; false if another save was in its way.
+bool HasReplaced(const Folder &aFolder, const Place &aPlace, const std::optional<FileRights> &aOld,
+                 const QByteArray &aBytes) {
+    const mode_t mode = aOld ? 0600 : 0666;  // of a file that was, the right one follows
+    for (const bool isUnnamed : {true, false}) {
+        NewFile file(aFolder, aPlace.Name);
+        if (isUnnamed && !file.OpenUnnamed(mode)) continue;
+        if (!isUnnamed) file.OpenNamed(mode);
+        file.Write(aBytes);
+        if (aOld) file.TakeOver(*aOld);
+        file.Finish();
+        if (!file.Name()) continue;
+        return file.Replace(aOld);
+    }
+    return false;
+}
+
 }  // namespace
 
 void ReplaceFile(const QString &aFileName, const QByteArray &aBytes) {
@@ -444,18 +474,10 @@ void ReplaceFile(const QString &aFileName, const QByteArray &aBytes) {
     const std::optional<FileRights> old = OldFile(place);
     const Folder folder(place.Folder);
     ClearLeftovers(folder, place.Name);
-    const mode_t mode = old ? 0600 : 0666;  // of a file that was, the right one follows
-    for (const bool isUnnamed : {true, false}) {
-        NewFile file(folder, place.Name);
-        if (isUnnamed && !file.OpenUnnamed(mode)) continue;
-        if (!isUnnamed) file.OpenNamed(mode);
-        file.Write(aBytes);
-        if (old) file.TakeOver(*old);
-        file.Finish();
-        if (!file.Name()) continue;
-        file.Replace(old);
-        return;
+    for (int attempt = 0; attempt < theMostSaves; ++attempt) {
+        if (HasReplaced(folder, place, old, aBytes)) return;
     }
+    RaiseSystem(theNotReplaced, EBUSY);
 }
 
 }  // namespace Vk_DocQuery
