@@ -116,8 +116,7 @@ void Connection::OpenFile(MissingFile aMissing) {
         QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1").arg(theLockWaitMs));
     if (!theDatabase.open()) RaiseRefusal(theDatabase.lastError());
     Run(QStringLiteral("PRAGMA foreign_keys = ON"));
-    // In KiB. Reading a large list in the order of its names asks for the same pages again and
-    // again.
+    // In KiB. Who looks many identities up comes back to the same pages again and again.
     Run(QStringLiteral("PRAGMA cache_size = -65536"));
 }
 

@@ -45,24 +45,23 @@ void RebuildTable(Connection &aConnection, const QString &aName, QString aCreate
 }
 
 [[noreturn]] void RaiseUnfit(const Connection &aConnection, const QString &aDetail) {
-    RaiseDatabaseFailure(DatabaseQueryFailed,
-                         QStringLiteral("База данных \"%1\" сделана прежней версией программы, и "
-                                        "в ней есть записи, "
-                                        "которых новая версия не принимает. База осталась как "
-                                        "была. Обратитесь к "
-                                        "администратору.\r\nСообщение базы данных: %2")
-                             .arg(aConnection.Where().Shown, aDetail));
+    RaiseDatabaseFailure(
+        DatabaseQueryFailed,
+        QStringLiteral("База данных \"%1\" сделана прежней версией программы, и в ней "
+                       "есть записи, которых новая версия не принимает. База "
+                       "осталась как была. Обратитесь к администратору.\r\n"
+                       "Сообщение базы данных: %2")
+            .arg(aConnection.Where().Shown, aDetail));
 }
 
 /// SQLite gives an existing table no checks: tables are copied.
 void RebuildTables(Connection &aConnection) {
     const QStringList added =
         Texts(aConnection,
-              QStringLiteral("SELECT sql FROM sqlite_master WHERE type IN ('index', "
-                             "'trigger') AND sql IS NOT NULL AND name NOT IN "
-                             "('person_by_name', 'person_by_parent', 'acc_stream_by_person', "
-                             "'acc_stream_by_name', 'templ_type_by_name', "
-                             "'template_by_type')"));
+              QStringLiteral("SELECT sql FROM sqlite_master WHERE type IN ('index', 'trigger') AND "
+                             "sql IS NOT NULL AND name NOT IN ('person_by_name', "
+                             "'person_by_parent', 'acc_stream_by_person', 'acc_stream_by_name', "
+                             "'templ_type_by_name', 'template_by_type')"));
     aConnection.Run(
         QStringLiteral("UPDATE templ_type_name SET full_name = '' WHERE full_name IS NULL"));
     static const QRegularExpression create(QStringLiteral("^CREATE TABLE (\\w+)"));
@@ -85,6 +84,22 @@ void ToVersion2(Connection &aConnection) {
                                  : RebuildTables(aConnection);
 }
 
+/// Names are put in order after they were read: their indexes only slow down whoever writes.
+void ToVersion3(Connection &aConnection) {
+    const QStringList indexes = Texts(
+        aConnection,
+        aConnection.Where().IsServer
+            ? QStringLiteral(
+                  "SELECT i.indexrelid::regclass::text FROM pg_index i "
+                  "JOIN pg_class c ON c.oid = i.indexrelid WHERE (i.indrelid, c.relname) "
+                  "IN (('person'::regclass, 'person_by_name'), "
+                  "('acc_stream'::regclass, 'acc_stream_by_name'), "
+                  "('templ_type'::regclass, 'templ_type_by_name'))")
+            : QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'index' AND name IN "
+                             "('person_by_name', 'acc_stream_by_name', 'templ_type_by_name')"));
+    for (const QString &index : indexes) aConnection.Run(QStringLiteral("DROP INDEX ") + index);
+}
+
 /// What brings a database to a version from the one before, in the transaction of the caller.
 struct Step {
     int Version;
@@ -93,6 +108,7 @@ struct Step {
 
 constexpr Step theSteps[] = {
     {2, ToVersion2},
+    {3, ToVersion3},
 };
 const int theVersion = std::rbegin(theSteps)->Version;
 
@@ -134,11 +150,9 @@ void TakeStep(Connection &aConnection, const Step &aStep) {
     if (aFailure.Number() == DatabaseQueryFailed) RaiseUnfit(aConnection, detail);
     if (aFailure.Number() != DatabaseUnreachable) throw aFailure;
     RaiseDatabaseFailure(DatabaseUnreachable,
-                         QStringLiteral("База данных \"%1\" сделана прежней "
-                                        "версией программы. Попросите того, кто "
-                                        "вправе менять ее таблицы, один раз "
-                                        "открыть ее этой версией.\r\nСообщение "
-                                        "базы данных: %2")
+                         QStringLiteral("База данных \"%1\" сделана прежней версией программы. "
+                                        "Попросите того, кто вправе менять ее таблицы, один раз "
+                                        "открыть ее этой версией.\r\nСообщение базы данных: %2")
                              .arg(aConnection.Where().Shown, detail));
 }
 

@@ -14,25 +14,20 @@ namespace {
 
 enum class Holds { Nothing, Office, OtherTables, WhatIsForbidden };
 
-/// The tables of a server count where a request sees them; new ones would come
-/// into the first schema of the path. One that may not be used hides what it
-/// holds.
+/// The tables of a server count where a request sees them; new ones would come into the first
+/// schema of the path. One that may not be used hides what it holds.
 constexpr char theServerHoldsSql[] =
     "SELECT CASE WHEN to_regclass('vk_schema') IS NOT NULL THEN 1 "
     "WHEN current_schema() IS NULL OR EXISTS (SELECT 1 FROM pg_class c "
-    "JOIN pg_namespace n ON n.oid = c.relnamespace WHERE c.relname = "
-    "'vk_schema' "
+    "JOIN pg_namespace n ON n.oid = c.relnamespace WHERE c.relname = 'vk_schema' "
     "AND NOT has_schema_privilege(n.oid, 'USAGE') AND n.nspname::text IN "
     "(SELECT CASE name WHEN '$user' THEN current_user::text ELSE name END FROM "
     "(SELECT btrim(part, ' \"') AS name FROM "
-    "unnest(string_to_array(current_setting('search_path'), ',')) part) "
-    "names)) THEN 3 "
-    "WHEN EXISTS (SELECT 1 FROM pg_tables WHERE schemaname = current_schema()) "
-    "THEN 2 "
+    "unnest(string_to_array(current_setting('search_path'), ',')) part) names)) THEN 3 "
+    "WHEN EXISTS (SELECT 1 FROM pg_tables WHERE schemaname = current_schema()) THEN 2 "
     "ELSE 0 END";
 constexpr char theFileHoldsSql[] =
-    "SELECT CASE WHEN count(*) = 0 THEN 0 WHEN sum(lower(name) = 'vk_schema') "
-    "> 0 THEN 1 "
+    "SELECT CASE WHEN count(*) = 0 THEN 0 WHEN sum(lower(name) = 'vk_schema') > 0 THEN 1 "
     "ELSE 2 END FROM sqlite_master WHERE type = 'table'";
 
 /// Raises what is wrong with a file that is no database.
@@ -52,17 +47,14 @@ struct Table {
 
 /// What requests read.
 constexpr Table theTables[] = {
-    {u"person",
-     u"id, kind, inn, kpp, display_name, owner_name, is_main, "
-     u"parent_id, parent_kind"},
+    {u"person", u"id, kind, inn, kpp, display_name, owner_name, is_main, parent_id, parent_kind"},
     {u"acc_stream_type", u"id, name, icon_key"},
     {u"acc_stream", u"id, person_id, type_id, display_name, kpp, office_codes, is_closed"},
     {u"templ_type", u"id, knd, short_name, is_excluded, icon_key"},
     {u"templ_type_name", u"templ_type_id, name_order, full_name"},
     {u"templ_type_time", u"templ_type_id, the_year, month_id"},
     {u"templ_type_category",
-     u"templ_type_id, category_id, stream_type, "
-     u"allowed_for_main, allowed_for_branch"},
+     u"templ_type_id, category_id, stream_type, allowed_for_main, allowed_for_branch"},
     {u"template", u"id, templ_type_id, beg_date, end_date, display_name, icon_key"},
 };
 
@@ -70,19 +62,19 @@ QStringList TableNames(Connection &aConnection) {
     QStringList names;
     QSqlQuery query = aConnection.Run(
         aConnection.Where().IsServer
-            ? QStringLiteral("SELECT relname FROM pg_class WHERE "
-                             "pg_table_is_visible(oid) AND "
+            ? QStringLiteral("SELECT relname FROM pg_class WHERE pg_table_is_visible(oid) AND "
                              "relkind IN ('r', 'p', 'v', 'm', 'f')")
-            : QStringLiteral("SELECT lower(name) FROM sqlite_master WHERE type IN ('table', "
-                             "'view')"));
+            : QStringLiteral(
+                  "SELECT lower(name) FROM sqlite_master WHERE type IN ('table', 'view')"));
     aConnection.ForEachRow(query, [&](const QSqlQuery &row) { names << row.value(0).toString(); });
     return names;
 }
 
 [[noreturn]] void RaiseDamaged(Connection &aConnection, const QString &aReason) {
-    RaiseDatabaseFailure(DatabaseDamaged, QStringLiteral("База данных \"%1\" повреждена: %2. "
-                                                         "Восстановите ее из резервной копии.")
-                                              .arg(aConnection.Where().Shown, aReason));
+    RaiseDatabaseFailure(
+        DatabaseDamaged,
+        QStringLiteral("База данных \"%1\" повреждена: %2. Восстановите ее из резервной копии.")
+            .arg(aConnection.Where().Shown, aReason));
 }
 
 void CheckTables(Connection &aConnection) {
@@ -113,9 +105,8 @@ void CheckVersion(Connection &aConnection) {
     if (version > OwnVersion()) {
         RaiseDatabaseFailure(
             DatabaseTooNew,
-            QStringLiteral("База данных \"%1\" создана более новой версией программы "
-                           "(версия базы %2, программа понимает версию %3). Обновите "
-                           "программу.")
+            QStringLiteral("База данных \"%1\" создана более новой версией программы (версия базы "
+                           "%2, программа понимает версию %3). Обновите программу.")
                 .arg(shown, QString::number(version), QString::number(OwnVersion())));
     }
     if (version < 1) RaiseDamaged(aConnection, QStringLiteral("в ней нет номера версии"));

@@ -17,6 +17,8 @@ using Vk_Records::NewDatabase;
 class TestMigration : public QObject {
     Q_OBJECT
 
+    static constexpr int theVersion = 3;
+
 private slots:
     void cleanup() { Vk_Records::CloseDatabase(); }
 
@@ -27,7 +29,7 @@ private slots:
         const QString before = Contents(address);
         Vk_Records::OpenDatabase(address);
         QCOMPARE(Contents(address), before);
-        QCOMPARE(Version(address), 2);
+        QCOMPARE(Version(address), theVersion);
         const auto persons =
             Made<PersonQueries>(u"Vk_DBProvider.PersonQueries")->GetPersons(QString(), 0);
         QCOMPARE(persons->Count(), 12);
@@ -46,7 +48,7 @@ private slots:
         Vk_Records::OpenDatabase(fresh, NewDatabase::Empty);
         const QString expected = Shape(fresh);
         QVERIFY(expected.size() > 2000);
-        for (int version = 1; version <= 2; ++version) {
+        for (int version = 1; version <= theVersion; ++version) {
             const QString address = Stored(version);
             Vk_Records::OpenDatabase(address);
             QCOMPARE(Shape(address), expected);
@@ -78,7 +80,7 @@ private slots:
         theFolder->Tamper(address,
                           {QStringLiteral("UPDATE template SET id = 9 WHERE id = 3000000000")});
         Vk_Records::OpenDatabase(address);
-        QCOMPARE(Version(address), 2);
+        QCOMPARE(Version(address), theVersion);
     }
 
     void WhatSomebodyAddedStays() {
@@ -105,6 +107,41 @@ private slots:
                      .toInt(),
                  1);
         QVERIFY(!theFolder->Accepts(address, QStringLiteral("DELETE FROM person WHERE id = 3")));
+    }
+
+    /// Nobody reads in the order of a name; an index of that name on another table is none of ours.
+    void NamesHaveNoIndex_data() { OfficeFolders::AddKinds(); }
+    void NamesHaveNoIndex() {
+        if (!Take()) QSKIP(qUtf8Printable(theFolder->Complaint()));
+        const QString address = Stored(2);
+        const QStringList others =
+            theIsServer ? QStringList{QStringLiteral("DROP INDEX person_by_name"),
+                                      QStringLiteral("CREATE SCHEMA other"),
+                                      QStringLiteral("CREATE TABLE other.album (name TEXT)"),
+                                      QStringLiteral("CREATE INDEX person_by_name ON other.album "
+                                                     "(name)"),
+                                      QStringLiteral("ALTER DATABASE %1 SET search_path = public, "
+                                                     "other")
+                                          .arg(theFolder->Shown(address).section(u'/', -1))}
+                        : QStringList{};
+        theFolder->Tamper(address, others);
+        Vk_Records::OpenDatabase(address);
+        const QString names =
+            QStringLiteral("person_by_name acc_stream_by_name templ_type_by_name");
+        const QString found =
+            theIsServer
+                ? QStringLiteral(
+                      "SELECT count(*) FROM pg_indexes WHERE schemaname = '%1' AND "
+                      "indexname = ANY (string_to_array('%2', ' '))")
+                : QStringLiteral(
+                      "SELECT count(*) FROM sqlite_master WHERE '%1' <> '' AND type = 'index' AND "
+                      "instr('%2', name) > 0");
+        const auto count = [&](const char *aSchema) {
+            return theFolder->Tamper(address, {found.arg(QString::fromLatin1(aSchema), names)})
+                .toInt();
+        };
+        QCOMPARE(count("public"), 0);
+        if (theIsServer) QCOMPARE(count("other"), 1);
     }
 
     void FileThatCanOnlyBeRead() {
@@ -168,7 +205,7 @@ private slots:
         theFolder = &theFolders.Of(kind);
         if (!theFolder->Complaint().isEmpty()) QSKIP(qUtf8Printable(theFolder->Complaint()));
         QString &address = theBroughtUp[kind];
-        if (address.isEmpty()) address = Stored(2);
+        if (address.isEmpty()) address = Stored(theVersion);
         QCOMPARE(theFolder->Accepts(address, statement), isTaken);
     }
 

@@ -89,7 +89,7 @@ private slots:
                  {u"INSERT INTO person VALUES (%1, 3, '', '', %2, '', 0, NULL, NULL)",
                   u"INSERT INTO acc_stream VALUES (%1, %1, 1, %2, '', '', 0)",
                   u"INSERT INTO templ_type VALUES (%1, '', %2, 0, '')",
-                  u"INSERT INTO template VALUES (%1, %1, NULL, NULL, '', '')"})
+                  u"INSERT INTO template VALUES (%1, %1, NULL, NULL, %2, '')"})
                 statements << QString::fromUtf16(statement).arg(QString::number(id), Quoted(name));
         }
         folder.Tamper(address, statements);
