@@ -64,7 +64,8 @@ private slots:
         QFETCH(QString, proc);
         Fail(member, from);
         ModalDriver driver;
-        driver.ExpectBox(theTitle, Chain({QStringLiteral("Execute"), proc}, theRest), theOk);
+        driver.ExpectBox(QMessageBox::Critical, theTitle,
+                         Chain({QStringLiteral("Execute"), proc}, theRest), theOk);
         TemplateQuerier().Execute();
         QVERIFY2(driver.Done(), driver.Complaint());
     }
@@ -74,7 +75,7 @@ private slots:
              {QStringLiteral("GetTemplates"), QStringLiteral("GetTemplTypeNames")}) {
             MemoryOffice::The().Absent = absent;
             ModalDriver driver;
-            driver.ExpectBox(theTitle,
+            driver.ExpectBox(QMessageBox::Critical, theTitle,
                              Chain({QStringLiteral("Execute"), QStringLiteral("LoadAllObjects")},
                                    QStringLiteral("[%1]\r\nОбъект не задан: %1.").arg(absent)),
                              theOk);
@@ -87,7 +88,7 @@ private slots:
         MemoryOffice::The().Classes[1].Icon = QStringLiteral("no_such_picture");
         ModalDriver driver;
         driver.ExpectBox(
-            theTitle,
+            QMessageBox::Critical, theTitle,
             Chain(
                 {QStringLiteral("Execute"), QStringLiteral("FillList")},
                 QStringLiteral(
@@ -119,12 +120,12 @@ private slots:
         Fail(QStringLiteral("GetTemplTypeAvailability"));
         ModalDriver driver;
         driver.ExpectBox(
-            theTitle,
+            QMessageBox::Critical, theTitle,
             Chain({QStringLiteral("theFormList_ItemClick"), QStringLiteral("FormChanged")},
                   theRest),
             theOk);
         driver.ExpectBox(
-            theTitle,
+            QMessageBox::Critical, theTitle,
             Chain({QStringLiteral("theFormList_Click"), QStringLiteral("FormChanged")}, theRest),
             theOk);
         browser.ClickForm(2);
@@ -144,7 +145,7 @@ private slots:
         Fail(QStringLiteral("GetTemplTypeAvailability"));
         ModalDriver driver;
         driver.ExpectBox(
-            theTitle,
+            QMessageBox::Critical, theTitle,
             Chain({QStringLiteral("theFormList_ItemClick"), QStringLiteral("FormChanged")},
                   theRest),
             theOk);
@@ -164,7 +165,7 @@ private slots:
         for (const QString &event :
              {QStringLiteral("theFormList_ItemClick"), QStringLiteral("theFormList_Click")}) {
             driver.ExpectBox(
-                theTitle,
+                QMessageBox::Critical, theTitle,
                 Chain({event, QStringLiteral("FormChanged"), QStringLiteral("DrawCats"),
                        QStringLiteral("BuildCategoryMatrix")},
                       rest),

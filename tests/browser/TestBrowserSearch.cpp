@@ -273,7 +273,7 @@ private slots:
         QFETCH(QString, text);
         OpenBrowser browser;
         ModalDriver driver;
-        driver.ExpectBox(theTitle, text, QStringLiteral("OK"));
+        driver.ExpectBox(QMessageBox::Information, theTitle, text, QStringLiteral("OK"));
         DoubleClick(browser, id);
         QVERIFY2(driver.Done(), driver.Complaint());
     }

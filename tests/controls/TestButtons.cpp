@@ -71,7 +71,7 @@ private slots:
         button.show();
         ModalDriver driver;
         driver.ExpectBox(
-            QStringLiteral("Справка"),
+            QMessageBox::Warning, QStringLiteral("Справка"),
             QStringLiteral("Не удалось открыть страницу справки \"%1\".").arg(button.PagePath()),
             QStringLiteral("OK"));
         QTest::mouseClick(&button, Qt::LeftButton);  // the platform of the tests has no desktop
@@ -86,7 +86,7 @@ private slots:
         button.show();
         ModalDriver driver;
         driver.ExpectBox(
-            QStringLiteral("Справка"),
+            QMessageBox::Warning, QStringLiteral("Справка"),
             QStringLiteral("Не найдена страница справки \"%1\".").arg(button.PagePath()),
             QStringLiteral("OK"));
         QTest::mouseClick(&button, Qt::LeftButton);

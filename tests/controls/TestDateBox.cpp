@@ -336,8 +336,8 @@ private slots:
         Window window;
         QTest::keyClicks(window.Edit(), QStringLiteral("31022024"));
         ModalDriver driver;
-        driver.ExpectBox(theTitle, QStringLiteral("\"31.02.2024\" не является датой."),
-                         QStringLiteral("OK"));
+        driver.ExpectBox(QMessageBox::Warning, theTitle,
+                         QStringLiteral("\"31.02.2024\" не является датой."), QStringLiteral("OK"));
         QTest::keyClick(window.Edit(), Qt::Key_Tab);
         QTRY_VERIFY2(driver.Done(), driver.Complaint());
         QTRY_VERIFY(window.Edit()->hasFocus());
@@ -372,7 +372,7 @@ private slots:
         Window window;
         QTest::keyClicks(window.Edit(), keys);
         ModalDriver driver;
-        driver.ExpectBox(theTitle, message, QStringLiteral("OK"));
+        driver.ExpectBox(QMessageBox::Warning, theTitle, message, QStringLiteral("OK"));
         QVERIFY(!window.Box->CheckText());
         QVERIFY2(driver.Done(), driver.Complaint());
         QCOMPARE(window.Edit()->selectionStart(), start);
@@ -384,8 +384,8 @@ private slots:
         int told = 0;
         connect(window.Box, &DateBox::WrongText, &window, [&] { ++told; });
         ModalDriver driver;
-        driver.ExpectBox(theTitle, QStringLiteral("\"31.02.____\" не является датой."),
-                         QStringLiteral("OK"));
+        driver.ExpectBox(QMessageBox::Warning, theTitle,
+                         QStringLiteral("\"31.02.____\" не является датой."), QStringLiteral("OK"));
         QTest::keyClick(window.Edit(), Qt::Key_Return);
         QVERIFY2(driver.Done(), driver.Complaint());
         QCOMPARE(told, 1);
@@ -457,7 +457,8 @@ private slots:
         QTest::keyClick(window.Edit(), Qt::Key_Delete);
         QCOMPARE(window.Edit()->displayText(), text);
         ModalDriver driver;
-        driver.ExpectBox(theTitle, QStringLiteral("\"%1\" не является датой.").arg(text),
+        driver.ExpectBox(QMessageBox::Warning, theTitle,
+                         QStringLiteral("\"%1\" не является датой.").arg(text),
                          QStringLiteral("OK"));
         QTest::keyClick(window.Edit(), Qt::Key_Return);
         QVERIFY2(driver.Done(), driver.Complaint());
@@ -470,7 +471,7 @@ private slots:
         QTest::keyClicks(window.Edit(), QStringLiteral("31.12.99"));
         ModalDriver driver;
         driver.ExpectBox(
-            theTitle,
+            QMessageBox::Warning, theTitle,
             QStringLiteral(
                 "Дата \"31.12.1999\" должна быть в пределах от 01.01.2000 до 31.12.2030."),
             QStringLiteral("OK"));

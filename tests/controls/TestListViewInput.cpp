@@ -497,7 +497,7 @@ private slots:
             throw Failure(5, QStringLiteral("S"), QStringLiteral("D"));
         });
         ModalDriver driver;
-        driver.ExpectBox(QStringLiteral("Сбой программы"),
+        driver.ExpectBox(QMessageBox::Critical, QStringLiteral("Сбой программы"),
                          QStringLiteral("[Vk_DocQuery::ListView.ClickHeader]\r\n[S]\r\nD"),
                          QStringLiteral("OK"));
         const QHeaderView *header = shown.List.header();

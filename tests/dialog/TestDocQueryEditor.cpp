@@ -139,7 +139,8 @@ private slots:
         DocQueryEditor editor;
         ModalDriver driver;
         driver.Expect([&](QWidget &window) {
-            driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Да"));
+            driver.ExpectBox(QMessageBox::Question, theQuestionTitle, theQuestion,
+                             QStringLiteral("Да"));
             driver.Click(window.findChild<QPushButton *>(QStringLiteral("theOK")));
         });
         QVERIFY(editor.Execute());
@@ -165,7 +166,7 @@ private slots:
         ModalDriver driver;
         driver.ExpectFileDialog(theLoadTitle, QString(), path);
         driver.ExpectBox(
-            QStringLiteral("Ошибка"),
+            QMessageBox::Warning, QStringLiteral("Ошибка"),
             QStringLiteral("Ошибка открытия файла критериев поиска \"") + path +
                 QStringLiteral(
                     "\":\r\nНеверный формат файла критериев поиска. Отсутствует корневой узел "
@@ -236,7 +237,9 @@ private slots:
         editor.SetRecord(record);
         ModalDriver driver;
         driver.Expect([&](QWidget &window) {
-            if (confirm) driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Да"));
+            if (confirm)
+                driver.ExpectBox(QMessageBox::Question, theQuestionTitle, theQuestion,
+                                 QStringLiteral("Да"));
             driver.Click(window.findChild<QPushButton *>(confirm ? QStringLiteral("theOK")
                                                                  : QStringLiteral("theCancel")));
         });
@@ -266,7 +269,8 @@ private slots:
         driver.Expect([&](QWidget &window) {
             raised = RaisedBy([&] { editor.Execute(); }).Description();
             TypeSurname(driver, window, QStringLiteral("Новый"));
-            driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Да"));
+            driver.ExpectBox(QMessageBox::Question, theQuestionTitle, theQuestion,
+                             QStringLiteral("Да"));
             driver.Click(window.findChild<QPushButton *>(QStringLiteral("theOK")));
         });
         QVERIFY(editor.Execute());

@@ -158,7 +158,8 @@ private slots:
         SetHostWindow(theProgram->Handle());
         theProgram->Destroy();
         ModalDriver driver;
-        driver.ExpectBox(QStringLiteral("T"), QStringLiteral("T"), QStringLiteral("OK"));
+        driver.ExpectBox(QMessageBox::Information, QStringLiteral("T"), QStringLiteral("T"),
+                         QStringLiteral("OK"));
         ShowInfoBox(QStringLiteral("T"), QStringLiteral("T"));
         QVERIFY2(driver.Done(), driver.Complaint());
     }

@@ -143,7 +143,8 @@ private slots:
         ModalDriver driver;
         const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
             user.StateSurname(QStringLiteral("Иванов"));
-            driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Да"));
+            driver.ExpectBox(QMessageBox::Question, theQuestionTitle, theQuestion,
+                             QStringLiteral("Да"));
             user.Press("theOK");
         });
         QVERIFY2(driver.Done(), driver.Complaint());
@@ -193,7 +194,9 @@ private slots:
                 if (!focus || !(focus->objectName() == element ||
                                 focus->parentWidget()->objectName() == element))
                     driver.Complain(QStringLiteral("no focus"));
-                if (confirm) driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Да"));
+                if (confirm)
+                    driver.ExpectBox(QMessageBox::Question, theQuestionTitle, theQuestion,
+                                     QStringLiteral("Да"));
                 QTest::keyClick(focus, confirm ? Qt::Key_Return : Qt::Key_Escape);
                 if (user.theWindow.isVisible()) driver.Complain(QStringLiteral("still open"));
             });
@@ -227,7 +230,7 @@ private slots:
         const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
             user.StateSurname(QString());
             driver.ExpectBox(
-                QStringLiteral("Параметры критериев поиска"),
+                QMessageBox::Warning, QStringLiteral("Параметры критериев поиска"),
                 QStringLiteral("Закладка \"Свойства документа\": выбрана опция поиска по "
                                "\"Фамилии подписанта\", однако фамилия не задана. \r\n\r\n"
                                "Такой запрос вернет пустой список документов."),
@@ -248,7 +251,8 @@ private slots:
         ModalDriver driver;
         const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
             user.StateSurname(QStringLiteral("Иванов"));
-            driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Нет"));
+            driver.ExpectBox(QMessageBox::Question, theQuestionTitle, theQuestion,
+                             QStringLiteral("Нет"), QStringLiteral("Да"));
             user.Press("theOK");
             user.ExpectOpen();
         });
@@ -276,7 +280,7 @@ private slots:
         RunWith(dialog, driver, [&](const User &user) {
             const QString page = QDir::cleanPath(QCoreApplication::applicationDirPath() +
                                                  QStringLiteral("/../service/Program_setting.htm"));
-            driver.ExpectBox(QStringLiteral("Справка"),
+            driver.ExpectBox(QMessageBox::Warning, QStringLiteral("Справка"),
                              QStringLiteral("Не найдена страница справки \"%1\".").arg(page),
                              QStringLiteral("OK"));
             user.Press("theHelp");
@@ -334,7 +338,7 @@ private slots:
         dialog.SetRecord(record);
         ModalDriver driver;
         const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
-            driver.ExpectBox(QStringLiteral("Сбой программы"),
+            driver.ExpectBox(QMessageBox::Critical, QStringLiteral("Сбой программы"),
                              QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.theOK_Click]\r\n"
                                             "[Vk_DocQuery::DocQueryOptionsFrm.Validate]\r\n"
                                             "[Vk_DocQuery::VkDocQueryData.Validate]\r\n"
@@ -361,7 +365,8 @@ private slots:
                 driver.Complain(QStringLiteral("the panel was prepared"));
             if (!user.Element<QLineEdit>("theSignerSurname")->text().isEmpty())
                 driver.Complain(QStringLiteral("the panel was filled"));
-            driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Да"));
+            driver.ExpectBox(QMessageBox::Question, theQuestionTitle, theQuestion,
+                             QStringLiteral("Да"));
             user.Press("theOK");
         });
         QVERIFY2(driver.Done(), driver.Complaint());
@@ -392,7 +397,8 @@ private slots:
             if (dialog.Execute()) driver.Complain(QStringLiteral("the inner run was confirmed"));
             user.ExpectOpen();
             user.StateSurname(QStringLiteral("Иванов"));
-            driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Да"));
+            driver.ExpectBox(QMessageBox::Question, theQuestionTitle, theQuestion,
+                             QStringLiteral("Да"));
             user.Press("theOK");
         });
         QVERIFY2(driver.Done(), driver.Complaint());
@@ -420,7 +426,7 @@ private slots:
         const bool confirmed = RunWith(dialog, driver, [&](const User &user) {
             auto *edit = user.Element<DateBox>("theSignDate2")->Edit();
             edit->setText(QStringLiteral("1.2."));
-            driver.ExpectBox(QStringLiteral("Дата"),
+            driver.ExpectBox(QMessageBox::Warning, QStringLiteral("Дата"),
                              QStringLiteral("\"1_.2_.____\" не является датой."),
                              QStringLiteral("OK"));
             user.Press(button.toLatin1().constData());
@@ -454,7 +460,7 @@ private slots:
             user.StateSurname(QStringLiteral("Иванов"));
             driver.Expect([&](QWidget &question) {
                 driver.ExpectBox(
-                    QStringLiteral("Сбой программы"),
+                    QMessageBox::Critical, QStringLiteral("Сбой программы"),
                     QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.Execute]\r\n"
                                    "[Vk_DocQuery::VkDocQueryCriteries.AssembleValuesTo]\r\n"
                                    "[Vk_DocQuery::VkDocQueryCriteries.GatherTags]\r\n"
@@ -546,7 +552,7 @@ private slots:
         };
         DocQueryOptionsFrm dialog;
         ModalDriver driver;
-        driver.ExpectBox(QStringLiteral("Сбой программы"),
+        driver.ExpectBox(QMessageBox::Critical, QStringLiteral("Сбой программы"),
                          QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.Execute]\r\n"
                                         "[Vk_DocQuery::DocQueryOptionsFrm.EnsureInitialized]\r\n"
                                         "[Vk_DocQuery::VkDocQueryCriteries.Init]\r\n"

@@ -207,7 +207,7 @@ private slots:
         ModalDriver driver;
         RunWith(dialog, driver, [&](const User &user) {
             driver.ExpectFileDialog(theSaveTitle, QStringLiteral("Query.qvk"), path);
-            driver.ExpectBox(QStringLiteral("Ошибка"),
+            driver.ExpectBox(QMessageBox::Warning, QStringLiteral("Ошибка"),
                              QStringLiteral("Ошибка сохранения файла критериев поиска \"") + path +
                                  QStringLiteral("\":\r\nДиск переполнен."),
                              QStringLiteral("OK"));
@@ -230,7 +230,7 @@ private slots:
         ModalDriver driver;
         RunWith(dialog, driver, [&](const User &user) {
             driver.ExpectFileDialog(theSaveTitle, QStringLiteral("Прежний.qvk"), path);
-            driver.ExpectBox(QStringLiteral("Ошибка"),
+            driver.ExpectBox(QMessageBox::Warning, QStringLiteral("Ошибка"),
                              QStringLiteral("Ошибка сохранения файла критериев поиска \"") + path +
                                  QStringLiteral("\":\r\nДиск переполнен."),
                              QStringLiteral("OK"));
@@ -308,7 +308,7 @@ private slots:
         RunWith(dialog, driver, [&](const User &user) {
             driver.ExpectFileDialog(theLoadTitle, QString(), path);
             driver.ExpectBox(
-                QStringLiteral("Сбой программы"),
+                QMessageBox::Critical, QStringLiteral("Сбой программы"),
                 QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.theLoad_Click]\r\n"
                                "[Vk_DocQuery::miDocQuery.AskFileAndLoadDocQuery]\r\n"
                                "[Vk_DocQuery::VkDocQueryData.ReadFromXmlFile]\r\n"
@@ -437,7 +437,7 @@ private slots:
             const QStringList before = Seen(user);
             FailCalls(member, fails);
             driver.ExpectFileDialog(theLoadTitle, QString(), pathB);
-            driver.ExpectBox(QStringLiteral("Сбой программы"),
+            driver.ExpectBox(QMessageBox::Critical, QStringLiteral("Сбой программы"),
                              QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.theLoad_Click]\r\n"
                                             "[Vk_DocQuery::DocQueryOptionsFrm.Set-Record]\r\n") +
                                  road + QStringLiteral("[S]\r\nнет связи"),
@@ -539,7 +539,7 @@ private slots:
         dialog.SetRecord(record);
         ModalDriver driver;
         RunWith(dialog, driver, [&](const User &user) {
-            driver.ExpectBox(QStringLiteral("Ошибка"),
+            driver.ExpectBox(QMessageBox::Warning, QStringLiteral("Ошибка"),
                              QStringLiteral("Ошибка сохранения файла критериев поиска \"") + path +
                                  QStringLiteral("\":\r\nПуть не найден."),
                              QStringLiteral("OK"));
@@ -577,7 +577,7 @@ private slots:
             if (button == QStringLiteral("theSaveAs"))
                 driver.ExpectFileDialog(theSaveTitle, QStringLiteral("a.qvk"), path);
             driver.ExpectBox(
-                QStringLiteral("Сбой программы"),
+                QMessageBox::Critical, QStringLiteral("Сбой программы"),
                 QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.%1_Click]\r\n"
                                "[Vk_DocQuery::DocQueryOptionsFrm.SaveRecord]\r\n"
                                "[Vk_DocQuery::VkDocQueryData.WriteToXmlFile]\r\n"

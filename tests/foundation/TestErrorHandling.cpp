@@ -183,7 +183,7 @@ private slots:
 
     void ChainIsShownOutermostFirst() {
         ModalDriver driver;
-        driver.ExpectBox(theBoxTitle,
+        driver.ExpectBox(QMessageBox::Critical, theBoxTitle,
                          QStringLiteral("[Vk_DocQuery::DocQueryOptionsFrm.theLoad_Click]\r\n"
                                         "[Vk_DocQuery::miDocQuery.AskFileAndLoadDocQuery]\r\n"
                                         "[Vk_DocQuery::VkDocQueryData.ReadFromXmlFile]\r\n"
@@ -321,8 +321,8 @@ private slots:
             throw Failure(1, QString(), QStringLiteral("no"));
         });
         ModalDriver driver;
-        driver.ExpectBox(theBoxTitle, QStringLiteral("[Vk_DocQuery::M.P]\r\nD"),
-                         QStringLiteral("OK"));
+        driver.ExpectBox(QMessageBox::Critical, theBoxTitle,
+                         QStringLiteral("[Vk_DocQuery::M.P]\r\nD"), QStringLiteral("OK"));
         ReportOnce("P", 0);
         QVERIFY2(driver.Done(), driver.Complaint());
     }
@@ -354,8 +354,8 @@ private slots:
     void FailingSplashChangesNothing() {
         RegisterClass<FailingSplash>(theSplash);
         ModalDriver driver;
-        driver.ExpectBox(theBoxTitle, QStringLiteral("[Vk_DocQuery::M.P]\r\nD"),
-                         QStringLiteral("OK"));
+        driver.ExpectBox(QMessageBox::Critical, theBoxTitle,
+                         QStringLiteral("[Vk_DocQuery::M.P]\r\nD"), QStringLiteral("OK"));
         ReportOnce("P", 0);
         QVERIFY2(driver.Done(), driver.Complaint());
     }

@@ -404,7 +404,7 @@ private slots:
         ModalDriver driver;
         driver.ExpectFileDialog(theTitle, QString(), Path(u"b.qvk"));
         driver.ExpectBox(
-            theTitle,
+            QMessageBox::Warning, theTitle,
             QStringLiteral("Файл \"%1\" не найден.\r\nПроверьте правильность имени файла.")
                 .arg(Path(u"b.qvk")),
             QStringLiteral("OK"));
@@ -484,13 +484,14 @@ private slots:
             QStringLiteral("Файл \"%1\" уже существует.\r\nЗаменить его?").arg(file);
         ModalDriver driver;
         driver.ExpectFileDialog(theTitle, QStringLiteral("a.qvk"), file);
-        driver.ExpectBox(theTitle, question, QStringLiteral("Да"));
+        driver.ExpectBox(QMessageBox::Question, theTitle, question, QStringLiteral("Да"),
+                         QStringLiteral("Нет"));
         QCOMPARE(AskFileNameForSaving(theTitle, theFilter, file, 0, theSavingFlags, QString()),
                  file);
 
         // No leads back to the dialog; a name without its extension is the same file.
         driver.ExpectFileDialog(theTitle, QStringLiteral("a.qvk"), Path(u"a"));
-        driver.ExpectBox(theTitle, question, QStringLiteral("Нет"));
+        driver.ExpectBox(QMessageBox::Question, theTitle, question, QStringLiteral("Нет"));
         driver.Expect([&](QWidget &window) { Type(window, Path(u"b.qvk")); });
         QCOMPARE(AskFileNameForSaving(theTitle, theFilter, file, 0, theSavingFlags, QString()),
                  Path(u"b.qvk"));
@@ -507,7 +508,7 @@ private slots:
         driver.ExpectFileDialog(theTitle, QStringLiteral("q.qvk"),
                                 folder + QStringLiteral("/q.qvk"));
         driver.ExpectBox(
-            theTitle,
+            QMessageBox::Warning, theTitle,
             QStringLiteral("Папка \"%1\" не найдена.\r\nПроверьте правильность пути.").arg(folder),
             QStringLiteral("OK"));
         driver.Expect([&](QWidget &window) { QTest::keyClick(&window, Qt::Key_Escape); });

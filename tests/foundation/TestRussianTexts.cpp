@@ -256,8 +256,8 @@ private slots:
             dialog.setViewMode(QFileDialog::Detail);
             auto *table = dialog.findChild<QTreeView *>(QStringLiteral("treeView"));
             table->setCurrentIndex(IndexOf(dialog, QStringLiteral("запрос.qvk")));
-            driver.ExpectBox(QStringLiteral("Удалить"), QStringLiteral("Удалить \"запрос.qvk\"?"),
-                             QStringLiteral("Нет"));
+            driver.ExpectBox(QMessageBox::Warning, QStringLiteral("Удалить"),
+                             QStringLiteral("Удалить \"запрос.qvk\"?"), QStringLiteral("Нет"));
             auto *action = dialog.findChild<QAction *>(QStringLiteral("qt_delete_action"));
             action->setEnabled(true);
             action->trigger();
@@ -282,7 +282,7 @@ private slots:
         RunDialog(false, [&](ModalDriver &driver, QFileDialog &dialog) {
             if (!fits) {
                 driver.ExpectBox(
-                    QStringLiteral("Переименование"),
+                    QMessageBox::Warning, QStringLiteral("Переименование"),
                     QStringLiteral(
                         "Не удалось переименовать \"a.qvk\" в \"%1\".\r\nВозможно, такое "
                         "имя уже есть, недопустимо или папка защищена от записи.")

@@ -157,7 +157,7 @@ private slots:
 
     void PlainPointerIsGivenBackToo() {
         ModalDriver driver;
-        driver.ExpectBox(theTitle, theText, QStringLiteral("OK"));
+        driver.ExpectBox(QMessageBox::Information, theTitle, theText, QStringLiteral("OK"));
         ShowInfoBox(theText, theTitle);
         QVERIFY2(driver.Done(), driver.Complaint());
         QVERIFY(!QGuiApplication::overrideCursor());
@@ -202,19 +202,24 @@ private slots:
 
     void AnswerIsTheButtonThatWasClicked_data() {
         QTest::addColumn<int>("flags");
+        QTest::addColumn<QString>("byDefault");
         QTest::addColumn<QString>("button");
         QTest::addColumn<bool>("answer");
+        const QString yes = QStringLiteral("Да");
+        const QString no = QStringLiteral("Нет");
         for (const int flags : {0, 0x100}) {
-            QTest::addRow("yes, flags %d", flags) << flags << QStringLiteral("Да") << true;
-            QTest::addRow("no, flags %d", flags) << flags << QStringLiteral("Нет") << false;
+            const QString byDefault = flags == 0 ? yes : no;
+            QTest::addRow("yes, flags %d", flags) << flags << byDefault << yes << true;
+            QTest::addRow("no, flags %d", flags) << flags << byDefault << no << false;
         }
     }
     void AnswerIsTheButtonThatWasClicked() {
         QFETCH(int, flags);
+        QFETCH(QString, byDefault);
         QFETCH(QString, button);
         QFETCH(bool, answer);
         ModalDriver driver;
-        driver.ExpectBox(theTitle, theText, button);
+        driver.ExpectBox(QMessageBox::Question, theTitle, theText, button, byDefault);
         QCOMPARE(AskYesNo(theText, theTitle, flags), answer);
         QVERIFY2(driver.Done(), driver.Complaint());
     }

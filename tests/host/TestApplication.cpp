@@ -105,8 +105,10 @@ private slots:
             QStringLiteral("Адрес базы данных \"office\" не распознан. Укажите адрес вида "
                            "\"sqlite:/папка/office.db\" или \"postgresql://имя@сервер/база\"."));
         ModalDriver driver;
-        driver.ExpectBox(QStringLiteral("Норвик"), text, QStringLiteral("Повторить"));
-        driver.ExpectBox(QStringLiteral("Норвик"), text, QStringLiteral("Выход"));
+        driver.ExpectBox(QMessageBox::Critical, QStringLiteral("Норвик"), text,
+                         QStringLiteral("Повторить"));
+        driver.ExpectBox(QMessageBox::Critical, QStringLiteral("Норвик"), text,
+                         QStringLiteral("Выход"), QStringLiteral("Повторить"));
         QVERIFY(!OpenRecords(QStringLiteral("office"), NewDatabase::Refused));
         QVERIFY2(driver.Done(), driver.Complaint());
     }
@@ -137,11 +139,11 @@ private slots:
         const QString path = folder.filePath(QStringLiteral("ofice.db"));
         ModalDriver driver;
         driver.ExpectBox(
-            QStringLiteral("Норвик"),
+            QMessageBox::Critical, QStringLiteral("Норвик"),
             Trouble(QStringLiteral("База данных \"%1\" не открыта: такого файла нет. Исправьте "
                                    "адрес; новую базу создает программа vk_make_office.")
                         .arg(path)),
-            QStringLiteral("Выход"));
+            QStringLiteral("Выход"), QStringLiteral("Повторить"));
         QVERIFY(!OpenRecords(QStringLiteral("sqlite:") + path, NewDatabase::Refused));
         QVERIFY2(driver.Done(), driver.Complaint());
         QVERIFY(!QFile::exists(path));

@@ -63,7 +63,8 @@ private slots:
         ModalDriver driver;
         driver.Expect([&](QWidget &window) {
             window.findChild<QCheckBox *>(QStringLiteral("theIsNotes"))->setChecked(true);
-            driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Да"));
+            driver.ExpectBox(QMessageBox::Question, theQuestionTitle, theQuestion,
+                             QStringLiteral("Да"));
             PressIn(driver, window, "theOK");
         });
         host.Press(QStringLiteral("Поиск документов ..."));
@@ -126,7 +127,7 @@ private slots:
         };
         ShownHost host;
         ModalDriver driver;
-        driver.ExpectBox(QStringLiteral("Норвик"),
+        driver.ExpectBox(QMessageBox::Critical, QStringLiteral("Норвик"),
                          QStringLiteral("[Vk_DocQuery::DocQueryTest.Set-Record]\r\n"
                                         "[Vk_DocQuery::DocQueryOptionsFrm.Set-Record]\r\n"
                                         "[Vk_DocQuery::DocQueryOptionsFrm.EnsureInitialized]\r\n"

@@ -53,13 +53,14 @@ private:
     static void Delete(OpenPanel &aPanel, const char *aButton, const QString &aQuestion,
                        const QString &aAnswer) {
         ModalDriver driver;
-        driver.ExpectBox(theDeleteTitle, aQuestion, aAnswer);
+        driver.ExpectBox(aAnswer == u"OK" ? QMessageBox::Warning : QMessageBox::Question,
+                         theDeleteTitle, aQuestion, aAnswer, aAnswer == u"OK" ? D("OK") : D("Да"));
         aPanel.Get<QPushButton>(aButton).click();
         QVERIFY2(driver.Done(), driver.Complaint());
     }
     static void Fails(OpenPanel &aPanel, const char *aButton, const QString &aChain) {
         ModalDriver driver;
-        driver.ExpectBox(D("Сбой программы"), aChain, D("OK"));
+        driver.ExpectBox(QMessageBox::Critical, D("Сбой программы"), aChain, D("OK"));
         aPanel.Get<QPushButton>(aButton).click();
         QVERIFY2(driver.Done(), driver.Complaint());
     }
@@ -204,7 +205,7 @@ private slots:
         list.SetSelectedItem(list.RowByKey(D("_12")));
         const QString selected = SelectedKeys(list);
         ModalDriver driver;
-        driver.ExpectBox(D("Выбор из списка"),
+        driver.ExpectBox(QMessageBox::Information, D("Выбор из списка"),
                          D("Доступные для дальнейшего выбора комплекты отчетности отсутствуют."),
                          D("OK"));
         panel.Get<QPushButton>("theAccStreamAdd").click();
@@ -318,7 +319,8 @@ private slots:
         QCOMPARE(Keys(rows), row);
         panel.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&panel));
-        driver.ExpectBox(theDeleteTitle, D("Удалить выделенную запись из списка?"), D("Да"));
+        driver.ExpectBox(QMessageBox::Question, theDeleteTitle,
+                         D("Удалить выделенную запись из списка?"), D("Да"));
         QTest::keyClick(&rows, Qt::Key_Delete);
         QVERIFY2(driver.Done(), driver.Complaint());
         QCOMPARE(rows.RowCount(), 0);
@@ -418,7 +420,7 @@ private slots:
             picker.ClickMark("_1");
             picker.Click("theOK");
         });
-        driver.ExpectBox(D("Сбой программы"),
+        driver.ExpectBox(QMessageBox::Critical, D("Сбой программы"),
                          D("[Vk_DocQuery::VkDocQueryCriteries.theTaxpayerAdd_Click]\r\n"
                            "[Vk_DocQuery::VkDocQueryCriteries.PerformAddItems]\r\n"
                            "[Vk_DocQuery::VkDocQueryCriteries.AddItemToTaxpayersList]\r\n"

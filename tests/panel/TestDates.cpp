@@ -187,7 +187,8 @@ private slots:
         dates.Box("theSignDate1").Edit()->setText(D("01.10.24"));
         dates.Box("theSignDate2").Edit()->setText(D("31.02.24"));
         ModalDriver driver;
-        driver.ExpectBox(D("Дата"), D("\"31.02.24__\" не является датой."), D("OK"));
+        driver.ExpectBox(QMessageBox::Warning, D("Дата"), D("\"31.02.24__\" не является датой."),
+                         D("OK"));
         QVERIFY(!dates.Panel.FinishInput());
         QVERIFY2(driver.Done(), driver.Complaint());
         QTRY_VERIFY(dates.Box("theSignDate2").Edit()->hasFocus());

@@ -79,7 +79,7 @@ private slots:
     void okWithoutMarksTellsAndStays() {
         QCOMPARE(Chosen([](ModalDriver &driver, Picker &picker) {
                      picker.Type(D("га"));
-                     driver.ExpectBox(theMessageTitle,
+                     driver.ExpectBox(QMessageBox::Warning, theMessageTitle,
                                       D("Необходимо выделить хотя бы один элемент."), D("OK"));
                      picker.Click("theOK");
                      QVERIFY(picker.Window.isVisible());

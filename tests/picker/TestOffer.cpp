@@ -261,7 +261,7 @@ private slots:
         office.Streams.clear();
         office.Versions.clear();
         ModalDriver driver;
-        driver.ExpectBox(theMessageTitle, message, D("OK"));
+        driver.ExpectBox(QMessageBox::Information, theMessageTitle, message, D("OK"));
         SelectObjectsForm form;
         QVERIFY(!form.Execute(type, listed ? Listed({person}) : nullptr));
         QVERIFY2(driver.Done(), driver.Complaint());
@@ -270,7 +270,7 @@ private slots:
 
     void everythingListedIsAnEmptyOffer() {
         ModalDriver driver;
-        driver.ExpectBox(theMessageTitle,
+        driver.ExpectBox(QMessageBox::Information, theMessageTitle,
                          D("Доступные для дальнейшего выбора комплекты отчетности отсутствуют."),
                          D("OK"));
         QVERIFY(!SelectObjectsForm().Execute(
@@ -280,7 +280,8 @@ private slots:
 
     void anUnknownTypeSetsNeitherTitleNorColumns() {
         ModalDriver driver;
-        driver.ExpectBox(theMessageTitle, D("Доступные для выбора объекты отсутствуют."), D("OK"));
+        driver.ExpectBox(QMessageBox::Information, theMessageTitle,
+                         D("Доступные для выбора объекты отсутствуют."), D("OK"));
         SelectObjectsForm form;
         QVERIFY(!form.Execute(7, nullptr));
         QCOMPARE(form.windowTitle(), D("Добавление объектов"));
@@ -340,7 +341,7 @@ private slots:
         QFETCH(QString, chain);
         RaiseFrom(member);
         ModalDriver driver;
-        driver.ExpectBox(D("Сбой программы"), chain, D("OK"));
+        driver.ExpectBox(QMessageBox::Critical, D("Сбой программы"), chain, D("OK"));
         SelectObjectsForm form;
         QVERIFY(!form.Execute(type, nullptr));
         QVERIFY2(driver.Done(), driver.Complaint());
@@ -371,7 +372,7 @@ private slots:
         QFETCH(QString, told);
         MemoryOffice::The().Absent = absent;
         ModalDriver driver;
-        driver.ExpectBox(D("Сбой программы"),
+        driver.ExpectBox(QMessageBox::Critical, D("Сбой программы"),
                          D("[Vk_DocQuery::SelectObjectsForm.Execute]\r\n"
                            "[Vk_DocQuery::SelectObjectsForm.%1]\r\n[%2]\r\nОбъект не задан: %2.")
                              .arg(road, told),
@@ -385,7 +386,7 @@ private slots:
     void aStreamWithoutAPersonFails() {
         MemoryOffice::The().Streams[1].Person = 0;
         ModalDriver driver;
-        driver.ExpectBox(D("Сбой программы"),
+        driver.ExpectBox(QMessageBox::Critical, D("Сбой программы"),
                          D("[Vk_DocQuery::SelectObjectsForm.Execute]\r\n"
                            "[Vk_DocQuery::SelectObjectsForm.FillList]\r\n"
                            "[MemoryRecords]\r\nthe stream has no person"),

@@ -172,7 +172,7 @@ private slots:
         QFETCH(int, index);
         const Fault &fault = theFaults[index];
         ModalDriver driver;
-        driver.ExpectBox(theTitle, BoxText(fault), QStringLiteral("OK"));
+        driver.ExpectBox(QMessageBox::Warning, theTitle, BoxText(fault), QStringLiteral("OK"));
         VkDocQueryData record;
         record.LastError = QStringLiteral("kept");
         fault.Make(record);
@@ -200,7 +200,8 @@ private slots:
         }
         if (index == 12) record.DocNum1 = 0;  // row 13 is the pair of noughts, row 14 any other
         ModalDriver driver;
-        driver.ExpectBox(theTitle, BoxText(theFaults[index]), QStringLiteral("OK"));
+        driver.ExpectBox(QMessageBox::Warning, theTitle, BoxText(theFaults[index]),
+                         QStringLiteral("OK"));
         QVERIFY(!record.Validate());
         QVERIFY2(driver.Done(), driver.Complaint());
     }
@@ -219,20 +220,23 @@ private slots:
         record.IsTaxpayers = true;
         record.IsAccStreamsList = true;
         record.IsTemplate = true;
-        driver.ExpectBox(theTitle, BoxText(theFaults[0]), QStringLiteral("OK"));
+        driver.ExpectBox(QMessageBox::Warning, theTitle, BoxText(theFaults[0]),
+                         QStringLiteral("OK"));
         QVERIFY(!record.Validate());
         QVERIFY(record.TaxpayersList && record.TaxpayersList->IsEmpty());
         QVERIFY(!record.AccStreamsList);
         QVERIFY(!record.Templates);
 
         record.IsTaxpayers = false;
-        driver.ExpectBox(theTitle, BoxText(theFaults[4]), QStringLiteral("OK"));
+        driver.ExpectBox(QMessageBox::Warning, theTitle, BoxText(theFaults[4]),
+                         QStringLiteral("OK"));
         QVERIFY(!record.Validate());
         QVERIFY(record.AccStreamsList && record.AccStreamsList->IsEmpty());
         QVERIFY(!record.Templates);
 
         record.IsAccStreamsList = false;
-        driver.ExpectBox(theTitle, BoxText(theFaults[7]), QStringLiteral("OK"));
+        driver.ExpectBox(QMessageBox::Warning, theTitle, BoxText(theFaults[7]),
+                         QStringLiteral("OK"));
         QVERIFY(!record.Validate());
         QVERIFY(record.Templates && record.Templates->IsEmpty());
         QVERIFY2(driver.Done(), driver.Complaint());
@@ -258,7 +262,9 @@ private slots:
         record.RangePeriodYear2 = ends[2];
         record.RangePeriodMonth2 = ends[3];
         ModalDriver driver;
-        if (!passes) driver.ExpectBox(theTitle, BoxText(theFaults[5]), QStringLiteral("OK"));
+        if (!passes)
+            driver.ExpectBox(QMessageBox::Warning, theTitle, BoxText(theFaults[5]),
+                             QStringLiteral("OK"));
         QCOMPARE(record.Validate(), passes);
         QVERIFY2(driver.Done(), driver.Complaint());
     }
@@ -316,7 +322,8 @@ private slots:
         record.IsSignDate = true;
         record.SignDate1 = record.SignDate2 = values[kind];
         ModalDriver driver;
-        driver.ExpectBox(theTitle, BoxText(theFaults[9]), QStringLiteral("OK"));
+        driver.ExpectBox(QMessageBox::Warning, theTitle, BoxText(theFaults[9]),
+                         QStringLiteral("OK"));
         QVERIFY(!record.Validate());
         QVERIFY2(driver.Done(), driver.Complaint());
         QVERIFY(record.SignDate1 == values[kind]);
@@ -344,7 +351,9 @@ private slots:
         record.DocNum1 = from;
         record.DocNum2 = to;
         ModalDriver driver;
-        if (fault >= 0) driver.ExpectBox(theTitle, BoxText(theFaults[fault]), QStringLiteral("OK"));
+        if (fault >= 0)
+            driver.ExpectBox(QMessageBox::Warning, theTitle, BoxText(theFaults[fault]),
+                             QStringLiteral("OK"));
         QCOMPARE(record.Validate(), fault < 0);
         QVERIFY2(driver.Done(), driver.Complaint());
     }

@@ -54,18 +54,18 @@ public:
     }
     /// Presses OK, reads the warning whole and closes it.
     void ExpectFault(const QString &aMessage) const {
-        theDriver.ExpectBox(QStringLiteral("Параметры критериев поиска"), aMessage,
-                            QStringLiteral("OK"));
+        theDriver.ExpectBox(QMessageBox::Warning, QStringLiteral("Параметры критериев поиска"),
+                            aMessage, QStringLiteral("OK"));
         Click(QStringLiteral("theOK"));
         if (!theDialog.isVisible())
             theDriver.Complain(QStringLiteral("the dialog closed after ") + aMessage);
     }
     void Answer(const QString &aButton) const {
         theDriver.ExpectBox(
-            QStringLiteral("Норвик: Критерии поиска документов"),
+            QMessageBox::Question, QStringLiteral("Норвик: Критерии поиска документов"),
             QStringLiteral(
                 "Вы уверены, что ввели все критерии поиска и хотите выполнить поиск документов?"),
-            aButton);
+            aButton, QStringLiteral("Да"));
         Click(QStringLiteral("theOK"));
     }
     QString TextOf(const QString &aName) const {

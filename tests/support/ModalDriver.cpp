@@ -1,11 +1,13 @@
 #include "support/ModalDriver.h"
 
+#include <algorithm>
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
 #include <QFileDialog>
 #include <QLineEdit>
-#include <QMessageBox>
+#include <QPushButton>
 #include <QTest>
 #include <QWindow>
 
@@ -21,27 +23,54 @@ void ModalDriver::Expect(std::function<void(QWidget &)> aAnswer) {
     theAnswers << std::move(aAnswer);
 }
 
-void ModalDriver::ExpectBox(const QString &aTitle, const QString &aText, const QString &aButton) {
-    Expect([this, aTitle, aText, aButton](QWidget &aWindow) {
+namespace {
+
+QString CaptionOf(const QAbstractButton &aButton) {
+    return aButton.text().remove(u'&');
+}
+
+QAbstractButton *ButtonOf(const QMessageBox &aBox, const QString &aCaption) {
+    const auto buttons = aBox.buttons();
+    const auto found = std::ranges::find(
+        buttons, aCaption, [](const QAbstractButton *button) { return CaptionOf(*button); });
+    return found == buttons.end() ? nullptr : *found;
+}
+
+/// The button that Enter presses, wherever the focus is.
+QString DefaultOf(const QMessageBox &aBox) {
+    for (const auto *button : aBox.findChildren<QPushButton *>())
+        if (button->isDefault()) return CaptionOf(*button);
+    return QString();
+}
+
+}  // namespace
+
+void ModalDriver::ExpectBox(QMessageBox::Icon aIcon, const QString &aTitle, const QString &aText,
+                            const QString &aButton, const QString &aDefaultButton) {
+    Expect([=, this](QWidget &aWindow) {
         auto *box = qobject_cast<QMessageBox *>(&aWindow);
         if (!box) {
             Complain(QStringLiteral("not a message box: ") + aWindow.windowTitle());
             aWindow.close();
             return;
         }
-        if (box->windowTitle() != aTitle)
-            Complain(QStringLiteral("title is \"%1\", not \"%2\"").arg(box->windowTitle(), aTitle));
-        if (box->text() != aText)
-            Complain(QStringLiteral("text is \"%1\", not \"%2\"").arg(box->text(), aText));
-        for (QAbstractButton *button : box->buttons()) {
-            if (button->text().remove(u'&') == aButton) {
-                Click(button);
-                return;
-            }
+        Compare(QStringLiteral("icon"), QString::number(box->icon()), QString::number(aIcon));
+        Compare(QStringLiteral("title"), box->windowTitle(), aTitle);
+        Compare(QStringLiteral("text"), box->text(), aText);
+        Compare(QStringLiteral("default button"), DefaultOf(*box),
+                aDefaultButton.isEmpty() ? aButton : aDefaultButton);
+        if (QAbstractButton *button = ButtonOf(*box, aButton)) {
+            Click(button);
+            return;
         }
         Complain(QStringLiteral("no button \"%1\" in \"%2\"").arg(aButton, box->text()));
         box->reject();
     });
+}
+
+void ModalDriver::Compare(const QString &aWhat, const QString &aFound, const QString &aExpected) {
+    if (aFound != aExpected)
+        Complain(QStringLiteral("%1 is \"%2\", not \"%3\"").arg(aWhat, aFound, aExpected));
 }
 
 void ModalDriver::ExpectFileDialog(const QString &aTitle, const QString &aOffered,
@@ -54,11 +83,8 @@ void ModalDriver::ExpectFileDialog(const QString &aTitle, const QString &aOffere
             aWindow.close();
             return;
         }
-        if (dialog->windowTitle() != aTitle)
-            Complain(
-                QStringLiteral("title is \"%1\", not \"%2\"").arg(dialog->windowTitle(), aTitle));
-        if (name->text() != aOffered)
-            Complain(QStringLiteral("offers \"%1\", not \"%2\"").arg(name->text(), aOffered));
+        Compare(QStringLiteral("title"), dialog->windowTitle(), aTitle);
+        Compare(QStringLiteral("offered name"), name->text(), aOffered);
         if (aPath.isEmpty()) {
             QTest::keyClick(dialog, Qt::Key_Escape);
             return;

@@ -4,6 +4,7 @@
 
 #include <QElapsedTimer>
 #include <QList>
+#include <QMessageBox>
 #include <QPointer>
 #include <QString>
 #include <QTimer>
@@ -16,7 +17,7 @@ namespace VkTests {
 /// written down and closed, so that a test fails and does not hang.
 ///
 ///     ModalDriver driver;
-///     driver.ExpectBox("title", "text", "OK");
+///     driver.ExpectBox(QMessageBox::Warning, "title", "text", "OK");
 ///     record.Validate();
 ///     QVERIFY2(driver.Done(), driver.Complaint());
 class ModalDriver : public QObject {
@@ -28,9 +29,11 @@ public:
 
     /// The next modal window is handed to the function, which has to end it.
     void Expect(std::function<void(QWidget &aWindow)> aAnswer);
-    /// The next modal window is a message box with exactly that title and text; the button with
-    /// that caption ("&" left out) is clicked with the mouse.
-    void ExpectBox(const QString &aTitle, const QString &aText, const QString &aButton);
+    /// The next modal window is a message box with exactly that icon, title and text; the button
+    /// with that caption ("&" left out) is clicked with the mouse. Enter would press it as well,
+    /// unless another one is named.
+    void ExpectBox(QMessageBox::Icon aIcon, const QString &aTitle, const QString &aText,
+                   const QString &aButton, const QString &aDefaultButton = QString());
 
     /// The next modal window is a file dialog with exactly that title that offers that file name;
     /// the path is typed into its name box and confirmed with Enter. An empty path cancels with
@@ -51,6 +54,7 @@ private:
     void Look();
     bool IsReady(QWidget *aWindow);
     void Answer(QWidget &aWindow);
+    void Compare(const QString &aWhat, const QString &aFound, const QString &aExpected);
 
     QList<std::function<void(QWidget &)>> theAnswers;
     QList<QPointer<QWidget>> theAnswered;

@@ -103,7 +103,8 @@ private slots:
                                     QStringLiteral("Query.qvk"), path);
             user.Press("theSaveAs");
             user.ExpectCaption(QStringLiteral("Поиск документов - [%1]").arg(path));
-            driver.ExpectBox(theQuestionTitle, theQuestion, QStringLiteral("Да"));
+            driver.ExpectBox(QMessageBox::Question, theQuestionTitle, theQuestion,
+                             QStringLiteral("Да"));
             user.Press("theOK");
         });
         QVERIFY(confirmed);
