@@ -38,9 +38,10 @@ qint64 BytesOfValue(QStringView aValue) {
             bytes += BytesOfReference(aValue, at);
             continue;
         }
+        ++at;
+        if (unit == u'\r' && at < aValue.size() && aValue[at] == u'\n') continue;  // one blank
         // Each half of a pair is two of its four bytes.
         bytes += unit < QChar(0x80) ? 1 : unit < QChar(0x800) || unit.isSurrogate() ? 2 : 3;
-        ++at;
     }
     return bytes;
 }
@@ -80,13 +81,8 @@ Tag TagAt(QStringView aText, qsizetype aBegin) {
         if (at < 0) at = aText.size() - 1;
         ++tag.Attributes;
         const QStringView value = aText.sliced(quote + 1, std::max<qsizetype>(at - quote - 1, 0));
-        if (value.size() > theLongestValue / theMostBytes &&
-            BytesOfValue(value) > theLongestValue) {
-            Raise(QStringLiteral("Текст \"%1\" слишком длинный: допускается не более %2 байт, "
-                                 "русская буква занимает два.")
-                      .arg(NameOfValue(aText, quote))
-                      .arg(theLongestValue));
-        }
+        if (value.size() > theLongestValue / theMostBytes && BytesOfValue(value) > theLongestValue)
+            Raise(TextTooLong(NameOfValue(aText, quote)));
     }
     tag.End = at;
     if (tag.Opens && aText[at - 1] == u'/') tag.Closes = true;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <exception>
+#include <initializer_list>
 #include <new>
 
 #include <libxml/parser.h>
@@ -14,14 +15,31 @@ namespace Vk_DocQuery {
 namespace {
 
 // The text is UTF-8 whatever it declares. The parser knows no entities but those of XML itself, and
-// puts what they stand for into the values.
+// puts what they stand for into the values. Its own bounds are off, since one of them depends on
+// where the last tags of a large file stand; those of FileBounds.h are judged here.
 constexpr int theParserOptions = XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_IGNORE_ENC |
-                                 XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
+                                 XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_HUGE;
 constexpr qsizetype theLongestSource = 160;  // bytes of the faulty line on each side of the fault
+constexpr qsizetype theLongestReason = 300;  // characters; the parser's may hold names of the file
+constexpr int theValueSize = 5;  // pointers of an attribute: name, prefix, namespace, value, end
 constexpr char theListEntry[] = "i";
 
 bool IsLineEnd(char aByte) {
     return aByte == '\n' || aByte == '\r';
+}
+
+const char *Text(const xmlChar *aText) {
+    return reinterpret_cast<const char *>(aText);
+}
+
+bool IsTooLong(const xmlChar *aName) {
+    return aName && strnlen(Text(aName), theLongestName + 1) > theLongestName;
+}
+
+QString Cut(const QString &aReason) {
+    return aReason.size() <= theLongestReason
+               ? aReason
+               : aReason.left(theLongestReason) + QStringLiteral("...");
 }
 
 bool IsInsideCharacter(char aByte) {
@@ -64,8 +82,9 @@ public:
         calls.endElementNs = &ParserRun::OnElementEnd;
         calls.characters = calls.ignorableWhitespace = calls.cdataBlock = nullptr;
         calls.comment = nullptr;
-        calls.processingInstruction = nullptr;
+        calls.processingInstruction = &ParserRun::OnInstruction;
         calls.reference = nullptr;
+        calls.getEntity = nullptr;
     }
     ~ParserRun() { xmlFreeParserCtxt(theContext); }
     ParserRun(const ParserRun &) = delete;
@@ -119,12 +138,12 @@ private:
 
     void Keep(const QString &aReason, qint32 aLine) {
         if (theError.Line > 0) return;
-        theError.Reason = aReason.simplified();
+        theError.Reason = Cut(aReason.simplified());
         theError.Line = aLine;
         theError.SourceText = QString();
         const xmlParserInput *input = theContext->input;
         if (!input) return;
-        const auto *base = reinterpret_cast<const char *>(input->base);
+        const char *base = Text(input->base);
         theError.SourceText =
             LineAt(QByteArrayView(base, input->end - input->base), input->cur - input->base);
     }
@@ -170,15 +189,27 @@ private:
     }
 
     static void OnElement(void *aContext, const xmlChar *aName, const xmlChar *aPrefix,
-                          const xmlChar *aUri, int aNamespaces, const xmlChar **, int aAttributes,
-                          int, const xmlChar **aValues) {
+                          const xmlChar *aUri, int aNamespaces, const xmlChar **aDeclared,
+                          int aAttributes, int, const xmlChar **aValues) {
         ParserRun &run = Of(aContext);
         run.Guarded([&] {
-            const char *name = aPrefix || aUri ? "" : reinterpret_cast<const char *>(aName);
-            if (!run.IsWithinBounds(name, aNamespaces, aAttributes)) return;
+            const char *name = aPrefix || aUri ? "" : Text(aName);
+            run.CheckNames({aName, aPrefix});
+            for (int i = 0; i < aNamespaces; ++i)
+                run.CheckNames({aDeclared[2 * i], aDeclared[2 * i + 1]});
+            for (int i = 0; i < aAttributes; ++i)
+                run.CheckNames({aValues[i * theValueSize], aValues[i * theValueSize + 1]});
+            run.CheckNumbers(name, aNamespaces, aAttributes);
+            run.CheckValues(aAttributes, aValues);
+            if (run.theIsRefused) return;
             run.AddElement(name);
             run.AddAttributes(aAttributes, aValues);
         });
+    }
+
+    static void OnInstruction(void *aContext, const xmlChar *aTarget, const xmlChar *) {
+        ParserRun &run = Of(aContext);
+        run.Guarded([&] { run.CheckNames({aTarget}); });
     }
 
     static void OnElementEnd(void *aContext, const xmlChar *, const xmlChar *, const xmlChar *) {
@@ -186,7 +217,19 @@ private:
         if (run.theOpen.size() > 1) run.theOpen.pop_back();
     }
 
-    bool IsWithinBounds(const char *aName, int aNamespaces, int aAttributes) {
+    void CheckNames(std::initializer_list<const xmlChar *> aNames) {
+        if (theIsRefused) return;
+        if (std::any_of(aNames.begin(), aNames.end(), &IsTooLong)) {
+            Refuse(QStringLiteral("Файл слишком сложен: допускаются имена не длиннее %1 байт.")
+                       .arg(theLongestName));
+        } else if (xmlDictSize(theContext->dict) > theMostNamesOfFile) {
+            Refuse(QStringLiteral("Файл слишком сложен: допускается не более %1 разных имен.")
+                       .arg(theMostNamesOfFile));
+        }
+    }
+
+    void CheckNumbers(const char *aName, int aNamespaces, int aAttributes) {
+        if (theIsRefused) return;
         theNamespaces += aNamespaces;
         theAttributes += aAttributes + aNamespaces;
         const auto elements = static_cast<qint64>(theTree.Elements.size());
@@ -197,12 +240,22 @@ private:
         } else if (theNamespaces > theMostNamespacesOfFile) {
             Refuse(QStringLiteral("Файл слишком сложен: допускается не более %1 пространств имен.")
                        .arg(theMostNamespacesOfFile));
+        } else if (static_cast<qint32>(theOpen.size()) > theDeepestElement) {
+            Refuse(QStringLiteral("Файл слишком сложен: допускается не более %1 вложенных друг в "
+                                  "друга элементов.")
+                       .arg(theDeepestElement));
         } else if (std::strcmp(aName, theListEntry) == 0 &&
                    ++theOpen.back().Entries > theMostListEntries) {
             const auto list = static_cast<std::size_t>(theOpen.back().Number);
             Refuse(ListTooLong(QString::fromUtf8(theTree.Elements[list].Name)));
         }
-        return !theIsRefused;
+    }
+
+    void CheckValues(int aCount, const xmlChar **aValues) {
+        for (; aCount > 0 && !theIsRefused; --aCount, aValues += theValueSize) {
+            if (aValues[4] - aValues[3] > theLongestValue)
+                Refuse(TextTooLong(QString::fromUtf8(Text(aValues[0]))));
+        }
     }
 
     void AddElement(const char *aName) {
@@ -220,11 +273,11 @@ private:
     }
 
     void AddAttributes(int aCount, const xmlChar **aValues) {
-        for (; aCount > 0; --aCount, aValues += 5) {  // name, prefix, namespace, value, its end
+        for (; aCount > 0; --aCount, aValues += theValueSize) {
             if (aValues[1] || aValues[2]) continue;
-            const auto *begin = reinterpret_cast<const char *>(aValues[3]);
-            const auto *end = reinterpret_cast<const char *>(aValues[4]);
-            theTree.Attributes.push_back({reinterpret_cast<const char *>(aValues[0]),
+            const char *begin = Text(aValues[3]);
+            const char *end = Text(aValues[4]);
+            theTree.Attributes.push_back({Text(aValues[0]),
                                           static_cast<quint32>(theTree.Values.size()),
                                           static_cast<qint32>(end - begin)});
             theTree.Values.append(begin, end);

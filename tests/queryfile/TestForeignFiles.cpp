@@ -265,11 +265,15 @@ private slots:
         QTest::newRow("too large")
             << QStringLiteral("large") << false
             << QStringLiteral("Файл слишком велик: допускается не более 64 МБ.");
-        QTest::newRow("deep") << QStringLiteral("deep") << false
-                              << QStringLiteral(
-                                     "Excessive depth in document: 256 use XML_PARSE_HUGE option");
-        QTest::newRow("long attribute")
-            << QStringLiteral("attribute") << false << QStringLiteral("AttValue length too long");
+        QTest::newRow("deep")
+            << QStringLiteral("deep") << false
+            << QStringLiteral(
+                   "Файл слишком сложен: допускается не более 256 вложенных друг в друга "
+                   "элементов.\r\n");
+        QTest::newRow("long attribute") << QStringLiteral("attribute") << false
+                                        << QStringLiteral(
+                                               "Текст \"a\" слишком длинный: допускается не более "
+                                               "10000000 байт, русская буква занимает два.\r\n");
         QTest::newRow("many bad ids") << QStringLiteral("ids") << true << QString();
     }
     void FilesOfExtremeSizeAndDepth() {
@@ -305,6 +309,103 @@ private slots:
         QVERIFY(record.LastError.size() < 600);
 #ifndef __SANITIZE_ADDRESS__
         QVERIFY(PeakMemory() < 600);
+#endif
+    }
+
+    /// What the parser itself would keep without end, and what it would say about it at length.
+    void Bounds_data() {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("reason");
+        const auto row = [](const char *aName, const QByteArray &aContent,
+                            const QString &aReason = QString()) {
+            QTest::newRow(aName) << aContent << aReason;
+        };
+        const auto nested = [](int aDepth) {
+            return QByteArray("<a>").repeated(aDepth) + QByteArray("</a>").repeated(aDepth);
+        };
+        const QString tooDeep = QStringLiteral(
+            "Файл слишком сложен: допускается не более 256 вложенных друг в друга элементов.");
+        row("deep", nested(255));
+        row("too deep", nested(256), tooDeep);
+        row("deep again and again", nested(255).repeated(10));
+        row("too deep behind much", "<!--" + QByteArray(11'000'000, 'x') + "-->" + nested(256),
+            tooDeep);
+        const auto many = [](const char *aForm, int aCount) {
+            QByteArray names;
+            for (int i = 0; i < aCount; ++i)
+                names += QByteArray(aForm).replace('@', QByteArray::number(i));
+            return names;
+        };
+        const QString tooMany =
+            QStringLiteral("Файл слишком сложен: допускается не более 10000 разных имен.");
+        for (const char *form : {"<a@/>", "<b a@=''/>", "<?a@?>", "<x:a@/>", "<b x:a@=''/>"}) {
+            row(form, many(form, 9900));
+            row(QByteArray(form) + ", too many", many(form, 10001), tooMany);
+        }
+        row("very many instructions", many("<?a@?>", 2'000'000), tooMany);
+        const QString tooLong =
+            QStringLiteral("Файл слишком сложен: допускаются имена не длиннее 1000 байт.");
+        for (const char *form : {"<@/>", "<b @=''/>", "<?@?>", "<x:@/>", "<@:b/>", "<b x:@=''/>",
+                                 "<b @:b=''/>", "<b xmlns:@='u'/>", "<b xmlns:b='@'/>"}) {
+            const auto named = [&](qsizetype aSize) {
+                return QByteArray(form).replace('@', QByteArray(aSize, 'n'));
+            };
+            row(form, named(1000));
+            row(QByteArray(form) + ", too long", named(1001), tooLong);
+            row(QByteArray(form) + ", huge", named(9'000'000), tooLong);
+        }
+        row("letters of two bytes", "<" + QByteArray("\xD0\x96").repeated(500) + "/>");
+        row("letters of two bytes, too long", "<" + QByteArray("\xD0\x96").repeated(501) + "/>",
+            tooLong);
+        row("long name of an end", "<b></" + QByteArray(20'000, 'n') + ">",
+            QStringLiteral("Opening and ending tag mismatch: b line 1 and ") + QString(254, u'n') +
+                QStringLiteral("..."));
+        row("long name of an entity", "&" + QByteArray(20'000, 'n') + ";",
+            QStringLiteral("Entity '") + QString(292, u'n') + QStringLiteral("..."));
+    }
+    void Bounds() {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, reason);
+        XmlDocument document;
+        QCOMPARE(document.LoadBytes("<VkDocQuery>" + content + "</VkDocQuery>"), reason.isEmpty());
+        QCOMPARE(document.ParseError().Reason, reason);
+#ifndef __SANITIZE_ADDRESS__
+        QVERIFY(PeakMemory() < 900);
+#endif
+    }
+
+    /// No entity is ever made longer, wherever and however it is declared.
+    void Entities_data() {
+        QTest::addColumn<QByteArray>("head");
+        QTest::addColumn<QString>("reason");
+        QByteArray bomb = "<!DOCTYPE VkDocQuery [<!ENTITY e0 'boom'>";
+        for (int i = 1; i < 30; ++i) {
+            const QByteArray one = "&e" + QByteArray::number(i - 1) + ";";
+            bomb += "<!ENTITY e" + QByteArray::number(i) + " '" + one.repeated(10) + "'>";
+        }
+        bomb += "<!ATTLIST VkDocQuery a CDATA '&e29;'>]>";
+        const QString refused = QString::fromUtf16(theDocumentType);
+        QTest::newRow("at once") << bomb << refused;
+        QTest::newRow("behind much")
+            << "<!--" + QByteArray(11'000'000, 'x') + "-->" + bomb << refused;
+        QTest::newRow("behind an instruction") << "<?a b?>" + bomb << refused;
+        QTest::newRow("parameters")
+            << QByteArray("<!DOCTYPE VkDocQuery [<!ENTITY % p \"<!ENTITY e29 'x'>\"> %p;]>")
+            << refused;
+        QTest::newRow("behind a fault of the declaration")
+            << "<?xml version='1.0' standalone='x'?>" + bomb
+            << QStringLiteral("standalone accepts only 'yes' or 'no'");
+        QTest::newRow("behind a lesser fault")
+            << "<?xml version='7.0'?>" + bomb << QStringLiteral("Unsupported version '7.0'");
+    }
+    void Entities() {
+        QFETCH(QByteArray, head);
+        QFETCH(QString, reason);
+        XmlDocument document;
+        QVERIFY(!document.LoadBytes(head + "<VkDocQuery b='&e29;'>&e29;</VkDocQuery>"));
+        QCOMPARE(document.ParseError().Reason, reason);
+#ifndef __SANITIZE_ADDRESS__
+        QVERIFY(PeakMemory() < 900);
 #endif
     }
 
