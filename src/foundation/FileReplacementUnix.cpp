@@ -6,11 +6,13 @@
 #include <fcntl.h>
 #include <memory>
 #include <optional>
+#include <poll.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <QCryptographicHash>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -24,7 +26,9 @@ namespace Vk_DocQuery {
 namespace {
 
 constexpr int theMostLinks = 40;
-constexpr int theMostSaves = 10;  // of one file at a time
+constexpr int theMostSaves = 10;        // of one file at a time
+constexpr int theLongestTurn = 2000;    // milliseconds that another save is waited for
+constexpr int theTimeBetweenLooks = 5;  // milliseconds
 
 const QString theNotCreated = QStringLiteral("Файл не удалось создать");
 const QString theNotWritten = QStringLiteral("Файл не удалось записать");
@@ -85,6 +89,11 @@ QByteArray RealPath(const QByteArray &aPath) {
 /// Says why there is no folder, or why nobody can get into it.
 [[noreturn]] void RaiseNoFolder(const QByteArray &aFolder, int aCode) {
     if (aCode == ELOOP) RaiseCircle();
+    if (aCode == ENOENT && !aFolder.startsWith('/') && RealPath(".").isEmpty()) {
+        RaiseFiles(FolderMissing,
+                   QStringLiteral("Текущая папка программы удалена или недоступна. Укажите полный "
+                                  "путь к файлу."));
+    }
     if (aCode == ENOENT || aCode == ENOTDIR)
         RaiseFiles(FolderMissing, QStringLiteral("Папка \"%1\" не найдена.").arg(Shown(aFolder)));
     if (aCode == EACCES) {
@@ -203,8 +212,26 @@ bool IsSameFile(const struct stat &aOne, const struct stat &aOther) {
     return aOne.st_dev == aOther.st_dev && aOne.st_ino == aOther.st_ino;
 }
 
-/// Takes away what killed saves of this file and this user have left. A save that goes on holds a
-/// lock on its file.
+/// Whether the name stands for the open file.
+bool StandsFor(int aFolder, const QByteArray &aName, int aFile) {
+    struct stat named {};
+    struct stat opened {};
+    return fstat(aFile, &opened) == 0 &&
+           fstatat(aFolder, aName.constData(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+           IsSameFile(named, opened);
+}
+
+/// Opens the file for no more than a lock.
+Handle OpenToLock(int aFolder, const QByteArray &aName) {
+    constexpr int options = O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+    Handle file(openat(aFolder, aName.constData(), O_RDWR | options));
+    if (file < 0) file = Handle(openat(aFolder, aName.constData(), O_RDONLY | options));
+    return file;
+}
+
+/// Takes away what killed saves of this file and this user have left. What a save that goes on has
+/// under such a name it holds a lock on, so that the name of a file that is locked here stands for
+/// it until it is taken away.
 void ClearLeftovers(const Folder &aFolder, const QByteArray &aName) {
     for (int save = 0; save < theMostSaves; ++save) {
         const QByteArray name = TemporaryName(aName, save);
@@ -212,12 +239,10 @@ void ClearLeftovers(const Folder &aFolder, const QByteArray &aName) {
         if (fstatat(aFolder, name.constData(), &seen, AT_SYMLINK_NOFOLLOW) != 0 ||
             !S_ISREG(seen.st_mode) || seen.st_uid != geteuid())
             continue;
-        constexpr int options = O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
-        Handle file(openat(aFolder, name.constData(), O_RDWR | options));
-        if (file < 0) file = Handle(openat(aFolder, name.constData(), O_RDONLY | options));
+        const Handle file = OpenToLock(aFolder, name);
         struct stat opened {};
         if (file >= 0 && flock(file, LOCK_EX | LOCK_NB) == 0 && fstat(file, &opened) == 0 &&
-            IsSameFile(seen, opened))
+            IsSameFile(seen, opened) && StandsFor(aFolder, name, file))
             unlinkat(aFolder, name.constData(), 0);
     }
 }
@@ -335,35 +360,62 @@ public:
         return true;
     }
 
-    /// Puts it in the place of the old file. They change their names, where the system can do that:
-    /// as long as the disk has not confirmed the new one, the old one is there to be put back.
-    /// False if another save has taken the new file away, which it saw under a name that stood for
-    /// a leftover a moment before.
-    bool Replace(const std::optional<FileRights> &aOld) {
-        const bool isKept = aOld && HasExchanged();
-        if (isKept) HoldOld();
-        if (!isKept &&
-            renameat(theFolder, theTemporary.constData(), theFolder, theName.constData()) != 0) {
-            const int code = errno;
-            if (code == ENOENT && IsTakenAway()) return false;
-            RaiseNotReplaced(code);
-        }
+    /// Puts it in the place of what is there. They change their names, where the system can do
+    /// that: as long as the disk has not confirmed the new one, the old one is there to be put
+    /// back. aIsKnown tells that there was a file whose rights the new one has. False if other
+    /// programs were in the way, so that all has to be done again.
+    bool Replace(bool aIsKnown) {
+        const bool isThere = HasTurn();
+        if (isThere && !aIsKnown) return false;
+        const std::optional<bool> isKept = Placed(isThere);
+        if (!isKept) return false;
+        if (*isKept) HoldOld();
         const int code = theFolder.Sync(theLock);
         if (code != 0) {
-            if (!IsUndone(aOld.has_value(), isKept)) RaiseNotConfirmed(code);
+            if (!IsUndone(isThere, *isKept)) RaiseNotConfirmed(code);
             RaiseNotReplaced(code);
         }
-        if (isKept) RemoveOld();
+        if (*isKept) RemoveOld();
         theTemporary.clear();
         return true;
     }
 
 private:
-    bool IsTakenAway() {
+    /// Whether there is a file of that name. If so, it is locked until all is done, and another
+    /// save that would replace it, or what has been put in its place, waits: it must not come
+    /// between this one and its undoing. A lock that is not a save's is not waited for any longer,
+    /// and not every disk knows locks.
+    bool HasTurn() {
+        const QDeadlineTimer patience(theLongestTurn);
+        for (;;) {
+            theTurn = OpenToLock(theFolder, theName);
+            if (theTurn < 0) return errno != ENOENT;
+            while (flock(theTurn, LOCK_EX | LOCK_NB) != 0) {
+                if (errno != EWOULDBLOCK || patience.hasExpired()) return true;
+                poll(nullptr, 0, theTimeBetweenLooks);
+            }
+            if (StandsFor(theFolder, theName, theTurn) || patience.hasExpired()) return true;
+        }
+    }
+
+    /// Whether the old file is kept under the name of the save; nothing if other programs were in
+    /// the way.
+    std::optional<bool> Placed(bool aIsThere) {
+        const int code = Rename(aIsThere ? Exchange : NoReplace);
+        if (code == 0) return aIsThere;
+        if (code == ENOENT || code == EEXIST) return IsInTheWay();
+        if (code != EINVAL && code != ENOSYS && code != EOPNOTSUPP) RaiseNotReplaced(code);
+        if (renameat(theFolder, theTemporary.constData(), theFolder, theName.constData()) == 0)
+            return false;
+        if (errno == ENOENT) return IsInTheWay();
+        RaiseNotReplaced(errno);
+    }
+
+    /// Of a new file that somebody has taken away, the name is not ours any more.
+    std::optional<bool> IsInTheWay() {
         struct stat stat {};
-        if (fstat(theLock, &stat) != 0 || stat.st_nlink > 0) return false;
-        theTemporary.clear();
-        return true;
+        if (fstat(theLock, &stat) == 0 && stat.st_nlink == 0) theTemporary.clear();
+        return std::nullopt;
     }
 
     /// Whether the file is locked and has not been taken away before that.
@@ -375,34 +427,35 @@ private:
         return theTemporary.isEmpty() || (fstat(theLock, &stat) == 0 && stat.st_nlink > 0);
     }
 
-    /// Lets the new file and the one that is there change their names. 0, or why it could not.
-    int Exchange() const {
+#ifdef RENAME_EXCHANGE
+    enum Renaming : unsigned int { Exchange = RENAME_EXCHANGE, NoReplace = RENAME_NOREPLACE };
+#else
+    enum Renaming : unsigned int { Exchange, NoReplace };
+#endif
+
+    /// Gives the new file the name of the save, and what is there the other, or nothing if anything
+    /// is there. 0, or why it could not.
+    int Rename(Renaming aRenaming) const {
 #ifdef RENAME_EXCHANGE
         const int result = renameat2(theFolder, theTemporary.constData(), theFolder,
-                                     theName.constData(), RENAME_EXCHANGE);
+                                     theName.constData(), aRenaming);
         return result == 0 ? 0 : errno;
 #else
+        Q_UNUSED(aRenaming);
         return ENOSYS;
 #endif
     }
 
-    /// False where the system cannot do that, and where the old file has gone.
-    bool HasExchanged() const {
-        const int code = Exchange();
-        if (code != 0 && code != EINVAL && code != ENOSYS && code != EOPNOTSUPP && code != ENOENT)
-            RaiseNotReplaced(code);
-        return code == 0;
-    }
-
-    /// Puts back what was, as far as that can be.
-    bool IsUndone(bool aHasOld, bool aIsKept) {
-        if (aIsKept) return Exchange() == 0;
+    /// Puts back what was, as far as that can be. What another program has put there since stays.
+    bool IsUndone(bool aWasThere, bool aIsKept) {
+        const bool isOurs = StandsFor(theFolder, theName, theLock);
+        if (aIsKept) return !isOurs || Rename(Exchange) == 0;
         theTemporary.clear();  // the file has its own name now
-        return !aHasOld && unlinkat(theFolder, theName.constData(), 0) == 0;
+        return !isOurs || (!aWasThere && unlinkat(theFolder, theName.constData(), 0) == 0);
     }
 
-    /// Holds the file that has the name of the save now. It need not be the one that was there when
-    /// the save began: others save as well.
+    /// Holds the file that has the name of the save now. It need not be the one that was locked:
+    /// other programs save as well.
     void HoldOld() {
 #ifdef O_PATH
         theOld =
@@ -412,11 +465,7 @@ private:
 
     /// Takes it away, unless somebody took it for a leftover and the name is another's by now.
     void RemoveOld() const {
-        struct stat held {};
-        struct stat named {};
-        if (theOld >= 0 && fstat(theOld, &held) == 0 &&
-            fstatat(theFolder, theTemporary.constData(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
-            IsSameFile(held, named))
+        if (theOld >= 0 && StandsFor(theFolder, theTemporary, theOld))
             unlinkat(theFolder, theTemporary.constData(), 0);
     }
 
@@ -446,11 +495,12 @@ private:
     QByteArray theName;
     Handle theFile;
     Handle theLock;
+    Handle theTurn;
     Handle theOld;
     QByteArray theTemporary;  // the name that it has; made before, since memory may be gone then
 };
 
-/// One try; false if another save was in its way.
+/// One try; false if other programs were in its way.
 bool HasReplaced(const Folder &aFolder, const Place &aPlace, const std::optional<FileRights> &aOld,
                  const QByteArray &aBytes) {
     const mode_t mode = aOld ? 0600 : 0666;  // of a file that was, the right one follows
@@ -462,7 +512,7 @@ bool HasReplaced(const Folder &aFolder, const Place &aPlace, const std::optional
         if (aOld) file.TakeOver(*aOld);
         file.Finish();
         if (!file.Name()) continue;
-        return file.Replace(aOld);
+        return file.Replace(aOld.has_value());
     }
     return false;
 }
@@ -470,12 +520,14 @@ bool HasReplaced(const Folder &aFolder, const Place &aPlace, const std::optional
 }  // namespace
 
 void ReplaceFile(const QString &aFileName, const QByteArray &aBytes) {
-    const Place place = PlaceOf(aFileName);
-    const std::optional<FileRights> old = OldFile(place);
+    Place place = PlaceOf(aFileName);
+    std::optional<FileRights> old = OldFile(place);
     const Folder folder(place.Folder);
     ClearLeftovers(folder, place.Name);
     for (int attempt = 0; attempt < theMostSaves; ++attempt) {
         if (HasReplaced(folder, place, old, aBytes)) return;
+        place.IsThere = false;  // it comes and goes
+        old = OldFile(place);
     }
     RaiseSystem(theNotReplaced, EBUSY);
 }

@@ -306,6 +306,26 @@ private slots:
         QCOMPARE(BytesOf(InFolder("a.txt")), QByteArray("newer"));
     }
 
+    /// A name without its folder, when there is no folder that the program stands in.
+    void WorkingFolderThatHasGone() {
+        const QString before = QDir::currentPath();
+        const QString gone = InFolder("gone");
+        QVERIFY(QDir().mkdir(gone) && QDir::setCurrent(gone) && QDir().rmdir(gone));
+        QStringList raised;
+        for (const char *name : {"a.txt", "./a.txt", "b/a.txt", "../a.txt"})
+            raised << Saved(QStringLiteral("new"), QString::fromLatin1(name));
+        const QString whole = Saved(QStringLiteral("new"), InFolder("a.txt"));
+        const QString missing = Saved(QStringLiteral("new"), InFolder("none/a.txt"));
+        QVERIFY(QDir::setCurrent(before));
+        raised.removeDuplicates();
+        QCOMPARE(raised,
+                 QStringList{QStringLiteral("Текущая папка программы удалена или недоступна. "
+                                            "Укажите полный путь к файлу.")});
+        QCOMPARE(whole, QString());
+        QCOMPARE(missing, QStringLiteral("Папка \"%1\" не найдена.").arg(InFolder("none")));
+        QCOMPARE(Files(), QStringList{QStringLiteral("a.txt")});
+    }
+
     void LongNames_data() {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("reason");

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>
+#include <utility>
 
 #include <QDir>
 #include <QFile>
@@ -67,6 +68,7 @@ bool IsRussian(QString aText) {
     return !aText.remove(brackets).remove(quoted).contains(latin);
 }
 
+constexpr int theNotWatched = 77;  // what a child ends with whose calls cannot be answered
 constexpr char theOld[] = "<VkDocQuery/>";
 constexpr char theNew[] = "new";
 const QString theDiskIsFull = QStringLiteral("На диске не хватает места.");
@@ -240,6 +242,168 @@ private slots:
         QCOMPARE(Files(), left.isEmpty() ? QStringList() : QStringList{QStringLiteral("a.qvk")});
     }
 
+    /// What another program puts there before the disk fails to confirm a save is not undone.
+    void WhatComesBeforeTheUndoing_data() {
+        QTest::addColumn<int>("way");
+        QTest::addColumn<bool>("isNew");
+        QTest::newRow("exchanged") << int(Unnamed) << false;
+        QTest::newRow("replaced for good") << int(WithoutExchange) << false;
+        QTest::newRow("new") << int(Unnamed) << true;
+        QTest::newRow("new, replaced for good") << int(WithoutExchange) << true;
+    }
+    void WhatComesBeforeTheUndoing() {
+        QFETCH(int, way);
+        QFETCH(bool, isNew);
+        if (isNew) QVERIFY(QFile::remove(theName));
+        int flushes = 0;
+        QString raised;
+        const bool broken = WithCalls(
+            {SYS_fsync, SYS_renameat2},
+            [&](const Call &aCall) {
+                if (aCall.Number != SYS_fsync || ++flushes != 2) return AnswerOf(Way(way), aCall);
+                PutThere("another's");
+                return EIO;
+            },
+            [&] { raised = Saved(theName); });
+        if (!broken) QSKIP("calls of the system cannot be answered here");
+        QCOMPARE(raised, QStringLiteral("Файл не удалось заменить: ошибка чтения или записи на "
+                                        "диске (Input/output error)."));
+        QCOMPARE(Bytes(), QByteArray("another's"));
+        QCOMPARE(Files(), QStringList{QStringLiteral("a.qvk")});
+    }
+
+    /// What a save has in hand is locked, under each name, so that another one waits or leaves it
+    /// alone.
+    void AllIsLocked_data() {
+        QTest::addColumn<int>("way");
+        QTest::addColumn<int>("call");
+        QTest::addColumn<int>("number");
+        QTest::addColumn<int>("locked");
+        QTest::newRow("named, while it is written") << int(Named) << int(SYS_write) << 1 << 1;
+        QTest::newRow("before they are exchanged") << int(Unnamed) << int(SYS_renameat2) << 1 << 2;
+        QTest::newRow("while it is confirmed") << int(Unnamed) << int(SYS_fsync) << 2 << 2;
+        QTest::newRow("named, while it is confirmed") << int(Named) << int(SYS_fsync) << 2 << 2;
+        QTest::newRow("when the old one goes") << int(Unnamed) << int(SYS_unlinkat) << 1 << 2;
+        QTest::newRow("replaced for good, while it is confirmed")
+            << int(WithoutExchange) << int(SYS_fsync) << 2 << 1;
+    }
+    void AllIsLocked() {
+        QFETCH(int, way);
+        QFETCH(int, call);
+        QFETCH(int, number);
+        QFETCH(int, locked);
+        int calls = 0;
+        int found = -1;
+        QString raised;
+        const bool watched = WithCalls(
+            {SYS_openat, SYS_write, SYS_fsync, SYS_renameat2, SYS_unlinkat},
+            [&](const Call &aCall) {
+                if (aCall.Number == call && ++calls == number) found = LockedFiles();
+                return AnswerOf(Way(way), aCall);
+            },
+            [&] { raised = Saved(theName); });
+        if (!watched) QSKIP("calls of the system cannot be answered here");
+        QCOMPARE(raised, QString());
+        QCOMPARE(found, locked);
+        QCOMPARE(LockedFiles(), 0);
+    }
+
+    /// A save that comes while another one is at it changes nothing before that one has ended.
+    void OneAfterTheOther_data() {
+        QTest::addColumn<bool>("isReplaced");
+        QTest::newRow("undone") << false;
+        QTest::newRow("done") << true;
+    }
+    void OneAfterTheOther() {
+        QFETCH(bool, isReplaced);
+        int held = OpenLocked(theName);
+        QVERIFY(held >= 0);
+        int looks = 0;
+        int locked = -1;
+        QByteArray found;
+        QString raised;
+        const bool watched = WithCalls(
+            {SYS_flock, SYS_renameat2},
+            [&](const Call &aCall) {
+                if (aCall.Number == SYS_renameat2) {
+                    found = held < 0 ? Bytes() : "too early";
+                    locked = LockedFiles();
+                } else if (++looks == 5) {
+                    if (isReplaced) PutThere("another's");
+                    ::close(std::exchange(held, -1));
+                }
+                return 0;
+            },
+            [&] { raised = Saved(theName); });
+        if (!watched) QSKIP("calls of the system cannot be answered here");
+        QCOMPARE(raised, QString());
+        QCOMPARE(found, QByteArray(isReplaced ? "another's" : theOld));
+        QCOMPARE(locked, 2);  // the file that is there now, and the new one
+        QCOMPARE(Bytes(), QByteArray(theNew));
+        QCOMPARE(Files(), QStringList{QStringLiteral("a.qvk")});
+    }
+
+    void LockThatStays() {
+        const int held = OpenLocked(theName);
+        QVERIFY(held >= 0);
+        QCOMPARE(Saved(theName), QString());
+        QCOMPARE(Bytes(), QByteArray(theNew));
+        ::close(held);
+    }
+
+    /// What other programs do to the files just before they change their names.
+    void OthersInTheWay_data() {
+        QTest::addColumn<int>("way");
+        QTest::addColumn<bool>("isNew");
+        QTest::addColumn<QString>("what");
+        const std::pair<const char *, Way> ways[] = {
+            {"unnamed", Unnamed}, {"named", Named}, {"without exchange", WithoutExchange}};
+        for (const auto &[name, way] : ways) {
+            for (const bool isNew : {false, true}) {
+                for (const char *what : {"clear", "remove", "put", "put early"})
+                    QTest::addRow("%s, %s, %s", name, isNew ? "new" : "old", what)
+                        << int(way) << isNew << QString::fromLatin1(what);
+            }
+        }
+    }
+    void OthersInTheWay() {
+        QFETCH(int, way);
+        QFETCH(bool, isNew);
+        QFETCH(QString, what);
+        if (isNew) QVERIFY(QFile::remove(theName));
+        int renames = 0;
+        QString raised;
+        const bool watched = WithCalls(
+            {SYS_openat, SYS_fsync, SYS_renameat, SYS_renameat2},
+            [&](const Call &aCall) {
+                if (aCall.Number == SYS_fsync) {
+                    if (what == QStringLiteral("put early") && renames == 0) PutThere("another's");
+                    return 0;
+                }
+                const int code = AnswerOf(Way(way), aCall);
+                if (aCall.Number == SYS_openat || code != 0 || ++renames != 1) return code;
+                if (what == QStringLiteral("clear")) {
+                    for (const QString &name : Files()) {
+                        if (name != QStringLiteral("a.qvk"))
+                            QFile::remove(theFolder->filePath(name));
+                    }
+                }
+                if (what == QStringLiteral("remove")) QFile::remove(theName);
+                if (what == QStringLiteral("put")) PutThere("another's");
+                return 0;
+            },
+            [&] { raised = Saved(theName); });
+        if (!watched) QSKIP("calls of the system cannot be answered here");
+        QVERIFY(renames > 0);
+        QCOMPARE(raised, QString());
+        QCOMPARE(Bytes(), QByteArray(theNew));
+        QCOMPARE(Files(), QStringList{QStringLiteral("a.qvk")});
+        // Another's file has rights of its own, and they are kept where its coming can be seen.
+        if (isNew && (what == QStringLiteral("put early") ||
+                      (what == QStringLiteral("put") && way != WithoutExchange)))
+            QCOMPARE(QFile::permissions(theName) & 0x0077, QFileDevice::Permissions());
+    }
+
     /// Each call of a save fails once, with each of some errors.
     void EveryCallThatFails_data() {
         QTest::addColumn<int>("way");
@@ -273,6 +437,8 @@ private slots:
                 [&](const Call &aCall) {
                     if (++calls != number) return AnswerOf(Way(way), aCall);
                     call = aCall.Number;
+                    // The system has closed it, whatever it says.
+                    if (call == SYS_close) ::close(static_cast<int>(aCall.Arguments[0]));
                     return code;
                 },
                 [&] { raised = Saved(theName); });
@@ -360,17 +526,29 @@ private slots:
         }
     }
 
-    /// Several programs that save one file at once: it is always the whole file of one of them.
+    /// Several programs that save one file at once: it is always the whole file of one of them, and
+    /// never that of one whose disk has not confirmed it.
     void SavedByManyAtOnce_data() {
         QTest::addColumn<bool>("areNamed");
-        QTest::newRow("unnamed") << false;
-        QTest::newRow("named") << true;
+        QTest::addColumn<bool>("isNew");
+        QTest::addColumn<bool>("oneFails");
+        QTest::newRow("unnamed") << false << false << false;
+        QTest::newRow("named") << true << false << false;
+        QTest::newRow("new") << false << true << false;
+        QTest::newRow("new, named") << true << true << false;
+        QTest::newRow("one that is not confirmed") << false << false << true;
+        QTest::newRow("one that is not confirmed, new") << false << true << true;
     }
     void SavedByManyAtOnce() {
         QFETCH(bool, areNamed);
+        QFETCH(bool, isNew);
+        QFETCH(bool, oneFails);
         MakeFolder(FolderInMemory());
-        MakeOld();
         for (int round = 0; round < 50; ++round) {
+            if (isNew)
+                QFile::remove(theName);
+            else
+                MakeOld();
             int gate[2];
             QCOMPARE(pipe(gate), 0);
             std::vector<pid_t> children;
@@ -381,43 +559,59 @@ private slots:
                 char byte = 0;
                 ::close(gate[1]);
                 if (::read(gate[0], &byte, 1) != 0) _exit(1);  // all begin at once
-                const QString refusal = Saved(theName, QString(10000, QLatin1Char(letter)));
-                if (!refusal.isEmpty()) qWarning() << refusal;
-                _exit(refusal.isEmpty() ? 0 : 1);
+                _exit(ExitOfSave(letter, oneFails && letter == 'a'));
             }
             ::close(gate[0]);
             ::close(gate[1]);
             for (const pid_t child : children) {
                 int status = -1;
                 QCOMPARE(waitpid(child, &status, 0), child);
-                QCOMPARE(status, 0);
-                const QByteArray bytes = Bytes();
-                QVERIFY2(bytes.size() == 10000 && bytes.count(bytes[0]) == 10000,
-                         bytes.left(100).constData());
+                QVERIFY(WIFEXITED(status));
+                const bool fails = oneFails && child == children.front();
+                if (fails && WEXITSTATUS(status) == theNotWatched)
+                    QSKIP("calls of the system cannot be answered here");
+                QCOMPARE(WEXITSTATUS(status), fails ? 1 : 0);
             }
+            const QByteArray bytes = Bytes();
+            QVERIFY2(bytes.size() == 10000 && bytes.count(bytes[0]) == 10000,
+                     bytes.left(100).constData());
+            QVERIFY(!oneFails || bytes[0] != 'a');
             QCOMPARE(Files(), QStringList{QStringLiteral("a.qvk")});
-            QVERIFY(HasOldRights());
+            QVERIFY(isNew || HasOldRights());
         }
+    }
+
+    /// The name of a leftover may be another save's a moment after it was looked at.
+    void LeftoverThatBecomesAnothersFile() {
+        const QString left = LeftByAKilledSave();
+        QVERIFY(!left.isEmpty());
+        int locks = 0;
+        int held = -1;
+        QString raised;
+        const bool watched = WithCalls(
+            {SYS_flock},
+            [&](const Call &) {
+                if (++locks != 1) return 0;
+                QFile::remove(left);
+                QFile file(left);
+                if (file.open(QIODevice::WriteOnly)) held = OpenLocked(left);
+                return 0;
+            },
+            [&] { raised = Saved(theName); });
+        if (!watched) QSKIP("calls of the system cannot be answered here");
+        QVERIFY(held >= 0);
+        QCOMPARE(raised, QString());
+        QCOMPARE(Bytes(), QByteArray(theNew));
+        QVERIFY(QFile::exists(left));
+        ::close(held);
     }
 
     /// What is no leftover of ours stays: a file that is locked, a link, one with another name.
     void WhatIsNotOursIsNotTakenAway() {
-        QString left;
-        const pid_t child = fork();
-        if (child == 0) {
-            RefuseUnnamedFiles();
-            AnswerCalls({SYS_renameat2}, SECCOMP_RET_KILL_PROCESS);
-            Saved(theName);
-            _exit(0);
-        }
-        int status = 0;
-        QCOMPARE(waitpid(child, &status, 0), child);
-        for (const QString &name : Files()) {
-            if (name != QStringLiteral("a.qvk")) left = theFolder->filePath(name);
-        }
+        const QString left = LeftByAKilledSave();
         QVERIFY(!left.isEmpty());
-        const int held = ::open(QFile::encodeName(left).constData(), O_RDWR | O_CLOEXEC);
-        QVERIFY(held >= 0 && flock(held, LOCK_EX | LOCK_NB) == 0);
+        const int held = OpenLocked(left);
+        QVERIFY(held >= 0);
         QCOMPARE(Saved(theName), QString());
         QVERIFY(QFile::exists(left));  // somebody is still saving
         ::close(held);
@@ -448,6 +642,68 @@ private:
         if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
             prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) != 0)
             _exit(1);
+    }
+
+    /// The temporary file of a save that was killed; empty if there is none.
+    QString LeftByAKilledSave() const {
+        const pid_t child = fork();
+        if (child == 0) {
+            RefuseUnnamedFiles();
+            AnswerCalls({SYS_renameat2}, SECCOMP_RET_KILL_PROCESS);
+            Saved(theName);
+            _exit(0);
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        for (const QString &name : Files()) {
+            if (name != QStringLiteral("a.qvk")) return theFolder->filePath(name);
+        }
+        return QString();
+    }
+
+    /// Saves many times that letter; 0 if that went well.
+    int ExitOfSave(char aLetter, bool aIsNotConfirmed) const {
+        const QString text(10000, QLatin1Char(aLetter));
+        QString refusal;
+        if (!aIsNotConfirmed) {
+            refusal = Saved(theName, text);
+            if (!refusal.isEmpty()) qWarning() << refusal;
+            return refusal.isEmpty() ? 0 : 1;
+        }
+        int flushes = 0;
+        const bool broken = WithCalls(
+            {SYS_fsync}, [&](const Call &) { return ++flushes >= 2 ? EIO : 0; },
+            [&] { refusal = Saved(theName, text); });
+        return !broken ? theNotWatched : refusal.isEmpty() ? 0 : 1;
+    }
+
+    /// A lock on the file that another save would hold; less than 0 if it cannot be had.
+    static int OpenLocked(const QString &aName) {
+        const int file = ::open(QFile::encodeName(aName).constData(), O_RDWR | O_CLOEXEC);
+        if (file < 0 || flock(file, LOCK_EX | LOCK_NB) == 0) return file;
+        ::close(file);
+        return -1;
+    }
+    /// How many files of the folder somebody holds a lock on.
+    int LockedFiles() const {
+        int count = 0;
+        for (const QString &name : Files()) {
+            const int file = OpenLocked(theFolder->filePath(name));
+            if (file < 0) ++count;
+            if (file >= 0) ::close(file);
+        }
+        return count;
+    }
+    /// As many programs save: under another name, which is then changed.
+    void PutThere(const char *aBytes) const {
+        const QString name = theFolder->filePath(QStringLiteral("another"));
+        QFile file(name);
+        if (!file.open(QIODevice::WriteOnly) || file.write(aBytes) < 1) qFatal("cannot write");
+        file.close();
+        const QByteArray from = QFile::encodeName(name);
+        if (chmod(from.constData(), 0600) != 0 ||
+            rename(from.constData(), QFile::encodeName(theName).constData()) != 0)
+            qFatal("cannot rename");
     }
 
     void MakeFolder(const QString &aWhere) {
