@@ -22,6 +22,12 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
+# What nearly every unit reads is compiled once for each of the two libraries and once for the tests, which
+# halves the time of a unit. Units still include what they use: the clang preset builds without this.
+set(VK_COMMON_HEADERS
+  <algorithm> <functional> <memory> <optional> <vector>
+  <QDate> <QHash> <QList> <QObject> <QString> <QStringList> <QVariant>)
+
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 
