@@ -209,7 +209,6 @@ void SelectObjectsForm::KeepListedObjects(
 
 void SelectObjectsForm::LoadAllObjects() try {
     theAllObjects = std::make_shared<RecordCollection>();
-    theRowsAreMade = false;
     const ObjectsTypeFacts *facts = FactsOfObjectsType(theObjectsType);
     if (!facts) return;
     const std::shared_ptr<RecordCollection> source = facts->Load();
@@ -257,9 +256,7 @@ void SelectObjectsForm::FillList(bool aFirstFill) try {
 void SelectObjectsForm::AddRows() {
     const ObjectsTypeFacts *facts = FactsOfObjectsType(theObjectsType);
     const auto count = static_cast<int>(theAllObjects->Count());
-    theList->ClearRows();
     theList->ReserveRows(count);
-    theSearchTexts.Clear();
     theSearchTexts.Reserve(count);
     for (int i = 0; i < count; ++i) {
         const std::shared_ptr<Record> &object = theAllObjects->At(i);

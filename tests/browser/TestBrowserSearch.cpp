@@ -163,6 +163,8 @@ private slots:
         office.Versions[2].BegDate = today.addYears(50);
         const OpenBrowser browser;
         QCOMPARE(browser.Listed(), QStringList({QStringLiteral("_21"), QStringLiteral("_23")}));
+        QVERIFY(office.AskedFrom == LooseValue(from));
+        QVERIFY(IsNull(office.AskedTo));
     }
 
     void TheProviderIsAskedOncePerFormBeforeTheWindowShows() {

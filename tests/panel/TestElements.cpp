@@ -14,10 +14,12 @@
 #include "controls/Fonts.h"
 #include "controls/Frame.h"
 #include "controls/NumberBox.h"
+#include "controls/Pictures.h"
 #include "controls/ScrollBox.h"
 #include "foundation/Clock.h"
 #include "foundation/mVkGraphLight.h"
 #include "panel/OpenPanel.h"
+#include "support/CellImage.h"
 #include "support/RaisedBy.h"
 #include "support/TestMain.h"
 
@@ -353,6 +355,57 @@ private slots:
         check("theTaxpayersList", 5, 3);
         check("theAccStreamsList", 6, 3);
         check("theTemplatesList", 3, 2);
+    }
+
+    void ListsShowPictures_data() {
+        QTest::addColumn<bool>("unused");
+        for (const char *list : {"theTaxpayersList", "theAccStreamsList", "theTemplatesList"})
+            QTest::newRow(list) << true;
+    }
+    void ListsShowPictures() {
+        OpenPanel panel;
+        ListView &list = panel.List(QTest::currentDataTag());
+        for (const char *icon : {"org", "man_purple", "org"})
+            list.AddRow(QString())->SetIcon(QString::fromLatin1(icon));
+        QVERIFY(CellImage(list, 0) != CellImage(list, 1));
+        QVERIFY(CellImage(list, 0) == CellImage(list, 2));
+        // The picker alone has it.
+        const auto foreign = [&] { list.Row(0)->SetIcon(QStringLiteral("acc_stream_rfm")); };
+        QCOMPARE(RaisedBy(foreign).Source(), QStringLiteral("ImageList"));
+    }
+
+    void StatusesShowTheirPictures() {
+        for (int i = 0; i < 4; ++i) {
+            const auto &image =
+                thePanel->Get<QLabel>(qPrintable(QStringLiteral("theImage%1").arg(i + 1)));
+            const QImage shown = image.pixmap(Qt::ReturnByValue).toImage();
+            QCOMPARE(shown, StatusPicture(i).pixmap(image.size(), 1).toImage());
+            for (int other = 0; other < i; ++other)
+                QVERIFY(shown != StatusPicture(other).pixmap(image.size(), 1).toImage());
+        }
+    }
+
+    void NumbersAndDatesHaveTheirBounds() {
+        for (const char *name : {"theDocNum1", "theDocNum2", "theDocLastNumCount"}) {
+            auto &box = thePanel->Get<NumberBox>(name);
+            for (const double number : {-999999999999999., 99999999999999.}) {
+                box.SetValue(number);
+                QVERIFY(box.Value() == LooseValue(number));
+                const double beyond = number + (number < 0 ? -1 : 1);
+                QCOMPARE(RaisedBy([&] { box.SetValue(beyond); }).Source(),
+                         QStringLiteral("NumberBox"));
+            }
+        }
+        for (const char *name : {"theSignDate1", "theSignDate2"}) {
+            auto &box = thePanel->Get<DateBox>(name);
+            for (const QDate date : {QDate(100, 1, 1), QDate(9999, 12, 31)}) {
+                box.SetValue(date);
+                QVERIFY(box.Value() == LooseValue(date));
+                const QDate beyond = date.addDays(date.year() == 100 ? -1 : 1);
+                QCOMPARE(RaisedBy([&] { box.SetValue(beyond); }).Source(),
+                         QStringLiteral("DateBox"));
+            }
+        }
     }
 
     // Keys.

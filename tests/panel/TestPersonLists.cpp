@@ -138,12 +138,23 @@ private slots:
         QCOMPARE(Keys(list), QStringLiteral("_1 _2"));
     }
 
-    void ConversionFromNoTypeEmptiesTheList() {
+    void ConversionOfOtherTypesEmptiesTheList_data() {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<int>("to");
+        for (const auto &[from, to] :
+             std::initializer_list<std::pair<int, int>>{{0, 1}, {0, 2}, {1, 0}, {2, 3}, {3, 4}})
+            QTest::addRow("%d to %d", from, to) << from << to;
+    }
+    void ConversionOfOtherTypesEmptiesTheList() {
+        QFETCH(int, from);
+        QFETCH(int, to);
         OpenPanel panel;
-        ListView &list = ShownPersons(panel, DocQueryTaxpayersType(0), {MakePerson(1)});
+        const ListView &list = ShownPersons(panel, DocQueryTaxpayersType(from), {MakePerson(1)});
+        panel.ConvertTaxpayersType(DocQueryTaxpayersType(from), DocQueryTaxpayersType(from));
         QCOMPARE(list.RowCount(), 1);
-        panel.Option("theOptTaxpayers").SetValue(true);
+        panel.UserSetTaxpayersType(DocQueryTaxpayersType(to));
         QCOMPARE(list.RowCount(), 0);
+        QCOMPARE(int(panel.theCurTaxpayersType), to);
     }
 
     void LockedPanelChangesNothing() {

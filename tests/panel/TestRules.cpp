@@ -7,6 +7,7 @@
 #include "foundation/mVkGraphLight.h"
 #include "panel/OpenPanel.h"
 #include "panel/ShownFailures.h"
+#include "support/RaisedBy.h"
 #include "support/TestMain.h"
 
 using namespace VkTests;
@@ -397,7 +398,29 @@ private slots:
         panel.Refreshes = 0;
         panel.theRefreshDisabled = true;
         panel.Check("theIsTemplate").SetValue(1);
+        panel.theRefreshPending = true;
         panel.RefreshControls(true);
+        QCOMPARE(panel.Refreshes, 0);
+        QVERIFY(panel.theRefreshPending);
+        // What waits for the unlock waits all the same.
+        panel.theRefreshPending = false;
+        panel.LockUpdate();
+        panel.RefreshControls(false);
+        QVERIFY(panel.theRefreshPending);
+    }
+
+    void RulesAreAppliedFromTheFirstToTheLast() {
+        OpenPanel panel;
+        ClearAll(panel);
+        panel.RefreshControls(false);
+        panel.Refreshes = 0;
+        panel.LockUpdate();
+        for (const char *name : {"theIsFssTerms", "theIsTemplate"}) panel.Check(name).SetValue(1);
+        SpoilRefresh(panel);  // at the mark of the tab that stands between the two
+        QVERIFY(RaisedBy([&] { panel.UnlockUpdate(); }).Number() != 0);
+        QVERIFY(!panel.Get("theFssTermsBox").isHidden());
+        QVERIFY(panel.Get("theTemplateTypeFrame").isHidden());
+        QVERIFY(!panel.theRefreshPending);  // taken as done before the first rule
         QCOMPARE(panel.Refreshes, 0);
     }
 

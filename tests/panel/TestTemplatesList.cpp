@@ -220,13 +220,25 @@ private slots:
         QCOMPARE(Keys(list), QStringLiteral("_21 _22"));
     }
 
-    void ConversionFromNoModeEmptiesTheList() {
+    void ConversionOfOtherModesEmptiesTheList_data() {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<int>("to");
+        for (const auto &[from, to] :
+             std::initializer_list<std::pair<int, int>>{{0, 1}, {0, 2}, {1, 0}, {2, 3}, {3, 4}})
+            QTest::addRow("%d to %d", from, to) << from << to;
+    }
+    void ConversionOfOtherModesEmptiesTheList() {
+        QFETCH(int, from);
+        QFETCH(int, to);
         OpenPanel panel;
-        ListView &list = Shown(panel, DocQueryTemplatesMode(0), {MakeClass(21)});
+        std::shared_ptr<Record> record = MakeClass(21);
+        if (from == 2) record = MakeVersion(31);
+        const ListView &list = Shown(panel, DocQueryTemplatesMode(from), {record});
+        panel.ConvertTemplatesMode(DocQueryTemplatesMode(from), DocQueryTemplatesMode(from));
         QCOMPARE(list.RowCount(), 1);
-        panel.Option("theOptTemplateClass").SetValue(true);
+        panel.UserSetTemplatesMode(DocQueryTemplatesMode(to));
         QCOMPARE(list.RowCount(), 0);
-        QCOMPARE(panel.theCurTemplatesMode, TemplateClass);
+        QCOMPARE(int(panel.theCurTemplatesMode), to);
     }
 
     void ActiveOptionChangesNothing() {
@@ -410,6 +422,8 @@ private slots:
         QCOMPARE(reads, 1);
         QCOMPARE(newest, 32.0);
         QCOMPARE(afterwards, 32.0);
+        QVERIFY(IsNull(MemoryOffice::The().AskedFrom));
+        QVERIFY(IsNull(MemoryOffice::The().AskedTo));
     }
 
     void FailedReadingIsTriedAnew() {

@@ -562,6 +562,19 @@ private slots:
         QVERIFY(!panel.theRefreshPending);
     }
 
+    /// No element of a fresh panel changes, so that none asks for the refresh.
+    void DistributionThatChangesNothingRefreshesToo() {
+        OpenPanel panel;
+        Data record;
+        record.PeriodCriterion = DocQueryPeriodCriterion(4);
+        record.NotesMode = DocQueryNotesMode(3);
+        record.DocNumMode = DocQueryDocNumMode(2);
+        QVERIFY(!panel.Get("theTaxpayersFrame2").isHidden());
+        panel.DistributeValues(record);
+        QCOMPARE(panel.Refreshes, 1);
+        QVERIFY(panel.Get("theTaxpayersFrame2").isHidden());
+    }
+
     void AssemblyRefreshesNothing() {
         OpenPanel panel;
         Data record;
@@ -597,6 +610,25 @@ private slots:
         QCOMPARE(panel.theLockCount, 1);
         panel.UnlockUpdate();
         QCOMPARE(panel.Refreshes, 2);
+    }
+
+    void ChoicesAreMadeUnderTheLock_data() {
+        QTest::addColumn<int>("choice");
+        for (int i = 0; i < 5; ++i) QTest::addRow("%d", i) << i;
+    }
+    void ChoicesAreMadeUnderTheLock() {
+        QFETCH(int, choice);
+        OpenPanel panel;
+        QList<qint32> locks;
+        for (auto *option : panel.findChildren<OptionButton *>())
+            connect(option, &OptionButton::Click, this, [&] { locks << panel.theLockCount; });
+        if (choice == 0) panel.SetTemplatesMode(TemplateVersion);
+        if (choice == 1) panel.SetPeriodCriterion(OtherPeriod);
+        if (choice == 2) panel.SetAccStreamOpeness(StreamClosed);
+        if (choice == 3) panel.SetContoraJoining(JoinOr);
+        if (choice == 4) panel.SetTaxpayersType(MainOrgs);
+        QCOMPARE(locks, QList<qint32>{1});
+        QCOMPARE(panel.theLockCount, 0);
     }
 
     void Readers() {

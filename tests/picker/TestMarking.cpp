@@ -1,6 +1,7 @@
 #include <QTest>
 
 #include "controls/ListView.h"
+#include "foundation/ModalRun.h"
 #include "picker/Picker.h"
 #include "picker/SelectObjectsForm.h"
 #include "support/TestMain.h"
@@ -72,6 +73,20 @@ private slots:
         QCOMPARE(Chosen([](ModalDriver &, Picker &picker) {
                      picker.ClickMark("_1");
                      picker.Window.close();
+                 }),
+                 D("nothing"));
+    }
+
+    void onlyTheOkOfTheUserGivesAResult() {
+        QCOMPARE(Chosen([](ModalDriver &, Picker &picker) {
+                     picker.ClickMark("_1");
+                     static_cast<QDialog &>(picker.Window).accept();
+                 }),
+                 D("nothing"));
+        QCOMPARE(Chosen([](ModalDriver &, Picker &picker) {
+                     picker.ClickMark("_1");
+                     picker.Click("theOK");
+                     ModalRun::EndAllOf(picker.Window);  // as when its owner goes then
                  }),
                  D("nothing"));
     }

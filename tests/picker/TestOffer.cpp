@@ -6,10 +6,12 @@
 #include <Vk_DocQuery/Failure.h>
 
 #include "controls/ListView.h"
+#include "controls/Pictures.h"
 #include "foundation/Clock.h"
 #include "foundation/mVkGraphLight.h"
 #include "picker/Picker.h"
 #include "picker/SelectObjectsForm.h"
+#include "support/CellImage.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
@@ -73,6 +75,8 @@ private slots:
             {33, 22, QDate(2020, 1, 1), theToday.addDays(-1461), D("Прибыль 1"), D("")},
             {34, 23, Empty(), QDate(2027, 12, 31), D("РСВ без начала"), D("doc")},
         };
+        office.Streams[0].Icon = D("acc_stream_ofr");  // the panel's list does not have it
+        office.Streams[2].Icon = D("acc_stream_ofr");
     }
     void cleanup() {
         MemoryOffice::Clear();
@@ -101,9 +105,10 @@ private slots:
             << D("* 600; Название 4500; К.орг. 1500; КПП 1200; ИНН 1500; Организация/ФИО 6000")
             << D("_11 _12 _13")
             << QStringList{
-                   D("acc_stream: ИФНС основной; 7701; 770101001; 7701000001; ООО Ромашка{org}"),
+                   D("acc_stream_ofr: ИФНС основной; 7701; 770101001; 7701000001; ООО "
+                     "Ромашка{org}"),
                    D("acc_stream_pfr: ПФР; 087-101; 770101009; 7701000001; ООО Ромашка{org}"),
-                   D("acc_stream: Предприниматель; 7703; ; 770300000003; Иванов Иван "
+                   D("acc_stream_ofr: Предприниматель; 7703; ; 770300000003; Иванов Иван "
                      "Иванович{man_purple}")};
         QTest::newRow("taxpayers")
             << 4 << D("Добавление налогоплательщиков, сдающих отчетность")
@@ -136,6 +141,52 @@ private slots:
         QVERIFY(!SelectObjectsForm().Execute(type, nullptr));
         QVERIFY2(driver.Done(), driver.Complaint());
         QVERIFY(shown);
+        if (type > 2) return;
+        QVERIFY(MemoryOffice::The().AskedFrom == LooseValue(QDate(2022, 3, 15)));
+        QVERIFY(IsNull(MemoryOffice::The().AskedTo));
+    }
+
+    void rowsShowTheirPictures() {
+        ModalDriver driver;
+        ExpectPicker(driver, [](Picker &picker) {
+            picker.Filter().setFocus();  // so that no row has the mark of the focus
+            QVERIFY(CellImage(picker.List(), 0) != CellImage(picker.List(), 1));
+            QVERIFY(CellImage(picker.List(), 0) == CellImage(picker.List(), 2));
+        });
+        QVERIFY(!SelectObjectsForm().Execute(3, nullptr));
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void everyFieldIsSearchedAndNoOther_data() {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QString>("fields");
+        QTest::addColumn<QString>("key");
+        const auto row = [](const char *aName, int aType, const char *aFields, const char *aKey) {
+            QTest::newRow(aName) << aType << D(aFields) << D(aKey);
+        };
+        row("version", 1, "НДС 2|1151001", "_32");
+        row("class", 2, "Прибыль|1151006", "_22");
+        row("stream", 3, "ИФНС основной|7701|770101001|7701000001|ООО Ромашка", "_11");
+        row("branch", 4,
+            "7701000001|770202002|ООО Ромашка, Тверской филиал|ООО Ромашка (7701000001)", "_2");
+        row("taxpayer without a parent", 4, "770300000003||Иванов Иван Иванович", "_3");
+        row("head organisation", 5, "7704000004|770401001|АО Василёк", "_4");
+    }
+    void everyFieldIsSearchedAndNoOther() {
+        QFETCH(int, type);
+        QFETCH(QString, fields);
+        QFETCH(QString, key);
+        ModalDriver driver;
+        ExpectPicker(driver, [&](Picker &picker) {
+            picker.Filter().setText(fields);
+            QCOMPARE(picker.Rows(), key);
+            for (const QString &more : {u'|' + fields, fields + u'|'}) {
+                picker.Filter().setText(more);
+                QCOMPARE(picker.Rows(), QString());
+            }
+        });
+        QVERIFY(!SelectObjectsForm().Execute(type, nullptr));
+        QVERIFY2(driver.Done(), driver.Complaint());
     }
 
     /// The panel takes it for a failure.
@@ -147,6 +198,23 @@ private slots:
         QVERIFY(!SelectObjectsForm().Execute(1, nullptr));
         QVERIFY2(driver.Done(), driver.Complaint());
         QCOMPARE(rows, QStringList{D("doc: 15.03.2026 - ; НДС 1; 1151001")});
+    }
+
+    void theWindowItself() {
+        SelectObjectsForm form;
+        QCOMPARE(form.objectName(), D("SelectObjectsForm"));
+        QCOMPARE(form.windowTitle(), D("Добавление объектов"));
+        QCOMPARE(form.size(), QSize(861, 581));
+        QVERIFY(form.windowFlags() & Qt::WindowMaximizeButtonHint);
+        QVERIFY(!(form.windowFlags() & Qt::WindowContextHelpButtonHint));
+        QCOMPARE(form.windowIcon().cacheKey(), WindowIcon(D("picker")).cacheKey());
+        QCOMPARE(form.font().pointSizeF(), 8.25);
+        QVERIFY(form.findChild<ListView *>()->testAttribute(Qt::WA_InputMethodEnabled));
+        // Where it has less room, what is in it keeps its least size and is scrolled.
+        form.resize(300, 200);
+        form.show();
+        QCOMPARE(form.findChild<QPushButton *>(D("theOK"))->parentWidget()->size(),
+                 QSize(806, 220));
     }
 
     void elementsStandAsDesigned_data() {
@@ -167,7 +235,6 @@ private slots:
         QFETCH(QString, caption);
         QFETCH(QRect, twips);
         SelectObjectsForm form;
-        QCOMPARE(form.windowTitle(), D("Добавление объектов"));
         auto *element = form.findChild<QWidget *>(QLatin1String(QTest::currentDataTag()));
         QVERIFY(element);
         QCOMPARE(element->geometry(),
@@ -396,7 +463,7 @@ private slots:
     }
 
     void anUnknownPictureFails() {
-        MemoryOffice::The().Persons[1].Icon = D("no_such_picture");
+        MemoryOffice::The().Persons[1].Icon = D("galka_green");  // the browser's
         ModalDriver driver;
         driver.Expect([&](QWidget &aWindow) {
             auto *box = qobject_cast<QMessageBox *>(&aWindow);
@@ -404,7 +471,7 @@ private slots:
             QVERIFY(box->text().startsWith(
                 D("[Vk_DocQuery::SelectObjectsForm.Execute]\r\n"
                   "[Vk_DocQuery::SelectObjectsForm.FillList]\r\n[ImageList]\r\n")));
-            QVERIFY(box->text().contains(D("no_such_picture")));
+            QVERIFY(box->text().contains(D("galka_green")));
             box->accept();
         });
         QVERIFY(!SelectObjectsForm().Execute(4, nullptr));

@@ -216,6 +216,8 @@ public:
     std::shared_ptr<RecordCollection> GetTemplates(const LooseValue &aFrom, const LooseValue &aTo,
                                                    bool aClasses) override {
         Called("GetTemplates");
+        MemoryOffice::The().AskedFrom = aFrom;
+        MemoryOffice::The().AskedTo = aTo;
         if (MemoryOffice::The().Absent == u"GetTemplates") return nullptr;
         auto result = std::make_shared<RecordCollection>();
         for (const VersionFacts &facts : MemoryOffice::The().Versions) {

@@ -64,6 +64,7 @@ struct MemoryOffice {
     QString Absent;                     ///< the operation or record member that gives nothing
     bool CategoriesAbsent = false;
     bool TimesAbsent = false;
+    LooseValue AskedFrom, AskedTo;  ///< the window of the last GetTemplates
     bool Unkeyed = false;  ///< collections of persons come without keys and may repeat a person
 
     /// Called with the name of every operation and record member, before it does its work: counts,
