@@ -23,22 +23,15 @@ void RegisterClasses() {
     RegisterClass<OfficePersonQueries>(QStringLiteral("Vk_DBProvider.PersonQueries"));
 }
 
-[[noreturn]] void RaiseEmpty(const Connection &aConnection) {
-    RaiseDatabaseFailure(
-        DatabaseEmpty,
-        QStringLiteral("База данных \"%1\" пуста. Заполните ее программой vk_make_office или "
-                       "укажите другую базу.")
-            .arg(aConnection.Where().Shown));
-}
-
 }  // namespace
 
 void OpenDatabase(const QString &aAddress, NewDatabase aNew) {
     const bool isRefused = aNew == NewDatabase::Refused;
     auto connection = std::make_unique<Connection>(
         AddressOf(aAddress), isRefused ? MissingFile::IsNoOffice : MissingFile::IsMade);
-    if (isRefused && !HasOffice(*connection)) RaiseEmpty(*connection);
-    if (!isRefused) {
+    if (isRefused) {
+        RequireOffice(*connection);
+    } else {
         MakeOffice(*connection, [aNew](Connection &office) {
             if (aNew == NewDatabase::WithSampleOffice)
                 FillSampleOffice(office, QDate::currentDate());

@@ -151,12 +151,6 @@ void FillForms(Connection &aConnection, Numbers &rNumbers, qsizetype aCount) {
     }
 }
 
-[[noreturn]] void RaiseThere(const Connection &aConnection) {
-    RaiseDatabaseFailure(DatabaseForeign,
-                         QStringLiteral("База данных \"%1\" уже есть. Укажите имя новой базы.")
-                             .arg(aConnection.Where().Shown));
-}
-
 }  // namespace
 
 void MakeLargeOffice(const QString &aAddress, const OfficeSize &aSize) {
@@ -166,21 +160,17 @@ void MakeLargeOffice(const QString &aAddress, const OfficeSize &aSize) {
             QStringLiteral(
                 "Комплектам отчетности нужны налогоплательщики: их число не может быть 0."));
     }
-    Connection connection(AddressOf(aAddress), MissingFile::IsMade);
-    const bool isMade = MakeOffice(connection, [&](Connection &office) {
+    MakeNewOffice(AddressOf(aAddress), [&](Connection &office) {
         Numbers numbers;
         FillPersons(office, numbers, aSize.Persons);
         FillStreams(office, numbers, aSize);
         FillForms(office, numbers, aSize.Forms);
     });
-    if (!isMade) RaiseThere(connection);
 }
 
 void MakeSampleOffice(const QString &aAddress) {
-    Connection connection(AddressOf(aAddress), MissingFile::IsMade);
-    const bool isMade = MakeOffice(
-        connection, [](Connection &office) { FillSampleOffice(office, QDate::currentDate()); });
-    if (!isMade) RaiseThere(connection);
+    MakeNewOffice(AddressOf(aAddress),
+                  [](Connection &office) { FillSampleOffice(office, QDate::currentDate()); });
 }
 
 }  // namespace Vk_Records

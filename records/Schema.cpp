@@ -142,6 +142,23 @@ bool MakeOffice(Connection &aConnection, const std::function<void(Connection &)>
     return true;
 }
 
+void MakeNewOffice(const Address &aAddress, const std::function<void(Connection &)> &aFill) {
+    Connection connection(aAddress, MissingFile::IsMade);
+    if (MakeOffice(connection, aFill)) return;
+    RaiseDatabaseFailure(
+        DatabaseForeign,
+        QStringLiteral("База данных \"%1\" уже есть. Укажите имя новой базы.").arg(aAddress.Shown));
+}
+
+void RequireOffice(Connection &aConnection) {
+    if (HasOffice(aConnection)) return;
+    RaiseDatabaseFailure(
+        DatabaseEmpty,
+        QStringLiteral("База данных \"%1\" пуста. Заполните ее программой vk_make_office или "
+                       "укажите другую базу.")
+            .arg(aConnection.Where().Shown));
+}
+
 void CheckOffice(Connection &aConnection) {
     CheckVersion(aConnection);
     CheckTables(aConnection);

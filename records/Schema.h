@@ -14,6 +14,12 @@ bool HasOffice(Connection &aConnection);
 /// none. False if there is an office already. Raises like HasOffice.
 bool MakeOffice(Connection &aConnection, const std::function<void(Connection &)> &aFill);
 
+/// The same in a database that there is nothing in yet. Raises DatabaseForeign if there is.
+void MakeNewOffice(const Address &aAddress, const std::function<void(Connection &)> &aFill);
+
+/// Raises DatabaseEmpty if the database holds nothing, else like HasOffice.
+void RequireOffice(Connection &aConnection);
+
 /// Sees to it that an office can be used. Raises DatabaseTooNew, DatabaseDamaged.
 void CheckOffice(Connection &aConnection);
 
