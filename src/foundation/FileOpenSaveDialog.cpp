@@ -96,7 +96,8 @@ void FileOpenSaveDialog::TakeSeveralFiles(const QByteArray &aBuffer) {
 
 void FileOpenSaveDialog::MakeOneFileResult(const QString &aFile) {
     theFilesCount = 1;
-    theFiles = QStringList{aFile};
+    theFiles.clear();
+    theFiles << aFile;  // Qt dies of a list made of texts at once, if there is no memory for it
     FileName = aFile;
 }
 

@@ -151,8 +151,8 @@ private:
     static void OnError(void *aContext, xmlErrorPtr aError) {
         if (aError->level < XML_ERR_ERROR) return;
         ParserRun &run = Of(aContext);
-        if (aError->code == XML_ERR_NO_MEMORY) run.theMemoryIsGone = true;
-        if (run.theMemoryIsGone) return;
+        if (aError->code == XML_ERR_NO_MEMORY || !aError->message) run.theMemoryIsGone = true;
+        if (run.theMemoryIsGone) return run.End();
         run.Guarded([&] {
             run.Keep(QString::fromUtf8(aError->message), aError->line);
             if (aError->level == XML_ERR_FATAL && run.theError.Line > 0) run.End();

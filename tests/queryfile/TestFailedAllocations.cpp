@@ -3,15 +3,21 @@
 #include <cstdlib>
 #include <optional>
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QMessageBox>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
+#include <Vk_DocQuery/DocQueryEditor.h>
 #include <Vk_DocQuery/Failure.h>
 #include <Vk_DocQuery/VkDocQueryData.h>
 
+#include "foundation/FilePlatform.h"
 #include "support/MemoryRecords.h"
 #include "support/TestMain.h"
 
@@ -96,6 +102,21 @@ QString InWords(const VkDocQueryData &aRecord) {
     return words.join(u'|');
 }
 
+/// The user chooses that file at once; from then on the allocations are counted.
+class ChosenFile : public FilePlatform {
+public:
+    bool GetOpenFileName(OpenFileName &aRecord) override {
+        qstrncpy(aRecord.lpstrFile, Name.constData(), static_cast<std::size_t>(aRecord.nMaxFile));
+        thePlan = {Left, false, false};
+        return true;
+    }
+    bool GetSaveFileName(OpenFileName & /*aRecord*/) override { return false; }
+    qint32 CommDlgExtendedError() override { return 0; }
+
+    QByteArray Name;
+    long Left = 0;
+};
+
 /// What came of it: the number of the failure, if one was raised.
 template <class Body>
 std::optional<qint32> Tried(long aLeft, bool aAndAllBehind, Body aBody) {
@@ -135,9 +156,7 @@ private slots:
     }
 
     void Reading_data() {
-        QTest::addColumn<bool>("andAllBehind");
-        QTest::newRow("one") << false;
-        QTest::newRow("all behind") << true;
+        OneAndAllBehind();
     }
     void Reading() {
         QFETCH(bool, andAllBehind);
@@ -168,8 +187,97 @@ private slots:
         QVERIFY2(raised > 50, QByteArray::number(raised).constData());
     }
 
+    /// Also what is told of a file that cannot be read.
+    void ReadingInVain_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<bool>("andAllBehind");
+        const std::pair<const char *, QByteArray> files[] = {
+            {"cut", QByteArray(theFile, 400)},
+            {"not closed", QByteArray(theFile).replace("</VkDocQuery>", "</Other>")},
+            {"another root", "<Other/>"},
+            {"document type", "<!DOCTYPE a><VkDocQuery/>"},
+            {"two values of a name", "<VkDocQuery><DocCriteria Notes='1' Notes='2'/></VkDocQuery>"},
+            {"too deep", QByteArray("<a>").repeated(300)},
+            {"unknown encoding", "<?xml version='1.0' encoding='UTF-7'?><VkDocQuery/>"},
+            {"missing", QByteArray()}};
+        for (const auto &[name, bytes] : files) {
+            for (const bool andAllBehind : {false, true})
+                QTest::addRow("%s, %s", name, andAllBehind ? "all behind" : "one")
+                    << bytes << andAllBehind;
+        }
+    }
+    void ReadingInVain() {
+        QFETCH(QByteArray, bytes);
+        QFETCH(bool, andAllBehind);
+        const QString name = theFolder.filePath(QStringLiteral("bad.qvk"));
+        QFile file(name);
+        QFile::remove(name);
+        if (!bytes.isEmpty())
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+        file.close();
+        VkDocQueryData whole;
+        QVERIFY(!whole.ReadFromXmlFile(name));
+        const QString expected = whole.LastError;
+        QVERIFY(!expected.isEmpty());
+        long left = 0;
+        for (; left < 100000; ++left) {
+            VkDocQueryData record;
+            record.FileName = QStringLiteral("old");
+            bool read = false;
+            const auto number =
+                Tried(left, andAllBehind, [&] { read = record.ReadFromXmlFile(name); });
+            if (!thePlan.HasFailed) break;
+            QVERIFY(!read);
+            if (number) {
+                QCOMPARE(*number, qint32(OutOfMemory));
+            } else if (!record.LastError.contains(QStringLiteral("Cannot allocate memory"))) {
+                QCOMPARE(record.LastError, expected);
+            }
+        }
+        QVERIFY(!thePlan.HasFailed);
+        QVERIFY(left > 5);
+    }
+
+    /// The way of a host, from the name that its user has chosen on: a whole record, or a box or a
+    /// failure that says why there is none.
+    void AskingAndLoading() {
+        VkDocQueryData whole;
+        QVERIFY(whole.ReadFromXmlFile(theName));
+        const QString expected = InWords(whole);
+        ChosenFile platform;
+        platform.Name = QFile::encodeName(theName);
+        SetFileDialogsForTests(&platform);
+        const auto takeBack = qScopeGuard([] { SetFileDialogsForTests(nullptr); });
+        QString told;
+        QTimer reader;
+        connect(&reader, &QTimer::timeout, this, [&] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            if (box) told = box->text();
+            if (box) box->close();
+        });
+        reader.start(0);
+        DocQueryEditor editor;
+        int failures = 0;
+        for (platform.Left = 0; platform.Left < 100000; ++platform.Left) {
+            told.clear();
+            std::shared_ptr<VkDocQueryData> record;
+            const auto number = Tried(-1, false, [&] { record = editor.AskAndLoadQuery(0); });
+            if (!thePlan.HasFailed) break;
+            const QByteArray where = QByteArray::number(qint64(platform.Left)) + told.toUtf8();
+            QVERIFY2(number.value_or(OutOfMemory) == OutOfMemory, where.constData());
+            QVERIFY2(int(number.has_value()) + int(record != nullptr) + int(!told.isEmpty()) == 1,
+                     where.constData());
+            if (record) QCOMPARE(InWords(*record), expected);
+            QVERIFY2(told.isEmpty() || told.contains(QStringLiteral("Cannot allocate memory")),
+                     where.constData());
+            failures += number ? 1 : 0;
+        }
+        QVERIFY(!thePlan.HasFailed);
+        QVERIFY2(failures > 50, QByteArray::number(failures).constData());
+    }
+
     void Writing_data() {
-        Reading_data();
+        OneAndAllBehind();
     }
     void Writing() {
         QFETCH(bool, andAllBehind);
@@ -189,10 +297,23 @@ private slots:
 
     /// The file is the old or the new one, as was told, and nothing stays beside it.
     void Saving_data() {
-        Reading_data();
+        QTest::addColumn<QString>("by");
+        QTest::addColumn<bool>("andAllBehind");
+        for (const char *by : {"WriteToXmlFile", "WriteToFile", "WriteToFileSafe"}) {
+            for (const bool andAllBehind : {false, true})
+                QTest::addRow("%s, %s", by, andAllBehind ? "all behind" : "one")
+                    << QString::fromLatin1(by) << andAllBehind;
+        }
     }
     void Saving() {
+        QFETCH(QString, by);
         QFETCH(bool, andAllBehind);
+        const auto save = [&](VkDocQueryData &rRecord, const QString &aName, QString &rMessage) {
+            if (by == u"WriteToXmlFile") return rRecord.WriteToXmlFile(aName);
+            if (by == u"WriteToFileSafe") return rRecord.WriteToFileSafe(aName, rMessage);
+            rRecord.WriteToFile(aName);
+            return true;
+        };
         VkDocQueryData record;
         QVERIFY(record.ReadFromXmlFile(theName));
         const QTemporaryDir folder(FolderInMemory() + QStringLiteral("/memory-"));
@@ -205,12 +326,16 @@ private slots:
             QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
             old.close();
             bool saved = false;
+            QString message;
             const auto number =
-                Tried(left, andAllBehind, [&] { saved = record.WriteToXmlFile(name); });
+                Tried(left, andAllBehind, [&] { saved = save(record, name, message); });
             if (!thePlan.HasFailed) break;
             const QByteArray where =
                 QStringLiteral("%1: %2").arg(left).arg(record.LastError).toUtf8();
-            QCOMPARE(number.value_or(OutOfMemory), qint32(OutOfMemory));
+            const bool isTold = by == u"WriteToFile" && number == qint32(SaveFailed);
+            QVERIFY2(!number || *number == OutOfMemory || isTold, where.constData());
+            QVERIFY2(by != u"WriteToFileSafe" || saved || number || message == record.LastError,
+                     where.constData());
             QVERIFY2(BytesOf(name) == (saved ? expected : QByteArray("old")), where.constData());
             QVERIFY2(saved || number || !record.LastError.isEmpty(), where.constData());
             QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
@@ -221,6 +346,11 @@ private slots:
     }
 
 private:
+    static void OneAndAllBehind() {
+        QTest::addColumn<bool>("andAllBehind");
+        QTest::newRow("one") << false;
+        QTest::newRow("all behind") << true;
+    }
     static QString FolderInMemory() {
         const QString memory = QStringLiteral("/dev/shm");
         return QFileInfo(memory).isWritable() ? memory : QDir::tempPath();
