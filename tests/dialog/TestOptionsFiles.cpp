@@ -95,6 +95,49 @@ QString SaveOther(const QString &aPath) {
     return FileText(aPath);
 }
 
+/// A file of a search with objects in each list; its text.
+QString SaveFull(const QString &aPath, bool aOfVersions) {
+    VkDocQueryData saved;
+    saved.IsTemplate = saved.IsAccStreamsList = saved.IsTaxpayers = saved.IsPeriods = true;
+    saved.TemplatesMode = aOfVersions ? TemplateVersion : TemplateClass;
+    saved.Templates = std::make_shared<RecordCollection>();
+    saved.AccStreamsList = std::make_shared<RecordCollection>();
+    saved.TaxpayersList = std::make_shared<RecordCollection>();
+    const MemoryOffice &office = MemoryOffice::The();
+    if (aOfVersions)
+        saved.Templates->Add(MakeVersion(office.Versions.front().ID));
+    else
+        saved.Templates->Add(MakeClass(22));
+    saved.AccStreamsList->Add(MakeStream(office.Streams.front().ID));
+    saved.TaxpayersList->Add(MakePerson(4));
+    saved.TaxpayersList->Add(MakePerson(2));
+    saved.LastTab = QStringLiteral("taxpayer");
+    saved.WriteToFile(aPath);
+    return FileText(aPath);
+}
+
+/// What is asked of the suppliers from now on fails at that call, and for good also behind it.
+void FailFrom(int aCall, bool aForGood) {
+    const auto calls = std::make_shared<int>(0);
+    MemoryOffice::The().OnCall = [=](const QString &) {
+        ++*calls;
+        if (*calls == aCall || (aForGood && *calls > aCall))
+            throw Failure(70, QStringLiteral("S"), QStringLiteral("нет связи"));
+    };
+}
+
+/// How often suppliers are asked while the file is loaded into the dialog.
+int CallsOfLoading(const QString &aPath) {
+    DocQueryOptionsFrm dialog;
+    dialog.SetRecord(nullptr);
+    int calls = 0;
+    MemoryOffice::The().OnCall = [&](const QString &) { ++calls; };
+    auto record = std::make_shared<VkDocQueryData>();
+    if (record->ReadFromXmlFile(aPath)) dialog.SetRecord(record);
+    MemoryOffice::The().OnCall = nullptr;
+    return calls;
+}
+
 std::shared_ptr<VkDocQueryData> OwnSearch(const QString &aPath) {
     auto record = std::make_shared<VkDocQueryData>();
     record->FileName = aPath;
@@ -465,6 +508,70 @@ private slots:
         QCOMPARE(record->SignerSurname, QStringLiteral("typed"));
         QVERIFY(!record->IsDocStatus);
         QCOMPARE(record->TaxpayersList->Count(), 2);
+    }
+
+    /// Whatever a supplier is asked while a search is read and shown fails once, or from then on:
+    /// the former search is there, whole with what was typed, and nothing else is written.
+    void EveryStepOfALoadThatFails_data() {
+        QTest::addColumn<bool>("ofVersions");
+        QTest::addColumn<bool>("forGood");
+        QTest::newRow("classes, once") << false << false;
+        QTest::newRow("versions, for good") << true << true;
+    }
+    void EveryStepOfALoadThatFails() {
+        QFETCH(bool, ofVersions);
+        QFETCH(bool, forGood);
+        const QTemporaryDir folder;
+        const QString pathA = folder.filePath(QStringLiteral("A.qvk"));
+        const QString pathB = folder.filePath(QString(100, u'B') + QStringLiteral(".qvk"));
+        const QString fileB = SaveFull(pathB, ofVersions);
+        const int steps = CallsOfLoading(pathB);
+        int brokenShows = 0;
+        DocQueryOptionsFrm dialog;
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            for (int step = 1; step <= steps && driver.Done(); ++step) {
+                dialog.SetRecord(OwnSearch(pathA));
+                TypeBesides(user);
+                const QStringList before = Seen(user);
+                FailFrom(step, forGood);
+                QString told;
+                driver.ExpectFileDialog(theLoadTitle, QString(), pathB);
+                driver.Expect([&](QWidget &box) {
+                    if (const auto *asked = qobject_cast<QMessageBox *>(&box)) told = asked->text();
+                    box.close();
+                });
+                user.Press("theLoad");
+                MemoryOffice::The().OnCall = nullptr;
+                const QString where = QStringLiteral("step %1: ").arg(step) + told;
+                if (!told.endsWith(QStringLiteral("\r\n[S]\r\nнет связи"))) driver.Complain(where);
+                if (Seen(user) != before)
+                    driver.Complain(where + before.join(u'\n') + QStringLiteral("\nbecame\n") +
+                                    Seen(user).join(u'\n'));
+                user.ExpectCaption(QStringLiteral("Поиск документов - [") + pathA + u']');
+                for (const char *date : {"theSignDate1", "theSignDate2"})
+                    user.Element<DateBox>(date)->SetValue(Empty());
+                // A search that the way back could not show whole takes no file's place unasked.
+                const bool isShown = told.contains(QStringLiteral("Set-Record"));
+                const bool isAsked = isShown && forGood;
+                brokenShows += isShown ? 1 : 0;
+                if (isAsked)
+                    driver.ExpectFileDialog(theSaveTitle, QStringLiteral("A.qvk"), QString());
+                user.Press("theSave");
+                if (QFile::exists(pathA) == isAsked ||
+                    (!isAsked &&
+                     !FileText(pathA).contains(QStringLiteral("SignerSurname=\"typed\""))))
+                    driver.Complain(where + QStringLiteral(": saved unasked, or not at all"));
+                QFile::remove(pathA);
+                if (FileText(pathB) != fileB)
+                    driver.Complain(where + QStringLiteral(": B is lost"));
+                if (QDir(folder.path()).entryList(QDir::Files).size() != 1)
+                    driver.Complain(where + QStringLiteral(": another file"));
+            }
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QVERIFY2(brokenShows > 15, QByteArray::number(brokenShows).constData());
+        QVERIFY(brokenShows < steps);
     }
 
     void DistributionThatGoesThroughLetsSaveWriteAgain() {
