@@ -5,8 +5,9 @@
     scripts/mutants.py --sample 60 --seed 7 src/panel src/dialog       60 drawn from two folders
     scripts/mutants.py --line 21 src/query/Validate.cpp                those of one line
 
-It needs a finished build (--build, build/dev) and changes neither that nor the sources: a mutant is compiled
-from a folder of its own and linked from there into a copy of the test program of its folder. Beside
+It needs a build (--build, build/dev), which it brings up to date, and changes neither that nor the sources: a
+mutant is compiled in a folder of its own and linked from there, with copies of the other objects, into a test
+program of its own: test_<folder>. Go on with the tests meanwhile; the headers must stay as they are. Beside
 test_<folder> it is tried by the program that has a class Test<file>, windows by test_look, which looks at all of
 them, and by programs named with --also, such as --also dialog. Classes whose name fits the file run first, then
 those that have noticed most of its mutants.
@@ -14,8 +15,6 @@ those that have noticed most of its mutants.
 Not counted are mutants that do not compile, warnings included, and those of which the compiler makes the same
 code at -O1 as of the original. Each survivor is printed with its place; it is a missing test, or code that does
 nothing, or a change that cannot matter: judge each. The last line is the score.
-
-While it runs, the sources it draws from and the build must stay as they are: use a clone for it.
 """
 import argparse
 import collections
@@ -49,7 +48,7 @@ RULES = [  # pattern, replacement; tried at each place outside of comments and t
 
 WINDOWS = ("panel", "dialog", "picker", "browser")
 
-Mutant = collections.namedtuple("Mutant", "path line start end old new")
+Mutant = collections.namedtuple("Mutant", "path text line start end old new")
 TestClass = collections.namedtuple("TestClass", "program name environment")
 
 
@@ -85,7 +84,7 @@ def mutants(path):
                 new, old = " ? %s : %s" % (two, one), text[m.start():end]
             if m.re.pattern.startswith("^"):
                 new = bare[m.start():m.end()][:len(m[1])] + ";  // " + text[m.start(2):m.end(2)]
-            found.append(Mutant(path, bare.count("\n", 0, m.start()) + 1, m.start(), end, old, new))
+            found.append(Mutant(path, text, bare.count("\n", 0, m.start()) + 1, m.start(), end, old, new))
     return found
 
 
@@ -133,8 +132,9 @@ class Runner:
 class Build:
     """How one object is compiled, and how the test programs are linked of them, as the build knows it."""
 
-    def __init__(self, folder, run):
+    def __init__(self, folder, objects, run):
         self.folder = folder.resolve()
+        self.objects = pathlib.Path(objects)
         self.run = run
         if not (self.folder / "build.ninja").exists():
             sys.exit("%s is no build of Ninja" % folder)
@@ -174,7 +174,15 @@ class Build:
             lines = subprocess.run(["ninja", "-C", self.folder, "-t", "commands", "bin/" + program], check=True,
                                    capture_output=True, text=True).stdout.splitlines()
             words = shlex.split(lines[-1].split("&& ", 1)[-1].rsplit(" &&", 1)[0])
+            words = [str(self.copied(word)) if word.endswith((".o", ".a")) else word for word in words]
             self.links[program] = words + (["-fuse-ld=mold"] if shutil.which("mold") else [])
+
+    def copied(self, name):
+        """A copy of what is linked, without the debug information, which takes most of the time."""
+        copy = self.objects / name.replace("/", "%")
+        if not copy.exists():
+            subprocess.run(["objcopy", "--strip-debug", self.folder / name, copy], check=True)
+        return copy
 
     def object_of(self, path):
         words = self.compiled[path]
@@ -191,7 +199,7 @@ class Build:
     def link(self, program, path, mutated, result):
         words = list(self.links[program])
         words[words.index("-o") + 1] = str(result)
-        words[words.index(self.object_of(path))] = str(mutated)
+        words[words.index(str(self.copied(self.object_of(path))))] = str(mutated)
         return self.run(words, 600, self.folder) == 0
 
     def test(self, program_file, test, limit):
@@ -236,7 +244,7 @@ class Trial:
         """The class that notices it, or "" if none does; None if it does not count."""
         source = pathlib.Path(folder, mutant.path.name)
         mutated = pathlib.Path(folder, "mutated.o")
-        text = mutant.path.read_text(encoding="utf-8")
+        text = mutant.text
         path = mutant.path.resolve()
         source.write_text(text[:mutant.start] + mutant.new + text[mutant.end:], encoding="utf-8")
         if not self.build.compile(path, source, mutated):
@@ -316,8 +324,8 @@ def main():
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))
     drawn = drawn_from(wanted)
     begun = time.time()
-    with Runner() as run:
-        build = Build(wanted.build, run)
+    with Runner() as run, tempfile.TemporaryDirectory(prefix="objects") as objects:
+        build = Build(wanted.build, objects, run)
         drawn = [mutant for mutant in drawn if mutant.path.resolve() in build.compiled]
         trial = Trial(build, wanted.also)
         programs = sorted({program for mutant in drawn for program in trial.programs(mutant.path)})

@@ -140,6 +140,8 @@ private slots:
     void ExcludedFormsAndRepeatedIdentitiesAreLeftOut() {
         MemoryOffice &office = MemoryOffice::The();
         office.Classes[1].Excluded = true;
+        office.Unkeyed = true;
+        office.Versions.push_back(office.Versions[0]);
         OpenBrowser browser;
         QCOMPARE(browser.Listed(), QStringList({QStringLiteral("_21"), QStringLiteral("_23")}));
     }

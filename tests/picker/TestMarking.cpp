@@ -107,6 +107,26 @@ private slots:
                  D("_3"));
     }
 
+    void closedBehindItsMessageItGivesNothing_data() {
+        QTest::addColumn<bool>("all");
+        QTest::newRow("the picker") << false;
+        QTest::newRow("all windows, the innermost first") << true;
+    }
+    void closedBehindItsMessageItGivesNothing() {
+        QFETCH(bool, all);
+        QCOMPARE(Chosen([=](ModalDriver &driver, Picker &picker) {
+                     driver.Expect([&](QWidget &message) {
+                         if (all) return QApplication::closeAllWindows();
+                         picker.Window.close();
+                         message.close();
+                     });
+                     picker.Click("theOK");
+                     QVERIFY(!picker.Window.isVisible());
+                 }),
+                 D("nothing"));
+        QCOMPARE(QApplication::activeModalWidget(), nullptr);
+    }
+
     void resultStandsInTheOrderOfTheList() {
         QCOMPARE(Chosen([](ModalDriver &, Picker &picker) {
                      picker.ClickHeader(3);

@@ -1,7 +1,9 @@
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QFile>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabBar>
@@ -11,6 +13,7 @@
 #include <Vk_DocQuery/ClassRegistry.h>
 #include <Vk_DocQuery/DocQueryEditor.h>
 #include <Vk_DocQuery/Providers.h>
+#include <Vk_DocQuery/TemplateQuerier.h>
 #include <Vk_Records/Database.h>
 
 #include "support/Keys.h"
@@ -301,6 +304,46 @@ private slots:
         CheckTheRecord(*editor.Record(), other);
         QVERIFY(editor.Record() != record);
         QCOMPARE(record->FileName, saved);
+    }
+
+    void FormsAreBrowsed() {
+        ModalDriver driver;
+        QString streams;
+        driver.Expect([&](QWidget &window) {
+            auto *filter = window.findChild<QLineEdit *>(QStringLiteral("theFilterA"));
+            auto *forms = window.findChild<QWidget *>(QStringLiteral("theFormList"));
+            auto *times = window.findChild<QWidget *>(QStringLiteral("theTimeList"));
+            TypeText(filter, QStringLiteral("1151001"));
+            forms->setFocus();
+            QTest::keyClick(forms, Qt::Key_Down);
+            QTest::keyClick(forms, Qt::Key_C, Qt::ControlModifier);
+            QCOMPARE(QGuiApplication::clipboard()->text(),
+                     QStringLiteral("Декларация по НДС\t1151001\t"
+                                    "Налоговая декларация по налогу на добавленную стоимость"));
+            times->setFocus();
+            QTest::keyClick(times, Qt::Key_Down);
+            QTest::keyClick(times, Qt::Key_C, Qt::ControlModifier);
+            QVERIFY(QGuiApplication::clipboard()->text().endsWith(
+                QStringLiteral("\t\t\t\t1 кв\t\t\t\t2 кв\t\t\t\t3 кв\t\t\t\t4 кв\t\t\t\t\t")));
+            auto *pane = window.findChild<QPlainTextEdit *>(QStringLiteral("theCatInfo"));
+            QTRY_VERIFY(!pane->toPlainText().isEmpty());
+            streams = pane->toPlainText();
+            driver.Click(window.findChild<QPushButton *>(QStringLiteral("theClose")));
+        });
+        TemplateQuerier().Execute();
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(streams, QStringLiteral("Только головные организации:\n"
+                                         "    Организации ОСНО\n"
+                                         "    Кредитные организации\n"
+                                         "    Страховые организации\n"
+                                         "    Бюджетные организации\n"
+                                         "    Представительства иностранных организаций\n"
+                                         "    Организации УСНО\n"
+                                         "    Негосударственные пенсионные фонды\n"
+                                         "        Отчетность в ИФНС\n"
+                                         "\n"
+                                         "Индивидуальные предприниматели\n"
+                                         "    Отчетность в ИФНС\n\n"));
     }
 
 private:

@@ -222,19 +222,22 @@ public:
         auto result = std::make_shared<RecordCollection>();
         for (const VersionFacts &facts : MemoryOffice::The().Versions) {
             if (!IsInWindow(facts, aFrom, aTo)) continue;
-            if (aClasses)
+            if (aClasses && MemoryOffice::The().Unkeyed)
+                result->Add(MakeClass(facts.Class));
+            else if (aClasses)
                 result->AddIfAbsent(MakeClass(facts.Class), ObjectKey(facts.Class));
             else
                 result->Add(MakeVersion(facts.ID), ObjectKey(facts.ID));
         }
         return result;
     }
-    void GetTemplTypeAvailability(qint32, double aID, std::shared_ptr<Recordset> &rCategories,
+    void GetTemplTypeAvailability(qint32 aKind, double aID, std::shared_ptr<Recordset> &rCategories,
                                   std::shared_ptr<Recordset> &rTimes) override {
         Called("GetTemplTypeAvailability");
         MemoryOffice &office = MemoryOffice::The();
         rCategories.reset();
         rTimes.reset();
+        if (aKind != 1) return;
         if (!office.CategoriesAbsent)
             rCategories = std::make_shared<MemoryRecordset>(office.Categories[aID]);
         if (!office.TimesAbsent) rTimes = std::make_shared<MemoryRecordset>(office.Times[aID]);
@@ -252,10 +255,12 @@ public:
 
 class MemoryStreamQueries : public DBQAccStream {
 public:
-    std::shared_ptr<RecordCollection> GetAccStreams(const QString &, qint32) override {
+    std::shared_ptr<RecordCollection> GetAccStreams(const QString &aFilter,
+                                                    qint32 aFlags) override {
         Called("GetAccStreams");
         if (MemoryOffice::The().Absent == u"GetAccStreams") return nullptr;
         auto result = std::make_shared<RecordCollection>();
+        if (!aFilter.isEmpty() || aFlags != 0) return result;
         for (const StreamFacts &facts : MemoryOffice::The().Streams)
             result->Add(MakeStream(facts.ID), ObjectKey(facts.ID));
         return result;
@@ -264,9 +269,10 @@ public:
 
 class MemoryPersonQueries : public PersonQueries {
 public:
-    std::shared_ptr<RecordCollection> GetPersons(const QString &, qint32) override {
+    std::shared_ptr<RecordCollection> GetPersons(const QString &aFilter, qint32 aFlags) override {
         Called("GetPersons");
         if (MemoryOffice::The().Absent == u"GetPersons") return nullptr;
+        if (!aFilter.isEmpty() || aFlags != 0) return std::make_shared<RecordCollection>();
         return Those([](const PersonFacts &) { return true; });
     }
     std::shared_ptr<RecordCollection> GetTaxpayers() override {

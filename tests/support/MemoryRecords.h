@@ -65,7 +65,8 @@ struct MemoryOffice {
     bool CategoriesAbsent = false;
     bool TimesAbsent = false;
     LooseValue AskedFrom, AskedTo;  ///< the window of the last GetTemplates
-    bool Unkeyed = false;  ///< collections of persons come without keys and may repeat a person
+    /// Collections of persons and of forms come without keys and may repeat one.
+    bool Unkeyed = false;
 
     /// Called with the name of every operation and record member, before it does its work: counts,
     /// or raises.
