@@ -33,12 +33,18 @@ import tempfile
 import threading
 import time
 
+def is_measure(m):
+    """Whether the number stands in a row of measures, where a twip more would be no pixel more."""
+    line = m.string[m.string.rfind("\n", 0, m.start()) + 1:m.string.find("\n", m.end())]
+    return len(re.findall(r"\b\d{2,}, ", line)) >= 2
+
+
 RULES = [  # pattern, replacement; tried at each place outside of comments and texts
-    # a number grows by 1, one of several digits by 30, which are two pixels in twips
+    # a number grows by 1, one of several digits by 30, which are two pixels in twips; so does 0 among measures
     (r"==", "!="), (r"!=", "=="), (r"&&", "||"), (r"\|\|", "&&"),
     (r"<=", "<"), (r">=", ">"), (r"(?<![<\-=\w]) < (?![<=])", " <= "), (r" > (?![>=])", " >= "),
     (r"\btrue\b", "false"), (r"\bfalse\b", "true"),
-    (r" \+ 1\b", " + 2"), (r" - 1\b", " - 2"), (r"(?<![\w.\"'])0(?![\w.xX\"'])", "1"),
+    (r" \+ 1\b", " + 2"), (r" - 1\b", " - 2"), (r"(?<![\w.\"'])0(?![\w.xX\"'])", lambda m: "30" if is_measure(m) else "1"),
     (r"(?<![\w.\"'])([2-9]|[1-9]\d+)(?![\w.\"'])", lambda m: str(int(m[0]) + (1 if int(m[0]) < 10 else 30))),
     (r"\bif \((?!const|auto)", "if (!("), (r"\+\+", "--"), (r" \? ", " ? /*swapped*/ "),
     (r"\bbreak;", ";"), (r"\bcontinue;", ";"),

@@ -34,7 +34,7 @@ ListRow *VkDocQueryCriteries::AddItemToAccStreamsList(const std::shared_ptr<Reco
     const QString key = ObjectKey(Present(aObject, "Record").ID());
     ListRow *row = The<ListView>("theAccStreamsList").AddRow(key, aBefore);
     row->SetTag(aObject);
-    for (int cell = theNameCell; cell <= thePersonCell; ++cell) row->SetCellText(cell, QString());
+    row->SetCellText(thePersonCell, QString());  // with those before it
     RefreshItemInAccStreamsList(*row);
     return row;
 } catch (...) {

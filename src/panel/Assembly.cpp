@@ -33,7 +33,7 @@ struct VkDocQueryCriteries::Assembly {
         const char *Element = nullptr;
         std::vector<qint32> Bits = {};         ///< of the elements 0, 1, 2 ... of an array
         std::vector<OptionCode> Options = {};  ///< of a group
-        qint32 Fallback = 0;                   ///< for a group without a choice
+        qint32 Fallback = {};                  ///< for a group without a choice
     };
 
     template <class Value>

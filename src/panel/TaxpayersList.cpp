@@ -80,7 +80,7 @@ ListRow *VkDocQueryCriteries::AddItemToTaxpayersList(const std::shared_ptr<Recor
     const QString key = ObjectKey(Present(aObject, "Record").ID());
     ListRow *row = The<ListView>("theTaxpayersList").AddRow(key, aBefore);
     row->SetTag(aObject);
-    for (int cell = theInnCell; cell <= theMainOrgCell; ++cell) row->SetCellText(cell, QString());
+    row->SetCellText(theMainOrgCell, QString());  // with those before it
     RefreshItemInTaxpayersList(*row);
     return row;
 } catch (...) {

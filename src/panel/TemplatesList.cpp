@@ -91,8 +91,7 @@ ListRow *VkDocQueryCriteries::AddItemToTemplatesList(const std::shared_ptr<Recor
     const QString key = ObjectKey(Present(aObject, "Record").ID());
     ListRow *row = The<ListView>("theTemplatesList").AddRow(key, aBefore);
     row->SetTag(aObject);
-    row->SetCellText(theTermCell, QString());
-    row->SetCellText(theNameCell, QString());
+    row->SetCellText(theNameCell, QString());  // with those before it
     RefreshItemInTemplatesList(*row);
     return row;
 } catch (...) {

@@ -465,6 +465,26 @@ private slots:
         QVERIFY(walked.size() >= 5);
     }
 
+    /// The frames that nobody sees included.
+    void FocusGoesInTheOrderOfTheElements() {
+        QVector<Fact> stops;
+        for (const Fact &fact : Facts())
+            if (fact.TabOrder >= 0 &&
+                thePanel->Get(qPrintable(fact.ObjectName())).focusPolicy() != Qt::NoFocus)
+                stops << fact;
+        std::sort(stops.begin(), stops.end(), [](const Fact &left, const Fact &right) {
+            return left.TabOrder < right.TabOrder;
+        });
+        QStringList wanted;
+        for (const Fact &stop : stops) wanted << stop.ObjectName();
+        QStringList met;
+        const QWidget *bar = thePanel->Tabs().Bar();
+        for (const QWidget *next = bar->nextInFocusChain(); next != bar;
+             next = next->nextInFocusChain())
+            if (wanted.contains(next->objectName())) met << next->objectName();
+        QCOMPARE(met, wanted);
+    }
+
     void WhatStandsBehindThePanelComesBehindIt() {
         QWidget window;
         auto *panel = new OpenPanel;
