@@ -94,7 +94,6 @@ DocQueryOptionsFrm::DocQueryOptionsFrm() {
     setFont(WindowFont());
     new FocusInView(*this);
     KeepColoursReadable(*this);
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
 }
 
@@ -322,7 +321,6 @@ void DocQueryOptionsFrm::LoadControls() {
           theFrameHeight);
     theBottomStitch = new DStitch(theBottomFrame);
     theBottomStitch->setObjectName(QStringLiteral("theBottomStitch"));
-    theBottomStitch->move(0, 0);
 
     struct ButtonRow {
         QPushButton *&Element;
@@ -364,7 +362,6 @@ void DocQueryOptionsFrm::LoadControls() {
     theSheet->SetLeast(LeastSize());
     theFit = new WindowFit(*this, LeastSize());
     theSheet->Place(rect());
-    Form_Resize();
 }
 
 void DocQueryOptionsFrm::UnloadControls() {

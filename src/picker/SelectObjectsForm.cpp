@@ -56,7 +56,6 @@ SelectObjectsForm::SelectObjectsForm(QWidget *aParent) : QDialog(aParent) {
     setWindowIcon(WindowIcon(QStringLiteral("picker")));
     setFont(WindowFont());
     KeepColoursReadable(*this);
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     MakeElements();
 }

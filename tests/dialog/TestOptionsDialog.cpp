@@ -17,6 +17,7 @@
 #include <Vk_DocQuery/Failure.h>
 
 #include "controls/DateBox.h"
+#include "controls/Pictures.h"
 #include "DialogUser.h"
 #include "support/MemoryRecords.h"
 #include "support/TestMain.h"
@@ -57,46 +58,51 @@ void operator delete(void *aMemory, std::size_t /*aSize*/) noexcept {
 class TestOptionsDialog : public QObject {
     Q_OBJECT
 
+    static void CheckDesign(const User &aUser) {
+        aUser.ExpectCaption(QStringLiteral("Поиск документов"));
+        QVERIFY(aUser.theWindow.isModal());
+        QCOMPARE(aUser.theWindow.size(), QSize(821, 649));
+        struct Fact {
+            const char *Name;
+            QString Caption;
+            QRect Place;  // at 96 dots per inch
+        };
+        const Fact facts[] = {
+            {"theData", QString(), QRect(0, 0, 821, 592)},
+            {"theBottomFrame", QString(), QRect(0, 592, 821, 57)},
+            {"theBottomStitch", QString(), QRect(0, 0, 821, 2)},
+            {"theLoad", QStringLiteral("Загрузить ..."), QRect(12, 12, 105, 33)},
+            {"theSave", QStringLiteral("Сохранить"), QRect(120, 12, 105, 33)},
+            {"theSaveAs", QStringLiteral("Сохранить как ..."), QRect(228, 12, 113, 33)},
+            {"theHelp", QString(), QRect(420, 12, 93, 33)},
+            {"theOK", QStringLiteral("OK"), QRect(591, 12, 93, 33)},
+            {"theCancel", QStringLiteral("Отмена"), QRect(696, 12, 109, 33)},
+        };
+        for (const Fact &fact : facts) {
+            const QWidget *element = aUser.Element(fact.Name);
+            QVERIFY(element);
+            QCOMPARE(element->geometry(), fact.Place);
+            const auto *button = qobject_cast<const QPushButton *>(element);
+            QCOMPARE(button ? button->text() : QString(), fact.Caption);
+        }
+        QVERIFY(aUser.Element<QPushButton>("theOK")->isDefault());
+    }
+
 private slots:
     void init() { MemoryOffice::Install(); }
 
+    /// In its first run and in the next.
     void WindowStandsAsDesigned() {
         DocQueryOptionsFrm dialog;
-        ModalDriver driver;
-        RunWith(dialog, driver, [&](const User &user) {
-            user.ExpectCaption(QStringLiteral("Поиск документов"));
-            if (user.theWindow.windowIcon().isNull()) driver.Complain(QStringLiteral("no icon"));
-            if (!user.theWindow.isModal()) driver.Complain(QStringLiteral("not modal"));
-            if (user.theWindow.width() != 821)
-                driver.Complain(QStringLiteral("width %1").arg(user.theWindow.width()));
-            struct Fact {
-                const char *Name;
-                QString Caption;
-                QRect Place;  // at 96 dots per inch
-            };
-            const Fact facts[] = {
-                {"theLoad", QStringLiteral("Загрузить ..."), QRect(12, 12, 105, 33)},
-                {"theSave", QStringLiteral("Сохранить"), QRect(120, 12, 105, 33)},
-                {"theSaveAs", QStringLiteral("Сохранить как ..."), QRect(228, 12, 113, 33)},
-                {"theOK", QStringLiteral("OK"), QRect(596, 12, 93, 33)},
-                {"theCancel", QStringLiteral("Отмена"), QRect(696, 12, 109, 33)},
-            };
-            for (const Fact &fact : facts) {
-                const auto *button = user.Element<QPushButton>(fact.Name);
-                if (!button) continue;
-                const QString name = QString::fromUtf8(fact.Name);
-                if (button->text() != fact.Caption) driver.Complain(name + button->text());
-                if (button->height() != 33 || button->y() != 12) driver.Complain(name);
-                if (name != QStringLiteral("theOK") && name != QStringLiteral("theCancel") &&
-                    button->geometry() != fact.Place)
-                    driver.Complain(name + QStringLiteral(" is misplaced"));
-                if (button->width() != fact.Place.width())
-                    driver.Complain(name + QStringLiteral(" width"));
-            }
-            if (!user.Element<QPushButton>("theOK")->isDefault())
-                driver.Complain(QStringLiteral("OK is not the default"));
-        });
-        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(dialog.objectName(), QStringLiteral("DocQueryOptionsFrm"));
+        QCOMPARE(dialog.windowIcon().cacheKey(), WindowIcon(QStringLiteral("dialog")).cacheKey());
+        QCOMPARE(dialog.font().pointSizeF(), 8.25);
+        QVERIFY(dialog.windowFlags() & Qt::WindowMaximizeButtonHint);
+        for (int run = 0; run < 2; ++run) {
+            ModalDriver driver;
+            RunWith(dialog, driver, CheckDesign);
+            QVERIFY2(driver.Done(), driver.Complaint());
+        }
     }
 
     void WindowStandsOverThatOfTheHost() {
