@@ -6,6 +6,7 @@
 
 #include <Vk_DocQuery/TemplateQuerier.h>
 
+#include "controls/Pictures.h"
 #include "controls/Sheet.h"
 #include "foundation/mVkGraphLight.h"
 #include "OpenBrowser.h"
@@ -22,29 +23,37 @@ private slots:
     void init() { EmptyOffice(); }
 
     void ElementsStandAtTheirPlaces_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QRect>("place");  // twips
-        QTest::newRow("1") << QStringLiteral("Label1") << QRect(120, 60, 6075, 195);
-        QTest::newRow("2") << QStringLiteral("Label2") << QRect(120, 900, 6075, 195);
-        QTest::newRow("3") << QStringLiteral("Label3") << QRect(120, 5160, 3855, 435);
-        QTest::newRow("4") << QStringLiteral("Label4") << QRect(4680, 5340, 7935, 255);
-        QTest::newRow("5") << QStringLiteral("Label5") << QRect(345, 465, 705, 255);
-        // As the first resize leaves them: 12720 by 10260 twips less four pixels at the right edge.
-        QTest::newRow("filter") << QStringLiteral("theFilterA") << QRect(1140, 435, 11520, 300);
-        QTest::newRow("forms") << QStringLiteral("theFormList") << QRect(60, 1200, 12600, 3855);
-        QTest::newRow("cats") << QStringLiteral("theCatInfo") << QRect(60, 5760, 4395, 3705);
-        QTest::newRow("times") << QStringLiteral("theTimeList") << QRect(4560, 5760, 8100, 3705);
-        QTest::newRow("frame") << QStringLiteral("theBottomFrame") << QRect(0, 9465, 12720, 795);
-        QTest::newRow("close") << QStringLiteral("theClose") << QRect(5393, 180, 1935, 495);
+        QTest::addColumn<QRect>("made");   // twips
+        QTest::addColumn<QRect>("shown");  // as the first resize leaves it: 12720 by 10260 twips
+                                           // less four pixels at the right edge
+        const auto row = [](const char *aName, QRect aMade, QRect aShown = QRect()) {
+            QTest::newRow(aName) << aMade << (aShown.isNull() ? aMade : aShown);
+        };
+        row("Label1", {120, 60, 6075, 195});
+        row("Label2", {120, 900, 6075, 195});
+        row("Label3", {120, 5160, 3855, 435});
+        row("Label4", {4680, 5340, 7935, 255});
+        row("Label5", {345, 465, 705, 255});
+        row("theFilterA", {1140, 435, 11325, 300}, {1140, 435, 11520, 300});
+        row("theFormList", {60, 1200, 12615, 3855}, {60, 1200, 12600, 3855});
+        row("theCatInfo", {60, 5760, 4395, 3735}, {60, 5760, 4395, 3705});
+        row("theTimeList", {4560, 5760, 8115, 3735}, {4560, 5760, 8100, 3705});
+        row("theBottomFrame", {0, 9480, 12735, 795}, {0, 9465, 12720, 795});
+        row("theClose", {5520, 180, 1935, 495}, {5393, 180, 1935, 495});
     }
     void ElementsStandAtTheirPlaces() {
-        QFETCH(QString, name);
-        QFETCH(QRect, place);
+        QFETCH(QRect, made);
+        QFETCH(QRect, shown);
         QCOMPARE(GetTwipsPerPixel(), 15);
+        const auto pixels = [](const QRect &aTwips) {
+            return QRect(PixelsFromTwips(aTwips.x()), PixelsFromTwips(aTwips.y()),
+                         PixelsFromTwips(aTwips.width()), PixelsFromTwips(aTwips.height()));
+        };
+        const QString name = QString::fromLatin1(QTest::currentDataTag());
+        const TemplateQuerierForm form;
+        QCOMPARE(form.findChild<QWidget *>(name)->geometry(), pixels(made));
         const OpenBrowser browser;
-        const QRect found = browser.Form.findChild<QWidget *>(name)->geometry();
-        QCOMPARE(found, QRect(PixelsFromTwips(place.x()), PixelsFromTwips(place.y()),
-                              PixelsFromTwips(place.width()), PixelsFromTwips(place.height())));
+        QCOMPARE(browser.Form.findChild<QWidget *>(name)->geometry(), pixels(shown));
     }
 
     void TheWindowItself() {
@@ -53,7 +62,13 @@ private slots:
         QCOMPARE(browser.Form.size(), QSize(848, 684));
         QVERIFY(browser.Form.windowFlags().testFlag(Qt::WindowMinimizeButtonHint));
         QVERIFY(browser.Form.windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
-        QVERIFY(!browser.Form.windowIcon().isNull());
+        QVERIFY(browser.Form.windowFlags().testFlag(Qt::WindowCloseButtonHint));
+        QVERIFY(browser.Form.windowFlags().testFlag(Qt::WindowSystemMenuHint));
+        QCOMPARE(browser.Form.windowType(), Qt::Window);
+        QCOMPARE(browser.Form.windowIcon().cacheKey(),
+                 WindowIcon(QStringLiteral("browser")).cacheKey());
+        QCOMPARE(browser.Form.font().pointSizeF(), 8.25);
+        QVERIFY(browser.List.testAttribute(Qt::WA_InputMethodEnabled));
         QVERIFY(browser.Filter.hasFocus());
         QVERIFY(browser.Filter.text().isEmpty());
     }
