@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <memory>
+#include <thread>
+
 #include <QApplication>
 #include <QFile>
 #include <QLineEdit>
@@ -336,6 +340,19 @@ private slots:
     }
 
     /// A refused run is none: the same object shows its window once loops run again.
+    void EditorReleasedByAnotherThreadLeavesItsDialogToThatOfTheWindows() {
+        auto editor = std::make_unique<DocQueryEditor>();
+        const auto windows = QApplication::topLevelWidgets();
+        const auto found =
+            std::ranges::find(windows, QStringLiteral("DocQueryOptionsFrm"),
+                              [](const QWidget *window) { return window->objectName(); });
+        QVERIFY(found != windows.end());
+        const QPointer<QWidget> dialog(*found);
+        std::thread([&] { editor.reset(); }).join();
+        QVERIFY(dialog);
+        QTRY_VERIFY(!dialog);
+    }
+
     void EditorRefusedWhileEndingIsStillGood() {
         DocQueryEditor editor;
         ModalDriver driver;
