@@ -15,6 +15,7 @@
 #include "controls/InputMethod.h"
 #include "controls/ListView.h"
 #include "controls/Pictures.h"
+#include "controls/RecordIcons.h"
 #include "controls/Sheet.h"
 #include "controls/TextBox.h"
 #include "foundation/Clock.h"
@@ -343,7 +344,7 @@ void TemplateQuerierForm::MakeRows() {
         for (const QString &name : form->FullNames) theSearchTexts.AddField(name);
         ListRow *row = theFormList->AddRow(theClasses.KeyAt(i));
         row->SetTag(form);
-        row->SetIcon(QueryIcon(form->Class->GetIconKey()));
+        SetRecordIcon(*row, *form->Class, form->Class->GetIconKey());
         row->SetCellText(1, shortName);
         row->SetCellText(2, knd);
         row->SetCellText(theFullNameCell, form->ActualFullName);

@@ -7,6 +7,7 @@
 
 #include <Vk_DocQuery/ClassRegistry.h>
 #include <Vk_DocQuery/Failure.h>
+#include <Vk_DocQuery/PictureKeys.h>
 
 #include "controls/CompiledPictures.h"
 #include "foundation/Application.h"
@@ -16,7 +17,7 @@ namespace Vk_DocQuery {
 
 namespace {
 
-using List = std::shared_ptr<const ImageList>;
+using List = std::shared_ptr<ImageList>;
 
 constexpr int theSide = 16;
 // Parts of an icon of 16 by 16 pixels with 8 bits each: the directory and the header of the bitmap,
@@ -139,6 +140,30 @@ const Store &TheStore() {
     return *store;
 }
 
+QStringList KeysOf(const List &aList) {
+    EnsureApplication();
+    QStringList keys;
+    for (int i = 0; i < aList->Count(); ++i) keys << aList->KeyAt(i);
+    return keys;
+}
+
+[[noreturn]] void RaiseBadPicture(qint32 aNumber, const QString &aText) {
+    throw Failure(aNumber, QStringLiteral("AppendPicture"), aText);
+}
+
+void CheckNew(const QString &aKey, const QIcon &aPicture) {
+    if (aKey.isEmpty())
+        RaiseBadPicture(InvalidArgument, QStringLiteral("У рисунка должен быть ключ."));
+    if (TheStore().Shared->Contains(aKey)) {  // it has the keys of the others
+        RaiseBadPicture(
+            KeyAlreadyPresent,
+            QStringLiteral("Рисунок с ключом \"%1\" уже есть в списках рисунков.").arg(aKey));
+    }
+    if (aPicture.pixmap(QSize(theSide, theSide)).isNull())
+        RaiseBadPicture(InvalidArgument,
+                        QStringLiteral("Рисунок с ключом \"%1\" пуст или не читается.").arg(aKey));
+}
+
 QIcon WindowPicture(const QString &aName) {
     const auto &icons = TheStore().Icons;
     const auto found = icons.constFind(aName);
@@ -152,7 +177,9 @@ QIcon WindowPicture(const QString &aName) {
 /// The one list that windows share; it comes in one size.
 class PictureServer : public VkPictureServer {
 public:
-    List GetImageList(qint32 /*aSizeKind*/) override { return SharedImages(); }
+    std::shared_ptr<const ImageList> GetImageList(qint32 /*aSizeKind*/) override {
+        return SharedImages();
+    }
 };
 
 const bool theServerIsEntered = [] {
@@ -162,19 +189,19 @@ const bool theServerIsEntered = [] {
 
 }  // namespace
 
-List PanelImages() {
+std::shared_ptr<const ImageList> PanelImages() {
     return TheStore().Panel;
 }
 
-List PickerImages() {
+std::shared_ptr<const ImageList> PickerImages() {
     return TheStore().Picker;
 }
 
-List TabImages() {
+std::shared_ptr<const ImageList> TabImages() {
     return TheStore().Tabs;
 }
 
-List SharedImages() {
+std::shared_ptr<const ImageList> SharedImages() {
     return TheStore().Shared;
 }
 
@@ -188,6 +215,25 @@ QIcon StandardPicture(int aNumber) {
 
 QIcon WindowIcon(const QString &aWindow) {
     return WindowPicture(QStringLiteral("window_") + aWindow);
+}
+
+QStringList PanelPictureKeys() {
+    return KeysOf(TheStore().Panel);
+}
+
+QStringList PickerPictureKeys() {
+    return KeysOf(TheStore().Picker);
+}
+
+QStringList SharedPictureKeys() {
+    return KeysOf(TheStore().Shared);
+}
+
+void AppendPicture(const QString &aKey, const QIcon &aPicture) {
+    EnsureApplication();
+    CheckNew(aKey, aPicture);
+    for (const List &list : {TheStore().Panel, TheStore().Picker, TheStore().Shared})
+        list->Add(aKey, aPicture);
 }
 
 }  // namespace Vk_DocQuery

@@ -1,6 +1,6 @@
 #include "controls/mListView.h"
+#include "controls/RecordIcons.h"
 #include "foundation/mErrorHandling.h"
-#include "foundation/mVkPics.h"
 #include "panel/Present.h"
 #include "panel/VkDocQueryCriteries.h"
 
@@ -43,13 +43,13 @@ ListRow *VkDocQueryCriteries::AddItemToAccStreamsList(const std::shared_ptr<Reco
 
 void VkDocQueryCriteries::RefreshItemInAccStreamsList(ListRow &aItem) try {
     const auto stream = TagAs<Record>(aItem, "VkAccStream");
-    aItem.SetIcon(QueryIcon(stream->GetIconKey()));
+    SetRecordIcon(aItem, *stream, stream->GetIconKey());
     aItem.SetCellText(theNameCell, stream->DisplayName());
     aItem.SetCellText(theOfficeCell, stream->GetOfficeCodeForDisplay());
     aItem.SetCellText(theKppCell, stream->Kpp());
     const std::shared_ptr<VkPerson> owner = stream->Person();
     VkPerson &person = Present(owner, "VkPerson");
-    aItem.SetCellIcon(theInnCell, QueryIcon(person.GetIconKeyAsAccPerson()));
+    SetRecordCellIcon(aItem, theInnCell, person, person.GetIconKeyAsAccPerson());
     aItem.SetCellText(theInnCell, person.Inn());
     aItem.SetCellText(thePersonCell, person.GetDisplayName());
 } catch (...) {

@@ -1,7 +1,7 @@
 #include "controls/mListView.h"
 #include "controls/OptionButton.h"
+#include "controls/RecordIcons.h"
 #include "foundation/mErrorHandling.h"
-#include "foundation/mVkPics.h"
 #include "panel/Present.h"
 #include "panel/VkDocQueryCriteries.h"
 
@@ -89,14 +89,14 @@ ListRow *VkDocQueryCriteries::AddItemToTaxpayersList(const std::shared_ptr<Recor
 
 void VkDocQueryCriteries::RefreshItemInTaxpayersList(ListRow &aItem) try {
     const auto person = TagAs<VkPerson>(aItem, "VkPerson");
-    aItem.SetIcon(QueryIcon(person->GetIconKeyAsAccPerson()));
+    SetRecordIcon(aItem, *person, person->GetIconKeyAsAccPerson());
     aItem.SetCellText(theInnCell, person->Inn());
     aItem.SetCellText(theKppCell, person->Kpp());
     aItem.SetCellText(theNameCell, person->GetDisplayName());
     if (!person->IsBranch()) return;
     const std::shared_ptr<VkPerson> parent = person->GetParentOrganization();
     aItem.SetCellText(theMainOrgCell, Present(parent, "VkPerson").GetDisplayName());
-    aItem.SetCellIcon(theMainOrgCell, QueryIcon(parent->GetIconKeyAsAccPerson()));
+    SetRecordCellIcon(aItem, theMainOrgCell, *parent, parent->GetIconKeyAsAccPerson());
 } catch (...) {
     RaiseErrorUp(theModule, "RefreshItemInTaxpayersList");
 }

@@ -1,7 +1,7 @@
 #include "controls/mListView.h"
 #include "controls/OptionButton.h"
+#include "controls/RecordIcons.h"
 #include "foundation/mErrorHandling.h"
-#include "foundation/mVkPics.h"
 #include "panel/LastTemplates.h"
 #include "panel/Present.h"
 #include "panel/VkDocQueryCriteries.h"
@@ -109,7 +109,7 @@ void VkDocQueryCriteries::RefreshItemInTemplatesList(ListRow &aItem) try {
         }
         case TemplateVersion: {
             const auto version = TagAs<Record>(aItem, "VkTemplate");
-            aItem.SetIcon(QueryIcon(version->GetIconKey()));
+            SetRecordIcon(aItem, *version, version->GetIconKey());
             aItem.SetCellText(theTermCell, ToText(version->BegDate()) + QStringLiteral(" - ") +
                                                ToText(version->EndDate()));
             aItem.SetCellText(theNameCell, version->GetDisplayName());

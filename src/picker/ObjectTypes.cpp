@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "controls/RecordIcons.h"
 #include "foundation/Clock.h"
 #include "foundation/mVkCommonCalc.h"
 #include "foundation/mVkDBProvider.h"
-#include "foundation/mVkPics.h"
 #include "foundation/Present.h"
 
 namespace Vk_DocQuery {
@@ -50,7 +50,7 @@ QString FixedDate(const LooseValue &aDate) {
 }
 
 SearchedCells ShowTemplateVersion(const Record &aVersion, ListRow &aRow) {
-    aRow.SetIcon(QueryIcon(aVersion.GetIconKey()));
+    SetRecordIcon(aRow, aVersion, aVersion.GetIconKey());
     aRow.SetCell(
         1, FixedDate(aVersion.BegDate()) + QStringLiteral(" - ") + FixedDate(aVersion.EndDate()));
     aRow.SetCell(2, aVersion.GetDisplayName());
@@ -59,26 +59,27 @@ SearchedCells ShowTemplateVersion(const Record &aVersion, ListRow &aRow) {
 }
 
 SearchedCells ShowTemplateClass(const Record &aClass, ListRow &aRow) {
-    aRow.SetIcon(QueryIcon(aClass.GetIconKey()));
+    SetRecordIcon(aRow, aClass, aClass.GetIconKey());
     aRow.SetCell(1, aClass.ShortName());
     aRow.SetCell(2, aClass.KND());
     return {1, 2};
 }
 
 SearchedCells ShowAccountStream(const Record &aStream, ListRow &aRow) {
-    aRow.SetIcon(QueryIcon(aStream.GetIconKey()));
+    SetRecordIcon(aRow, aStream, aStream.GetIconKey());
     aRow.SetCell(1, aStream.DisplayName());
     aRow.SetCell(2, aStream.GetOfficeCodeForDisplay());
     aRow.SetCell(3, aStream.Kpp());
     const std::shared_ptr<VkPerson> held = aStream.Person();
     const VkPerson &person = Present(held, "Person");
     aRow.SetCell(4, person.Inn());
-    aRow.SetCell(5, person.GetDisplayName(), QueryIcon(person.GetIconKeyAsAccPerson()));
+    aRow.SetCell(5, person.GetDisplayName());
+    SetRecordCellIcon(aRow, 5, person, person.GetIconKeyAsAccPerson());
     return {1, 5};
 }
 
 SearchedCells ShowMainOrganization(const Record &aPerson, ListRow &aRow) {
-    aRow.SetIcon(QueryIcon(aPerson.GetIconKeyAsAccPerson()));
+    SetRecordIcon(aRow, aPerson, aPerson.GetIconKeyAsAccPerson());
     aRow.SetCell(1, aPerson.Inn());
     aRow.SetCell(2, aPerson.Kpp());
     aRow.SetCell(3, aPerson.GetDisplayName());
@@ -93,7 +94,8 @@ SearchedCells ShowTaxpayer(const Record &aPerson, ListRow &aRow) {
         aRow.SetCell(4, QString());
         return own;
     }
-    aRow.SetCell(4, parent.GetDisplayNameAsAccPerson(), QueryIcon(parent.GetIconKeyAsAccPerson()));
+    aRow.SetCell(4, parent.GetDisplayNameAsAccPerson());
+    SetRecordCellIcon(aRow, 4, parent, parent.GetIconKeyAsAccPerson());
     return {1, 4};
 }
 

@@ -89,10 +89,10 @@ private slots:
         ModalDriver driver;
         driver.ExpectBox(
             QMessageBox::Critical, theTitle,
-            Chain(
-                {QStringLiteral("Execute"), QStringLiteral("FillList")},
-                QStringLiteral(
-                    "[ImageList]\r\nВ списке рисунков нет рисунка с ключом \"no_such_picture\".")),
+            Chain({QStringLiteral("Execute"), QStringLiteral("FillList")},
+                  QStringLiteral("[ImageList]\r\nВ списке рисунков нет рисунка с ключом "
+                                 "\"no_such_picture\". Его "
+                                 "назвал объект Vk_Records.VkTemplType с идентификатором 2.")),
             theOk);
         TemplateQuerier().Execute();
         QVERIFY2(driver.Done(), driver.Complaint());
