@@ -9,6 +9,14 @@
 
 namespace Vk_DocQuery {
 
+/// What a class that is entered under a name finds there.
+enum class Takeover {
+    None,      ///< nothing
+    Unused,    ///< another class, of which nobody has an object
+    FromUsed,  ///< objects that were made under the name before, and may be in use: the accessors
+               ///< of the library go on with theirs, each on its thread, to the end of that thread
+};
+
 /// Where suppliers enter the classes that the library creates by name. Class names compare without
 /// regard to case. The registry serves the whole process and may be used from any thread.
 ///
@@ -24,13 +32,17 @@ namespace Vk_DocQuery {
 /// does a little more can hand on to it; make the library's object before entering the class.
 ///
 /// The accessors keep what they made, once for each thread: enter classes before the first window
-/// or file.
+/// or file. Providers, the names of periods and the files library are reached through accessors;
+/// records, the error window and the splash window are made anew each time. Register tells when it
+/// comes too late for that: a host that wants one supplier throughout takes Takeover::FromUsed for
+/// a mistake of its own.
 class VK_DOCQUERY_EXPORT ClassRegistry {
 public:
     using Factory = std::function<std::shared_ptr<Object>()>;
 
-    /// Enters a class, or puts another factory in place of the one entered before.
-    static void Register(const QString &aClass, Factory aFactory);
+    /// Enters a class, or puts another factory in place of the one entered before or of the
+    /// library's own, and says what that was. Objects that were made before stay as they are.
+    static Takeover Register(const QString &aClass, Factory aFactory);
     /// Takes a class out; a name that is not entered is no failure. The library's own class, where
     /// there is one, is back then.
     static void Unregister(const QString &aClass);
@@ -46,8 +58,8 @@ public:
 
 /// Enters a class with a default constructor.
 template <class Class>
-void RegisterClass(const QString &aClass) {
-    ClassRegistry::Register(aClass, [] { return std::make_shared<Class>(); });
+Takeover RegisterClass(const QString &aClass) {
+    return ClassRegistry::Register(aClass, [] { return std::make_shared<Class>(); });
 }
 
 }  // namespace Vk_DocQuery

@@ -1,6 +1,7 @@
 #include <mutex>
 
 #include <QHash>
+#include <QSet>
 
 #include <Vk_DocQuery/ClassRegistry.h>
 #include <Vk_DocQuery/Failure.h>
@@ -16,6 +17,7 @@ namespace {
 struct Classes {
     std::mutex theLock;
     QHash<QString, ClassRegistry::Factory> theFactories;
+    QSet<QString> theUsed;  // names under which objects were made
 };
 
 Classes &TheClasses() {
@@ -39,16 +41,28 @@ constexpr Default theDefaults[] = {
     {u"Vk_Records.VkRecFactory", Made<PeriodNames>},
 };
 
-/// The factory entered for the class, else the library's own; none where there is neither.
-ClassRegistry::Factory FactoryOf(const QString &aClass) {
-    Classes &classes = TheClasses();
-    const std::lock_guard lock(classes.theLock);
-    const auto entered = classes.theFactories.constFind(aClass.toCaseFolded());
-    if (entered != classes.theFactories.cend()) return *entered;
+/// The library's own class; none where there is none.
+ClassRegistry::Factory OwnFactory(const QString &aClass) {
     for (const Default &own : theDefaults) {
         if (aClass.compare(QStringView(own.Class), Qt::CaseInsensitive) == 0) return own.Make;
     }
     return nullptr;
+}
+
+/// The factory entered for the class, else the library's own; none where there is neither. The
+/// classes are locked.
+ClassRegistry::Factory FactoryIn(const Classes &aClasses, const QString &aClass) {
+    const auto entered = aClasses.theFactories.constFind(aClass.toCaseFolded());
+    return entered != aClasses.theFactories.cend() ? *entered : OwnFactory(aClass);
+}
+
+/// The same for whoever makes an object at once.
+ClassRegistry::Factory UsedFactoryOf(const QString &aClass) {
+    Classes &classes = TheClasses();
+    const std::lock_guard lock(classes.theLock);
+    ClassRegistry::Factory factory = FactoryIn(classes, aClass);
+    if (factory) classes.theUsed.insert(aClass.toCaseFolded());
+    return factory;
 }
 
 [[noreturn]] void RaiseNotCreatable(const QString &aText) {
@@ -61,10 +75,14 @@ Object::~Object() = default;
 VkErrorHandler::~VkErrorHandler() = default;
 SplashWindow::~SplashWindow() = default;
 
-void ClassRegistry::Register(const QString &aClass, Factory aFactory) {
+Takeover ClassRegistry::Register(const QString &aClass, Factory aFactory) {
     Classes &classes = TheClasses();
+    const QString name = aClass.toCaseFolded();
     const std::lock_guard lock(classes.theLock);
-    classes.theFactories.emplace(aClass.toCaseFolded(), std::move(aFactory));
+    const bool wasThere = classes.theFactories.contains(name) || OwnFactory(aClass);
+    classes.theFactories.insert(name, std::move(aFactory));
+    if (classes.theUsed.contains(name)) return Takeover::FromUsed;
+    return wasThere ? Takeover::Unused : Takeover::None;
 }
 
 void ClassRegistry::Unregister(const QString &aClass) {
@@ -74,7 +92,9 @@ void ClassRegistry::Unregister(const QString &aClass) {
 }
 
 bool ClassRegistry::IsRegistered(const QString &aClass) {
-    return FactoryOf(aClass) != nullptr;
+    Classes &classes = TheClasses();
+    const std::lock_guard lock(classes.theLock);
+    return FactoryIn(classes, aClass) != nullptr;
 }
 
 std::shared_ptr<Object> ClassRegistry::Create(const QString &aClass, const QString &aServer) {
@@ -82,7 +102,7 @@ std::shared_ptr<Object> ClassRegistry::Create(const QString &aClass, const QStri
         RaiseNotCreatable(
             QStringLiteral("Класс \"%1\" нельзя создать на другом компьютере.").arg(aClass));
     }
-    const Factory factory = FactoryOf(aClass);
+    const Factory factory = UsedFactoryOf(aClass);
     if (!factory) RaiseNotCreatable(QStringLiteral("Класс \"%1\" не зарегистрирован.").arg(aClass));
     auto object = factory();
     if (!object)

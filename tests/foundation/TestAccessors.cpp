@@ -177,6 +177,36 @@ private slots:
                                  QString::fromLatin1(accessor.Name), name));
     }
 
+    /// Who comes too late is told: what was made goes on on its thread.
+    void RegisterSaysWhatItTakesOver_data() { AddAccessors(); }
+    void RegisterSaysWhatItTakesOver() {
+        QFETCH(int, index);
+        const Accessor &accessor = theAccessors[index];
+        const QString name = QString::fromLatin1(accessor.Class);
+        const auto factory = [] { return std::shared_ptr<Object>(); };
+        InNewThread([&] {
+            const void *first = accessor.Get();
+            QVERIFY(ClassRegistry::Register(name.toUpper(), factory) == Takeover::FromUsed);
+            QVERIFY(ClassRegistry::Register(name, factory) == Takeover::FromUsed);
+            QCOMPARE(accessor.Get(), first);
+        });
+        ClassRegistry::Unregister(name);
+        QVERIFY(ClassRegistry::Register(name, factory) == Takeover::FromUsed);
+    }
+
+    void NothingMadeIsNothingTakenOver() {
+        const QString name = QStringLiteral("Test.Class");
+        QVERIFY(ClassRegistry::Register(name, nullptr) == Takeover::None);
+        QVERIFY(RegisterClass<Object>(name.toUpper()) == Takeover::Unused);
+        QVERIFY(ClassRegistry::IsRegistered(name));  // asking is not using
+        QVERIFY(RegisterClass<Object>(name) == Takeover::Unused);
+        ClassRegistry::Unregister(name);
+        QVERIFY(RegisterClass<Object>(name) == Takeover::None);
+        QVERIFY(ClassRegistry::Create(name));
+        QVERIFY(RegisterClass<Object>(name) == Takeover::FromUsed);
+        ClassRegistry::Unregister(name);
+    }
+
     void FailureOfAFactoryIsPassedOn() {
         ClassRegistry::Register(QStringLiteral("Vk_Records.VkRecFactory"),
                                 []() -> std::shared_ptr<Object> {
