@@ -18,8 +18,21 @@ build_and_run() {
 build_and_run own_records Vk_DocQuery
 build_and_run sql_records Vk_Records
 
-awk '/^```cpp$/ {inside = 1; next} /^```$/ && inside {exit} inside' "$readme" >"$work/readme.cpp"
-grep -q 'int main()' "$work/readme.cpp"
+# snippet NUMBER NAME: the README's program of that number, alone in a source.
+snippet() {
+    awk -v wanted="$1" '/^```cpp$/ {++number; inside = 1; next} /^```$/ {inside = 0}
+        inside && number == wanted' "$readme" >"$work/$2.cpp"
+    grep -q 'int main()' "$work/$2.cpp"
+}
+snippet 1 readme
+snippet 2 supplier
+[ "$(grep -c -v '^$' "$work/supplier.cpp")" -le 30 ]
 # shellcheck disable=SC2046
 "$compiler" -std=c++20 -fPIC -Wall -Wextra -Werror "$work/readme.cpp" -o "$work/readme" \
     $(pkg-config --cflags --libs Vk_Records)
+# The supplier as it stands, beside a user who looks what there is to pick and leaves.
+# shellcheck disable=SC2046
+"$compiler" -std=c++20 -fPIC -Wall -Wextra -Werror "$work/supplier.cpp" "$sources/looking_user.cpp" \
+    -o "$work/supplier" $(pkg-config --cflags --libs Vk_DocQuery) -Wl,-rpath,"$libdir"
+seen=$("$work/supplier") || [ $? = 1 ] # as it ends when its dialog is cancelled
+[ "$seen" = '7701000001|770101001|ООО "Ромашка"|' ] || { echo "the picker shows: $seen"; exit 1; }
