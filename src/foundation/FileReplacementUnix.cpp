@@ -35,9 +35,11 @@ const QString theNotWritten = QStringLiteral("Файл не удалось за�
 const QString theNotReplaced = QStringLiteral("Файл не удалось заменить");
 const QString theNotFound = QStringLiteral("Файл не удалось найти");
 
+/// The whole path. What stands in front of a ".." may be a link or missing, so it is shown as well.
 QString Shown(const QByteArray &aPath) {
-    const QString path = QFileInfo(QFile::decodeName(aPath)).absoluteFilePath();
-    return QDir::toNativeSeparators(path);
+    const QString path = QFile::decodeName(aPath);
+    const QString whole = aPath.startsWith('/') ? path : QDir::currentPath() + u'/' + path;
+    return aPath.contains("..") ? whole : QDir::cleanPath(whole);
 }
 
 /// An open file of the system.
@@ -117,7 +119,8 @@ QByteArray LinkTarget(const QByteArray &aPath) {
 /// Where the file is, or where it will be: a link that leads nowhere yet is followed to its end.
 Place PlaceOf(const QString &aFileName) {
     if (aFileName.isEmpty()) RaiseFiles(InvalidArgument, QStringLiteral("Имя файла не задано."));
-    if (aFileName.contains(QChar(0)))
+    // Half a character would become another name.
+    if (aFileName.contains(QChar(0)) || !aFileName.isValidUtf16())
         RaiseFiles(InvalidArgument, QStringLiteral("В имени файла есть недопустимый знак."));
     QByteArray path = QFile::encodeName(aFileName);
     for (int link = 0; link < theMostLinks; ++link) {
@@ -465,7 +468,8 @@ private:
 
     /// Takes it away, unless somebody took it for a leftover and the name is another's by now.
     void RemoveOld() const {
-        if (theOld >= 0 && StandsFor(theFolder, theTemporary, theOld))
+        const int old = theOld >= 0 ? theOld : theTurn;  // no more files may be open
+        if (old >= 0 && StandsFor(theFolder, theTemporary, old))
             unlinkat(theFolder, theTemporary.constData(), 0);
     }
 
@@ -478,12 +482,28 @@ private:
         RaiseSystem(theNotCreated, aCode);
     }
 
-    [[noreturn]] static void RaiseNotReplaced(int aCode) {
+    [[noreturn]] void RaiseNotReplaced(int aCode) const {
         if (aCode == EPERM || aCode == EACCES) {
             RaiseFiles(PermissionDenied,
                        QStringLiteral("Файл не удалось заменить: нет прав на его удаление."));
         }
+        if (aCode == EBUSY && IsMounted()) {
+            RaiseFiles(NotAFile,
+                       QStringLiteral("Файл не удалось заменить: он подключен к этой папке как "
+                                      "отдельный диск. Сохраните под другим именем."));
+        }
         RaiseSystem(theNotReplaced, aCode);
+    }
+
+    /// Whether another file was put over this one, as containers do: its name cannot be changed.
+    bool IsMounted() const {
+#ifdef STATX_ATTR_MOUNT_ROOT
+        struct statx found {};
+        return statx(theFolder, theName.constData(), AT_SYMLINK_NOFOLLOW, 0, &found) == 0 &&
+               (found.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
+#else
+        return false;
+#endif
     }
 
     [[noreturn]] static void RaiseNotConfirmed(int aCode) {

@@ -306,6 +306,18 @@ private slots:
         QCOMPARE(BytesOf(InFolder("a.txt")), QByteArray("newer"));
     }
 
+    /// What stands in front of a ".." is told as well: it is what may be missing.
+    void MissingFolderInFrontOfItsParent() {
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(theFolder->path()));
+        const QString plain = Saved(QStringLiteral("new"), QStringLiteral("./нет/a.txt"));
+        const QString parent = Saved(QStringLiteral("new"), QStringLiteral("нет/../a.txt"));
+        QVERIFY(QDir::setCurrent(before));
+        QCOMPARE(plain, QStringLiteral("Папка \"%1\" не найдена.").arg(InFolder("нет")));
+        QCOMPARE(parent, QStringLiteral("Папка \"%1\" не найдена.").arg(InFolder("нет/..")));
+        QCOMPARE(Files(), QStringList());
+    }
+
     /// A name without its folder, when there is no folder that the program stands in.
     void WorkingFolderThatHasGone() {
         const QString before = QDir::currentPath();
@@ -350,6 +362,10 @@ private slots:
         QCOMPARE(Saved(QStringLiteral("x"), QString()), QStringLiteral("Имя файла не задано."));
         QCOMPARE(Saved(QStringLiteral("x"), InFolder("a") + QChar(0) + u'b'),
                  QStringLiteral("В имени файла есть недопустимый знак."));
+        WriteBytes(InFolder("a\uFFFDb"), theOldBytes);  // as half a character would be written
+        QCOMPARE(Saved(QStringLiteral("x"), InFolder("a") + QChar(0xD800) + u'b'),
+                 QStringLiteral("В имени файла есть недопустимый знак."));
+        OldFileIsThereAlone(InFolder("a\uFFFDb"));
         const QString missing = theFolder->filePath(QStringLiteral("нет"));
         QCOMPARE(Saved(QStringLiteral("x"), missing + QStringLiteral("/a.qvk")),
                  QStringLiteral("Папка \"%1\" не найдена.").arg(missing));
@@ -467,6 +483,20 @@ private slots:
             QCOMPARE(Saved(QStringLiteral("new"), file),
                      QStringLiteral("Диск доступен только для чтения."));
         QCOMPARE(BytesOf(name), theOldBytes);
+    }
+
+    /// As a container puts a file of its host over one of its own.
+    void FileThatIsMounted() {
+        const QString name = InFolder("a.txt");
+        WriteBytes(name, theOldBytes);
+        const QByteArray path = QFile::encodeName(name);
+        if (mount(path.constData(), path.constData(), nullptr, MS_BIND, nullptr) != 0)
+            QSKIP("mounting is not allowed here");
+        const QString reason = Saved(QStringLiteral("new"), name);
+        QCOMPARE(umount(path.constData()), 0);
+        QCOMPARE(reason, QStringLiteral("Файл не удалось заменить: он подключен к этой папке как "
+                                        "отдельный диск. Сохраните под другим именем."));
+        OldFileIsThereAlone(name);
     }
 
     void FileSizeLimitReached() {
