@@ -25,6 +25,8 @@ constexpr Reason theReasons[] = {
     {ENOMEM, u"не хватает памяти"},
     {ENODEV, u"диск отключен"},
     {ENXIO, u"диск отключен"},
+    {ENOTCONN, u"диск отключен"},
+    {EINTR, u"вызов прерван"},
     {ESTALE, u"файл на сервере больше не доступен"},
     {ETIMEDOUT, u"сервер не отвечает"},
     {EHOSTDOWN, u"сервер не отвечает"},

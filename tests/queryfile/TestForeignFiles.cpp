@@ -205,7 +205,16 @@ private slots:
         QTest::newRow("pipe") << QStringLiteral("pipe") << special;
         QTest::newRow("device") << QStringLiteral("/dev/zero") << special;
         QTest::newRow("link to itself")
-            << QStringLiteral("loop") << QStringLiteral("Файл не найден.");
+            << QStringLiteral("loop")
+            << QStringLiteral("По этому пути находится ссылка, которая ведет по кругу.");
+        QTest::newRow("below a file")
+            << QStringLiteral("secret/a.qvk") << QStringLiteral("Файл не найден.");
+        QTest::newRow("name that is too long")
+            << QString(256, u'x') << QStringLiteral("Файл не найден.");
+        QTest::newRow("half a character") << QString(QStringLiteral("a") + QChar(0xD800) + u'b')
+                                          << QStringLiteral("Файл не найден.");
+        QTest::newRow("closed folder")
+            << QStringLiteral("closed/a.qvk") << QStringLiteral("Нет прав на чтение файла.");
         QTest::newRow("no permission")
             << QStringLiteral("secret") << QStringLiteral("Нет прав на чтение файла.");
     }
@@ -220,10 +229,12 @@ private slots:
         if (kind == QStringLiteral("pipe")) QCOMPARE(mkfifo(bytes.constData(), 0666), 0);
         if (kind == QStringLiteral("loop"))
             QCOMPARE(symlink(bytes.constData(), bytes.constData()), 0);
-        if (kind == QStringLiteral("secret")) {
-            WriteBytes(name, "<VkDocQuery/>");
-            QCOMPARE(chmod(bytes.constData(), 0), 0);
-        }
+        QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("closed")));
+        // In a name the second stands for half a pair as well.
+        for (const char16_t *file : {u"secret", u"a\uFFFDb", u"closed/a.qvk"})
+            WriteBytes(folder.filePath(QString::fromUtf16(file)), "<VkDocQuery/>");
+        for (const char *closed : {"secret", "closed"})
+            QVERIFY(QFile::setPermissions(folder.filePath(QString::fromLatin1(closed)), {}));
         VkDocQueryData record;
         bool read = true;
         {
