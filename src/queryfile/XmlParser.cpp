@@ -274,7 +274,7 @@ private:
 
     void AddAttributes(int aCount, const xmlChar **aValues) {
         for (; aCount > 0; --aCount, aValues += theValueSize) {
-            if (aValues[1] || aValues[2]) continue;
+            if (aValues[1]) continue;  // with a prefix it is another one
             const char *begin = Text(aValues[3]);
             const char *end = Text(aValues[4]);
             theTree.Attributes.push_back({Text(aValues[0]),

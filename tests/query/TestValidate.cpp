@@ -1,3 +1,5 @@
+#include <functional>
+
 #include <QGuiApplication>
 #include <QMessageBox>
 #include <QTest>
@@ -250,6 +252,8 @@ private slots:
         QTest::newRow("equal") << QList<int>{2024, 5, 2024, 5} << true;
         QTest::newRow("one month back") << QList<int>{2024, 6, 2024, 5} << false;
         QTest::newRow("month 100 counts as a year") << QList<int>{2024, 100, 2025, 0} << true;
+        QTest::newRow("largest number") << QList<int>{21474836, 46, 21474836, 47} << true;
+        QTest::newRow("least number") << QList<int>{-21474836, -48, 2025, 1} << true;
     }
     void EndsOfTheRange() {
         QFETCH(QList<int>, ends);
@@ -377,11 +381,51 @@ private slots:
         QVERIFY2(driver.Done(), driver.Complaint());
     }
 
-    void OverflowIsRaised() {
+    /// A fault counts under all the switches in front of it, and not when one of them is off.
+    void SwitchesInFront_data() {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<std::function<void(VkDocQueryData &)>>("turn");
+        const auto row = [](const char *aName, int aNumber, void (*aTurn)(VkDocQueryData &)) {
+            QTest::newRow(aName) << aNumber - 1 << std::function<void(VkDocQueryData &)>(aTurn);
+        };
+        row("6, periods", 6, [](VkDocQueryData &r) { r.IsPeriods = false; });
+        row("6, other", 6, [](VkDocQueryData &r) { r.PeriodCriterion = {}; });
+        row("7, periods", 7, [](VkDocQueryData &r) { r.IsPeriods = false; });
+        row("12, notes", 12, [](VkDocQueryData &r) { r.IsNotes = false; });
+        row("12, empty ones", 12, [](VkDocQueryData &r) { r.NotesMode = NotesEmpty; });
+        row("13, numbers", 13, [](VkDocQueryData &r) { r.IsDocNum = false; });
+        row("14, last ones", 14, [](VkDocQueryData &r) { r.DocNumMode = DocLastNums; });
+        row("15, numbers", 15, [](VkDocQueryData &r) { r.IsDocNum = false; });
+        row("16, other", 16, [](VkDocQueryData &r) { r.DocNumMode = DocQueryDocNumMode(2); });
+    }
+    void SwitchesInFront() {
+        QFETCH(int, index);
+        QFETCH(std::function<void(VkDocQueryData &)>, turn);
+        ModalDriver driver;
         VkDocQueryData record;
+        theFaults[index].Make(record);
+        turn(record);
+        QVERIFY(record.Validate());
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void OverflowIsRaised_data() {
+        QTest::addColumn<QList<int>>("ends");
+        QTest::newRow("first year") << QList<int>{21474837, 1, 2025, 1};
+        QTest::newRow("first month") << QList<int>{21474836, 48, 2025, 1};
+        QTest::newRow("last year") << QList<int>{2025, 1, -21474837, 1};
+        QTest::newRow("last month") << QList<int>{2025, 1, -21474836, -49};
+    }
+    void OverflowIsRaised() {
+        QFETCH(QList<int>, ends);
+        VkDocQueryData record;
+        record.RangePeriodYear1 = ends[0];
+        record.RangePeriodMonth1 = ends[1];
+        record.RangePeriodYear2 = ends[2];
+        record.RangePeriodMonth2 = ends[3];
         record.IsPeriods = true;
+        QVERIFY(record.Validate());  // nothing is counted but in a range
         record.PeriodCriterion = RangePeriods;
-        record.RangePeriodYear1 = 30000000;
         try {
             record.Validate();
             QFAIL("nothing was raised");

@@ -300,16 +300,36 @@ private slots:
             const QString name = QString::fromLatin1(field.Name);
             QCOMPARE(TextOf(name, record), TextOf(name, fresh));
         }
+    }
+
+    /// What is put back before a file is read, whatever it holds.
+    void ResetFields() {
+        const std::pair<const char *, const char *> values[] = {
+            {"IsDocStatus", "false"},   {"DocStatuses", "0"},
+            {"IsNotes", "false"},       {"Notes", "\"\""},
+            {"IsSignDate", "false"},    {"SignDate1", "empty"},
+            {"SignDate2", "empty"},     {"IsSignerFio", "false"},
+            {"SignerSurname", "\"\""},  {"IsOrvex", "false"},
+            {"IsOrvexStages", "false"}, {"OrvexStages", "0"},
+            {"IsOrvexTerms", "false"},  {"OrvexTerms", "0"},
+            {"IsFss", "false"},         {"IsFssStages", "false"},
+            {"FssStages", "0"},         {"IsFssTerms", "false"},
+            {"FssTerms", "0"},          {"WholePfrCluster", "false"},
+            {"IsDocNum", "false"},      {"DocNumMode", "1"},
+            {"DocNum1", "0"},           {"DocNum2", "0"},
+            {"LastDocNumsCount", "10"}, {"LastError", "\"\""}};
         VkDocQueryData used = UsedRecord();
+        VkDocQueryData untouched = UsedRecord();
         QVERIFY(Read(used, QStringLiteral("<VkDocQuery/>")));
-        QCOMPARE(qint32(used.DocNumMode), 1);
-        QCOMPARE(used.LastDocNumsCount, 10);
-        QCOMPARE(used.DocNum1, 0);
-        QVERIFY(IsEmpty(used.SignDate1) && IsEmpty(used.SignDate2));
-        QVERIFY(!used.IsDocNum && !used.WholePfrCluster && !used.IsOrvexStages && !used.IsFssTerms);
-        QCOMPARE(qint32(used.NotesMode), 777);  // the one that is not put back
-        QCOMPARE(used.Notes, QString());
-        QVERIFY(used.IsTemplate && used.IsPeriods);
+        for (const Field &field : theFields) {
+            const auto *row = std::find_if(
+                std::begin(values), std::end(values),
+                [&](const auto &value) { return qstrcmp(value.first, field.Name) == 0; });
+            const QString name = QString::fromLatin1(field.Name);
+            QCOMPARE(name + TextOf(name, used),
+                     name + (row == std::end(values) ? TextOf(name, untouched)
+                                                     : QString::fromLatin1(row->second)));
+        }
     }
 
     void IsDocNumAloneGivesNoughts() {

@@ -102,7 +102,7 @@ public:
     }
 };
 
-std::shared_ptr<RecordCollection> ListOf(std::initializer_list<double> aIDs) {
+std::shared_ptr<RecordCollection> ListOf(const QList<double> &aIDs) {
     auto list = std::make_shared<RecordCollection>();
     for (const double id : aIDs) list->Add(std::make_shared<BareRecord>(id));
     return list;
@@ -156,6 +156,21 @@ private slots:
         QVERIFY(text.endsWith(QStringLiteral("\r\n        </VkDocQuery>\r\n")));
         QVERIFY(VkDocQueryData().WriteToXmlString(true, 1).startsWith(QStringLiteral(
             "<?xml version=\"1.0\" encoding=\"windows-1251\"?>\r\n    <VkDocQuery")));
+    }
+
+    /// Every line stands as many steps deeper, those of the lists too.
+    void DeeperLines_data() {
+        QTest::addColumn<int>("depth");
+        for (const int depth : {1, 5, 6, 20}) QTest::addRow("%d", depth) << depth;
+    }
+    void DeeperLines() {
+        QFETCH(int, depth);
+        VkDocQueryData record;
+        record.Templates = ListOf({-999999999999999, 1, 0.5});
+        record.AccStreamsList = ListOf(QList<double>(200, 999999999999999));
+        QStringList lines = record.WriteToXmlString(false, 0).split(QStringLiteral("\r\n"));
+        for (qsizetype i = 0; i + 1 < lines.size(); ++i) lines[i].prepend(QString(4 * depth, u' '));
+        QCOMPARE(record.WriteToXmlString(false, depth), lines.join(QStringLiteral("\r\n")));
     }
 
     void TextsAreShielded_data() {

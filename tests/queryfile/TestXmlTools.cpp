@@ -246,6 +246,30 @@ private slots:
         QVERIFY(!first.NextNode("x").NextNode("x"));
         QVERIFY(!XmlNode().SelectSingleNode("x"));
     }
+
+    /// An attribute with a prefix is another one, whether the prefix is declared or not.
+    void AttributesOfANamespace_data() {
+        QTest::addColumn<QByteArray>("element");
+        QTest::addColumn<QString>("read");
+        QTest::newRow("declared") << QByteArray("<r xmlns:p='u' p:n='1'/>")
+                                  << QStringLiteral("none");
+        QTest::newRow("not declared") << QByteArray("<r p:n='1'/>") << QStringLiteral("none");
+        QTest::newRow("of XML") << QByteArray("<r xml:n='1'/>") << QStringLiteral("none");
+        QTest::newRow("in front") << QByteArray("<r xmlns:p='u' p:n='1' n='2'/>")
+                                  << QStringLiteral("2");
+        QTest::newRow("behind") << QByteArray("<r xmlns:p='u' n='2' p:n='1'/>")
+                                << QStringLiteral("2");
+    }
+    void AttributesOfANamespace() {
+        QFETCH(QByteArray, element);
+        QFETCH(QString, read);
+        XmlDocument document;
+        QVERIFY(document.LoadBytes(element));
+        const XmlNode root = document.Node().SelectSingleNode("r");
+        QCOMPARE(XmlGetStringAttributeDef(root, "n", QStringLiteral("none")), read);
+        QCOMPARE(XmlGetStringAttributeDef(root, "p:n", QStringLiteral("none")),
+                 QStringLiteral("none"));
+    }
 };
 
 VK_TEST_CLASS(TestXmlTools);
