@@ -34,7 +34,6 @@ constexpr qsizetype theLongestNameInCaption = 100;
 
 // Twips.
 constexpr int theDesignWidth = 12315;
-constexpr int theDataHeight = 8835;
 constexpr int theFrameTop = 8880;
 constexpr int theFrameHeight = 855;
 constexpr int theGapBehindCancel = 240;
@@ -315,7 +314,7 @@ void DocQueryOptionsFrm::LoadControls() {
     theSheet = new Sheet(this);
     connect(theSheet, &Sheet::ContentResized, this, &DocQueryOptionsFrm::Form_Resize);
     theData = new VkDocQueryCriteries(theSheet->Content());
-    Place(*theData, QStringLiteral("theData"), 0, 0, theDesignWidth, theDataHeight);
+    theData->setObjectName(QStringLiteral("theData"));
     theBottomFrame = new QWidget(theSheet->Content());
     Place(*theBottomFrame, QStringLiteral("theBottomFrame"), 0, theFrameTop, theDesignWidth,
           theFrameHeight);
@@ -328,20 +327,20 @@ void DocQueryOptionsFrm::LoadControls() {
         QString Caption;
         char16_t AltKey;
         int Picture;  // 0: none
-        int Left;
         int Width;
         void (DocQueryOptionsFrm::*Handler)();
+        int Left = {};  // none: the right edge tells
     };
     const ButtonRow rows[] = {
-        {theLoad, QStringLiteral("theLoad"), QStringLiteral("Загрузить ..."), u'З', 0, 180, 1575,
-         &DocQueryOptionsFrm::theLoad_Click},
-        {theSave, QStringLiteral("theSave"), QStringLiteral("Сохранить"), u'С', 0, 1800, 1575,
-         &DocQueryOptionsFrm::theSave_Click},
-        {theSaveAs, QStringLiteral("theSaveAs"), QStringLiteral("Сохранить как ..."), u'А', 0, 3420,
-         1695, &DocQueryOptionsFrm::theSaveAs_Click},
-        {theOK, QStringLiteral("theOK"), QStringLiteral("OK"), u'К', 5, 8940, 1395,
+        {theLoad, QStringLiteral("theLoad"), QStringLiteral("Загрузить ..."), u'З', 0, 1575,
+         &DocQueryOptionsFrm::theLoad_Click, 180},
+        {theSave, QStringLiteral("theSave"), QStringLiteral("Сохранить"), u'С', 0, 1575,
+         &DocQueryOptionsFrm::theSave_Click, 1800},
+        {theSaveAs, QStringLiteral("theSaveAs"), QStringLiteral("Сохранить как ..."), u'А', 0, 1695,
+         &DocQueryOptionsFrm::theSaveAs_Click, 3420},
+        {theOK, QStringLiteral("theOK"), QStringLiteral("OK"), u'К', 5, 1395,
          &DocQueryOptionsFrm::theOK_Click},
-        {theCancel, QStringLiteral("theCancel"), QStringLiteral("Отмена"), u'О', 2, 10440, 1635,
+        {theCancel, QStringLiteral("theCancel"), QStringLiteral("Отмена"), u'О', 2, 1635,
          &DocQueryOptionsFrm::theCancel_Click},
     };
     for (const ButtonRow &row : rows) {

@@ -194,6 +194,10 @@ private slots:
             << Rows{TimeRow(2020, 3), TimeRow(2026, 18)} << QStringList{theOther};
         QTest::newRow("other documents and a code without a column")
             << Rows{TimeRow(2020, 22), TimeRow(2026, 18)} << QStringList{theOther};
+        QTest::newRow("other documents, and the last code in the oldest year")
+            << Rows{TimeRow(2019, 30), TimeRow(2026, 18)} << QStringList{theOther};
+        QTest::newRow("other documents, and the first code in the newest year")
+            << Rows{TimeRow(2026, 1), TimeRow(2026, 18)} << QStringList{theOther};
         QTest::newRow("other documents and a code without a picture")
             << Rows{TimeRow(2019, 19), TimeRow(2026, 18)} << QStringList{theOther};
         QTest::newRow("other documents and a period out of sight")

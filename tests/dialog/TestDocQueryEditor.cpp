@@ -339,7 +339,6 @@ private slots:
         QVERIFY(!editor);
     }
 
-    /// A refused run is none: the same object shows its window once loops run again.
     void EditorReleasedByAnotherThreadLeavesItsDialogToThatOfTheWindows() {
         auto editor = std::make_unique<DocQueryEditor>();
         const auto windows = QApplication::topLevelWidgets();
@@ -353,6 +352,7 @@ private slots:
         QTRY_VERIFY(!dialog);
     }
 
+    /// A refused run is none: the same object shows its window once loops run again.
     void EditorRefusedWhileEndingIsStillGood() {
         DocQueryEditor editor;
         ModalDriver driver;
