@@ -449,6 +449,23 @@ private slots:
 
     /// The values are taken once for the check and once more behind the window's end. The second
     /// time there is no memory for a list.
+    void HalfTypedDateLetsTheCancelThrough() {
+        DocQueryOptionsFrm dialog;
+        const auto record = std::make_shared<VkDocQueryData>();
+        record->IsSignDate = true;
+        record->LastTab = QStringLiteral("doc");
+        dialog.SetRecord(record);
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            QLineEdit *edit = user.Element<DateBox>("theSignDate1")->Edit();
+            edit->setFocus();
+            QTest::keyClicks(edit, QStringLiteral("12"));
+            user.Press("theCancel");
+            QVERIFY(!user.theWindow.isVisible());
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
     void FailingAssemblyBehindOKIsReportedAndGivesFalse() {
         DocQueryOptionsFrm dialog;
         const auto record = std::make_shared<VkDocQueryData>();
