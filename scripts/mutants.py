@@ -311,14 +311,15 @@ def tried(trial, drawn, wanted):
 
     def one(mutant):
         if wanted.minutes and time.time() - begun > wanted.minutes * 60:
-            return mutant, None
+            return None  # not tried
         with tempfile.TemporaryDirectory(prefix="mutant") as folder:
             return mutant, trial.verdict(mutant, folder)
 
     with concurrent.futures.ThreadPoolExecutor(wanted.jobs) as pool:
         try:
             for done in concurrent.futures.as_completed([pool.submit(one, mutant) for mutant in drawn]):
-                yield done.result()
+                if done.result():
+                    yield done.result()
         except BaseException:
             pool.shutdown(wait=False, cancel_futures=True)
             trial.build.run.end_all()
