@@ -9,7 +9,6 @@
 
 #include "browser/TextPane.h"
 #include "controls/AltKeys.h"
-#include "controls/Colours.h"
 #include "controls/FocusInView.h"
 #include "controls/Fonts.h"
 #include "controls/InputMethod.h"
@@ -19,6 +18,7 @@
 #include "controls/Sheet.h"
 #include "controls/TextBox.h"
 #include "foundation/Clock.h"
+#include "foundation/Colours.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/ModalRun.h"
 #include "foundation/mVkCommonCalc.h"

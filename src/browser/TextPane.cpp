@@ -4,8 +4,8 @@
 
 #include <QTextCursor>
 
-#include "controls/Colours.h"
 #include "controls/TouchScrolling.h"
+#include "foundation/Colours.h"
 
 namespace Vk_DocQuery {
 

@@ -5,7 +5,7 @@
 #include <QStylePainter>
 #include <QTextLayout>
 
-#include "controls/Colours.h"
+#include "foundation/Colours.h"
 
 namespace Vk_DocQuery {
 

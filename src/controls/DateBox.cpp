@@ -23,6 +23,7 @@
 #include "controls/AltKeys.h"
 #include "controls/TextBox.h"
 #include "foundation/Clock.h"
+#include "foundation/Colours.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkGraphLight.h"
 
@@ -168,6 +169,7 @@ public:
         connect(Calendar, &QCalendarWidget::currentPageChanged, this, [this] { NameMonth(); });
         setFocusProxy(days);
         ColourWeekends();
+        KeepColoursReadable(*this);
     }
 
     void ShowDate(QDate aDate) {

@@ -3,7 +3,7 @@
 #include <QAccessibleWidget>
 #include <QPainter>
 
-#include "controls/Colours.h"
+#include "foundation/Colours.h"
 #include "foundation/mVkGraphLight.h"
 
 namespace Vk_DocQuery {

@@ -8,9 +8,9 @@
 #include <QTextDocument>
 #include <QToolTip>
 
-#include "controls/Colours.h"
 #include "controls/ListViewHeader.h"
 #include "controls/ListViewRows.h"
+#include "foundation/Colours.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkGraphLight.h"
 

@@ -1,7 +1,7 @@
 #include "controls/ScrollBox.h"
 
-#include "controls/Colours.h"
 #include "controls/TouchScrolling.h"
+#include "foundation/Colours.h"
 
 namespace Vk_DocQuery {
 

@@ -9,7 +9,7 @@
 
 #include <Vk_DocQuery/Failure.h>
 
-#include "controls/Colours.h"
+#include "foundation/Colours.h"
 #include "foundation/mVkGraphLight.h"
 
 namespace Vk_DocQuery {

@@ -6,7 +6,6 @@
 #include <QThread>
 
 #include "controls/AltKeys.h"
-#include "controls/Colours.h"
 #include "controls/DateBox.h"
 #include "controls/FocusInView.h"
 #include "controls/Fonts.h"
@@ -17,6 +16,7 @@
 #include "controls/Stitch.h"
 #include "dialog/AskFileAndLoadDocQuery.h"
 #include "foundation/Application.h"
+#include "foundation/Colours.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mFileOpenSaveDialog.h"
 #include "foundation/ModalRun.h"

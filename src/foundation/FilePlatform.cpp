@@ -12,6 +12,7 @@
 #include <QTreeView>
 
 #include "foundation/Application.h"
+#include "foundation/Colours.h"
 #include "foundation/ModalRun.h"
 #include "foundation/mVkGraphLight.h"
 #include "foundation/RussianFiles.h"
@@ -121,6 +122,7 @@ FileDialog::FileDialog(OpenFileName &aRecord, bool aSave)
 void FileDialog::MakeRoom() {
     theDialog.resize(PixelsFromTwips(theWidth), PixelsFromTwips(theHeight));
     new WindowFit(theDialog);
+    KeepColoursReadable(theDialog);
     if (auto *splitter = theDialog.findChild<QSplitter *>(QStringLiteral("splitter")))
         splitter->setSizes({PixelsFromTwips(thePlacesWidth),
                             PixelsFromTwips(theWidth) - PixelsFromTwips(thePlacesWidth)});

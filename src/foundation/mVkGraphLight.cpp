@@ -17,6 +17,7 @@
 #include <QStyle>
 
 #include "foundation/Application.h"
+#include "foundation/Colours.h"
 #include "foundation/ModalRun.h"
 
 namespace Vk_DocQuery {
@@ -42,6 +43,7 @@ public:
         if (theRun.OwnerWidget()) setFont(theRun.OwnerWidget()->font());
         for (QLabel *label : findChildren<QLabel *>()) label->installEventFilter(this);
         ScrollLongText();
+        KeepColoursReadable(*this);
     }
 
     QPushButton *AddButton(StandardButton aButton, const QString &aCaption) {

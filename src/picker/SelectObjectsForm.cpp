@@ -9,7 +9,6 @@
 #include <Vk_DocQuery/Records.h>
 
 #include "controls/AltKeys.h"
-#include "controls/Colours.h"
 #include "controls/FilterBox.h"
 #include "controls/FocusInView.h"
 #include "controls/Fonts.h"
@@ -18,6 +17,7 @@
 #include "controls/PictureButton.h"
 #include "controls/Pictures.h"
 #include "controls/Sheet.h"
+#include "foundation/Colours.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/ModalRun.h"
 #include "foundation/mVkGraphLight.h"

@@ -1,6 +1,9 @@
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCompleter>
+#include <QContextMenuEvent>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
@@ -12,11 +15,14 @@
 
 #include "browser/TemplateQuerierForm.h"
 #include "browser/TextPane.h"
-#include "controls/Colours.h"
 #include "controls/ComboBox.h"
 #include "controls/ListView.h"
 #include "controls/Sheet.h"
 #include "dialog/DocQueryOptionsFrm.h"
+#include "foundation/Colours.h"
+#include "foundation/FilePlatform.h"
+#include "foundation/mFileOpenSaveDialog.h"
+#include "foundation/mVkGraphLight.h"
 #include "picker/ObjectTypes.h"
 #include "picker/SelectObjectsForm.h"
 #include "support/Contrast.h"
@@ -69,28 +75,46 @@ QList<QWidget *> FieldsOf(const QWidget &aWindow) {
     QList<QWidget *> fields;
     for (QWidget *element : aWindow.findChildren<QWidget *>()) {
         const auto *text = qobject_cast<QLineEdit *>(element);
+        const auto *files = qobject_cast<QAbstractItemView *>(element);
         const bool isField = (text && text->hasFrame()) || qobject_cast<QComboBox *>(element) ||
+                             (files && files->frameWidth() > 0) ||
                              qobject_cast<ListView *>(element) || qobject_cast<TextPane *>(element);
         if (isField && element->isVisible()) fields << element;
     }
     return fields;
 }
 
-/// The fields whose edge is too faint somewhere in the middle of a side, on their own ground or on
-/// that of the window.
+/// The middles of the four sides that are too faint on the element's own ground or on that of the
+/// window, of which the image is.
+QStringList FaintSides(const QImage &aImage, const QWidget &aWindow, const QWidget &aElement) {
+    QStringList faults;
+    const QRect place(aElement.mapTo(&aWindow, QPoint()), aElement.size());
+    const QPoint middle = place.center();
+    for (const QPoint at : {QPoint(place.left(), middle.y()), QPoint(place.right(), middle.y()),
+                            QPoint(middle.x(), place.top()), QPoint(middle.x(), place.bottom())})
+        for (const auto role : {QPalette::Base, QPalette::Window})
+            if (Contrast(aImage.pixelColor(at), aElement.palette().color(role)) < 3)
+                faults << QStringLiteral("%1 %2 at %3, %4")
+                              .arg(aElement.objectName(), aImage.pixelColor(at).name())
+                              .arg(at.x())
+                              .arg(at.y());
+    return faults;
+}
+
+/// The fields whose edge is too faint.
 QStringList FaintEdges(QWidget &aWindow) {
     QStringList faults;
     const QImage image = aWindow.grab().toImage();
-    for (const QWidget *field : FieldsOf(aWindow)) {
-        const QRect place(field->mapTo(&aWindow, QPoint()), field->size());
-        const QPoint middle = place.center();
-        for (const QPoint at :
-             {QPoint(place.left(), middle.y()), QPoint(place.right(), middle.y()),
-              QPoint(middle.x(), place.top()), QPoint(middle.x(), place.bottom())})
-            for (const auto role : {QPalette::Base, QPalette::Window})
-                if (Contrast(image.pixelColor(at), field->palette().color(role)) < 3)
-                    faults << field->objectName() + u' ' + image.pixelColor(at).name();
-    }
+    for (const QWidget *field : FieldsOf(aWindow)) faults << FaintSides(image, aWindow, *field);
+    return faults;
+}
+
+/// The same for the buttons, on the ground of the window.
+QStringList FaintButtons(QWidget &aWindow) {
+    QStringList faults;
+    const QImage image = aWindow.grab().toImage();
+    for (const QPushButton *button : aWindow.findChildren<QPushButton *>())
+        if (button->isVisible()) faults << FaintSides(image, aWindow, *button);
     return faults;
 }
 
@@ -303,6 +327,88 @@ private slots:
             const QColor edge = image.pixelColor(place + QPoint(0, button->height() / 2));
             QVERIFY2(Contrast(edge, Qt::black) >= 3, name);
         }
+    }
+
+    void BoxesHaveEdges_data() { ButtonsHaveEdges_data(); }
+    void BoxesHaveEdges() {
+        QFETCH(QPalette, palette);
+        QApplication::setPalette(palette);
+        ModalDriver driver;
+        QStringList faults;
+        driver.Expect([&](QWidget &aBox) {
+            faults = FaintButtons(aBox);
+            if (aBox.findChildren<QPushButton *>().size() != 2)
+                driver.Complain(QStringLiteral("not a box with two buttons"));
+            aBox.close();
+        });
+        AskYesNo(QStringLiteral("Удалить?"), QStringLiteral("Удаление из списка"));
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(faults.join(u'\n'), QString());
+    }
+
+    void FileDialogHasEdges_data() { AddPalettes(); }
+    void FileDialogHasEdges() {
+        QFETCH(QPalette, palette);
+        QApplication::setPalette(palette);
+        const bool isBlack = palette.color(QPalette::Window) == Qt::black;
+        ModalDriver driver;
+        QStringList faults;
+        int fields = 0;
+        driver.Expect([&](QWidget &aDialog) {
+            auto *name = aDialog.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+            faults = FaintEdges(aDialog);
+            fields = static_cast<int>(FieldsOf(aDialog).size());
+            if (isBlack) faults += FaintButtons(aDialog);
+            QWidget &names = *name->completer()->popup();
+            names.resize(200, 100);
+            names.show();
+            faults += FaintSides(names.grab().toImage(), names, names);
+            names.close();
+            aDialog.close();
+        });
+        AskFileNameForOpening(QStringLiteral("Открыть"), QString(), QString(), 0, 0, QString(),
+                              QtFileDialogs());
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(faults.join(u'\n'), QString());
+        QVERIFY(fields >= 4);  // the folder, the places, the files, the name
+    }
+
+    /// It lies on the window, whose ground is often the same.
+    void WhatDropsDownHasEdges_data() { AddPalettes(); }
+    void WhatDropsDownHasEdges() {
+        QFETCH(QPalette, palette);
+        QApplication::setPalette(palette);
+        DocQueryOptionsFrm dialog;
+        dialog.SetRecord(nullptr);
+        dialog.show();
+        FillIn(dialog);
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        auto *bar = dialog.findChild<QTabBar *>();
+        const auto check = [&](int aTab, const char *aElement, Qt::Key aKey) {
+            bar->setCurrentIndex(aTab);
+            auto *element = dialog.findChild<QWidget *>(QString::fromLatin1(aElement));
+            element->setFocus();
+            QTest::keyClick(dialog.focusWidget(), aKey);
+            QWidget *popup = QApplication::activePopupWidget();
+            QVERIFY2(popup, aElement);
+            QCOMPARE(FaintSides(popup->grab().toImage(), *popup, *popup).join(u'\n'), QString());
+            if (palette.color(QPalette::Window) == Qt::black)
+                QCOMPARE(FaintButtons(*popup).join(u'\n'), QString());
+            QCOMPARE(FaintTexts(*popup).join(u'\n'), QString());
+            popup->close();
+        };
+        check(2, "thePerYear1", Qt::Key_F4);
+        check(2, "thePerMonth1", Qt::Key_F4);
+        check(4, "theSignDate1", Qt::Key_F4);
+        check(4, "theSignDate1", Qt::Key_F4);  // the same calendar again
+        auto *surname = dialog.findChild<QLineEdit *>(QStringLiteral("theSignerSurname"));
+        QContextMenuEvent ask(QContextMenuEvent::Keyboard, surname->rect().center(),
+                              surname->mapToGlobal(surname->rect().center()));
+        QApplication::sendEvent(surname, &ask);
+        QWidget *menu = QApplication::activePopupWidget();
+        QVERIFY(menu);
+        QCOMPARE(FaintSides(menu->grab().toImage(), *menu, *menu).join(u'\n'), QString());
+        menu->close();
     }
 
     void TabsAndHandlesHaveEdges_data() { ButtonsHaveEdges_data(); }

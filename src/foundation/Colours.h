@@ -24,8 +24,9 @@ void PaintEdgesOver(QWidget &aArea, const QEvent &aEvent);
 
 /// Takes care that the window can be read in any colours of the desktop as long as it lives.
 /// Disabled text that is too faint gets a middle tone between ground and text; a selection on which
-/// text is too faint gets darker or lighter; text boxes and combos get an edge that can be seen,
-/// and so do buttons, tabs and the handles of scroll bars where the style can draw none.
+/// text is too faint gets darker or lighter; text boxes, combos, lists of files and what drops down
+/// or comes up as a menu get an edge that can be seen, and so do buttons, tabs and the handles of
+/// scroll bars where the style can draw none.
 void KeepColoursReadable(QWidget &aWindow);
 
 }  // namespace Vk_DocQuery

@@ -1,12 +1,14 @@
-#include "controls/Colours.h"
+#include "foundation/Colours.h"
 
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QChildEvent>
 #include <QComboBox>
-#include <QEvent>
+#include <QCompleter>
 #include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
@@ -146,11 +148,24 @@ bool ButtonsNeedEdges(const QPalette &aPalette) {
            Contrast(window, window.darker(theDarker)) < theSame;
 }
 
+/// What drops down lies on the window as a field does, and has to be parted from it. The lists of
+/// our own paint their edges themselves.
+bool HasFieldEdges(const QWidget &aElement) {
+    if (const auto *text = qobject_cast<const QLineEdit *>(&aElement)) return text->hasFrame();
+    if (const auto *rows = qobject_cast<const QAbstractItemView *>(&aElement))
+        return rows->frameWidth() > 0;
+    return qobject_cast<const QComboBox *>(&aElement) || aElement.windowType() == Qt::Popup;
+}
+
 /// Tabs and the handles of scroll bars are drawn as buttons are.
+bool IsDrawnAsButton(const QWidget &aElement) {
+    return qobject_cast<const QPushButton *>(&aElement) ||
+           qobject_cast<const QTabBar *>(&aElement) || qobject_cast<const QScrollBar *>(&aElement);
+}
+
 bool NeedsEdges(const QWidget &aElement) {
-    const bool field =
-        qobject_cast<const QLineEdit *>(&aElement) || qobject_cast<const QComboBox *>(&aElement);
-    return field || ButtonsNeedEdges(aElement.palette());
+    return HasFieldEdges(aElement) ||
+           (IsDrawnAsButton(aElement) && ButtonsNeedEdges(aElement.palette()));
 }
 
 /// The tab that is open is told from the others by the colour of text.
@@ -202,35 +217,55 @@ public:
 
 protected:
     bool eventFilter(QObject *aObject, QEvent *aEvent) override {
-        if (aObject == &theWindow) {
-            if (aEvent->type() == QEvent::ApplicationPaletteChange) Follow();
-            if (aEvent->type() == QEvent::Show) FindFields();
-            return false;
+        switch (aEvent->type()) {
+            case QEvent::ApplicationPaletteChange:
+                if (aObject == &theWindow) Follow();
+                return false;
+            case QEvent::Show:
+                if (aObject == &theWindow) WatchAll();
+                return false;
+            case QEvent::ChildPolished:
+                TakeLateOne(*static_cast<QChildEvent &>(*aEvent).child());
+                return false;
+            case QEvent::Paint:
+                return PaintField(static_cast<QWidget &>(*aObject), *aEvent);
+            default:
+                return false;
         }
-        return aEvent->type() == QEvent::Paint &&
-               PaintField(static_cast<QWidget &>(*aObject), *aEvent);
     }
 
 private:
     void Follow() { theWindow.setPalette(ReadableColours(theWindow)); }
 
-    /// The line inside a combo has no frame; the combo itself has.
-    void FindFields() {
-        for (QLineEdit *text : theWindow.findChildren<QLineEdit *>())
-            if (text->hasFrame()) text->installEventFilter(this);
-        for (QComboBox *combo : theWindow.findChildren<QComboBox *>())
-            combo->installEventFilter(this);
-        for (QPushButton *button : theWindow.findChildren<QPushButton *>())
-            button->installEventFilter(this);
-        for (QTabBar *tabs : theWindow.findChildren<QTabBar *>()) tabs->installEventFilter(this);
-        for (QScrollBar *bar : theWindow.findChildren<QScrollBar *>())
-            bar->installEventFilter(this);
+    void WatchAll() {
+        for (QWidget *element : theWindow.findChildren<QWidget *>()) Watch(*element);
+        for (const QCompleter *completer : theWindow.findChildren<QCompleter *>())
+            KeepPopup(*completer->popup());
+    }
+
+    /// Menus and most of what drops down are made when they come up first.
+    void TakeLateOne(QObject &aChild) {
+        if (aChild.isWidgetType()) Watch(static_cast<QWidget &>(aChild));
+    }
+
+    void Watch(QWidget &aElement) {
+        if (aElement.windowType() == Qt::Popup)
+            KeepPopup(aElement);
+        else if (aElement.window() == &theWindow)
+            aElement.installEventFilter(this);
+    }
+
+    static void KeepPopup(QWidget &aPopup) {
+        for (const QObject *child : aPopup.children())
+            if (dynamic_cast<const ColourKeeper *>(child)) return;
+        new ColourKeeper(aPopup);
     }
 
     /// The field paints itself before its edges, so that the event is used up.
     static bool PaintField(QWidget &aField, QEvent &aEvent) {
+        if (!NeedsEdges(aField)) return false;
         static_cast<QObject &>(aField).event(&aEvent);
-        if (NeedsEdges(aField)) PaintFieldEdges(aField, aField.hasFocus());
+        PaintFieldEdges(aField, aField.hasFocus() && !aField.isWindow());
         return true;
     }
 
