@@ -5,6 +5,7 @@
 #include <QTextCursor>
 
 #include "controls/TouchScrolling.h"
+#include "controls/WheelLatch.h"
 #include "foundation/Colours.h"
 
 namespace Vk_DocQuery {
@@ -14,6 +15,7 @@ TextPane::TextPane(QWidget *aParent) : QPlainTextEdit(aParent) {
     setTabChangesFocus(true);
     setUndoRedoEnabled(false);
     ScrollByTouch(*this, [this] { return fontMetrics().lineSpacing(); });
+    KeepWheel(*this);
 }
 
 void TextPane::SetText(const QString &aText) {

@@ -16,6 +16,7 @@
 #include "controls/ListViewInterface.h"
 #include "controls/ListViewRows.h"
 #include "controls/TouchScrolling.h"
+#include "controls/WheelLatch.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkGraphLight.h"
 
@@ -39,6 +40,7 @@ ListView::ListView(QWidget *aParent)
     PrepareHeader();
     PlaceHeader();
     ScrollByTouch(*this, [this] { return RowHeight(); });
+    KeepWheel(*this);
 }
 
 /// The header asks for the columns as long as it is there.

@@ -1,6 +1,7 @@
 #include "controls/ScrollBox.h"
 
 #include "controls/TouchScrolling.h"
+#include "controls/WheelLatch.h"
 #include "foundation/Colours.h"
 
 namespace Vk_DocQuery {
@@ -13,6 +14,7 @@ ScrollBox::ScrollBox(QWidget *aParent) : QScrollArea(aParent) {
     content->setForegroundRole(QPalette::Text);
     setWidget(content);
     ScrollByTouch(*this);
+    KeepWheel(*this);
 }
 
 void ScrollBox::FitContent() {

@@ -3,6 +3,7 @@
 #include <QEvent>
 
 #include "controls/TouchScrolling.h"
+#include "controls/WheelLatch.h"
 
 namespace Vk_DocQuery {
 
@@ -12,6 +13,7 @@ Sheet::Sheet(QWidget *aParent) : QScrollArea(aParent) {
     setWidgetResizable(true);
     setWidget(new QWidget);
     ScrollByTouch(*this);
+    KeepWheel(*this);
 }
 
 void Sheet::Place(const QRect &aPlace) {

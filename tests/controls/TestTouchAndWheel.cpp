@@ -46,6 +46,16 @@ void Tap(QWidget &aElement) {
     Tap(aElement, aElement.rect().center());
 }
 
+/// The wheel is turned over the element, at a time in ms.
+void Turn(QWidget &aElement, int aTurn, quint64 aTime) {
+    const QPoint place = aElement.rect().center();
+    QWheelEvent wheel(place, aElement.mapToGlobal(place), QPoint(), QPoint(0, aTurn), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    wheel.setTimestamp(aTime);
+    QSpontaneKeyEvent::setSpontaneous(&wheel);  // else it would stay with the element
+    QApplication::instance()->notify(&aElement, &wheel);
+}
+
 /// A list on the screen.
 struct ShownList {
     explicit ShownList(int aRows) {
@@ -249,15 +259,46 @@ private slots:
             if (focused) element->setFocus();
             for (const int turn : {-120, 120}) {
                 const int before = page.Scrolled();
-                const QPoint place = element->rect().center();
-                QWheelEvent wheel(place, element->mapToGlobal(place), QPoint(), QPoint(0, turn),
-                                  Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-                QSpontaneKeyEvent::setSpontaneous(&wheel);  // else it would stay with the element
-                QApplication::instance()->notify(element, &wheel);
+                Turn(*element, turn, 0);
                 QVERIFY2((page.Scrolled() - before) * turn < 0, element->metaObject()->className());
                 QCOMPARE(page.Values(), values);
             }
         }
+    }
+
+    /// The page does not run away under a list that is scrolled to its end; after a pause the wheel
+    /// is for the page.
+    void WheelStaysWithTheListUntilAPause_data() {
+        QTest::addColumn<int>("turn");
+        QTest::newRow("down") << -120;
+        QTest::newRow("up") << 120;
+    }
+    void WheelStaysWithTheListUntilAPause() {
+        QFETCH(int, turn);
+        Page page;
+        for (int i = 0; i < 40; ++i) page.List->AddRow(QString());
+        QScrollBar *rows = page.List->verticalScrollBar();
+        QTRY_VERIFY(rows->maximum() > 10);
+        rows->setValue(turn < 0 ? rows->maximum() - 1 : 1);
+        page.Window.verticalScrollBar()->setValue(60);
+        QTRY_COMPARE(page.Scrolled(), 60);
+        const auto turned = [&](quint64 aTime) {
+            Turn(*page.List->viewport(), turn, aTime);
+            return page.Scrolled() - 60;
+        };
+        QCOMPARE(turned(10000), 0);
+        QCOMPARE(rows->value(), turn < 0 ? rows->maximum() : 0);
+        QCOMPARE(turned(10100), 0);
+        QCOMPARE(turned(10500), 0);
+        QCOMPARE(turned(10900), 0);  // still the same turn
+        QVERIFY(turned(12000) * turn < 0);
+        page.Window.verticalScrollBar()->setValue(60);
+        QVERIFY(turned(12100) * turn < 0);  // that one is the page's
+        // The other way round the list has something to show again.
+        page.Window.verticalScrollBar()->setValue(60);
+        turn = -turn;
+        QCOMPARE(turned(12200), 0);
+        QVERIFY(rows->value() != (turn > 0 ? rows->maximum() : 0));
     }
 
     void WheelOverTheTabsChangesNothing_data() {
