@@ -3,8 +3,9 @@
 #
 # A round is named by its screen, its scale and its colours. The first one is the main job from end to
 # end; it leaves its pictures straight in DIR, and the query that was saved on the way. Each other round
-# shows all windows and tabs, empty and with every criterion on, and leaves its pictures in a folder of
-# its name. Without ROUND all of them are played, two at a time.
+# shows all windows, and the tabs with every criterion on, and leaves its pictures in a folder of its
+# name. Without ROUND all of them are played, one more at a time than there are processors, since each
+# waits now and then for what has to come up.
 #
 # Positions are those of the windows' design, in twips; at 100 % the display has 96 dots per inch, 15
 # twips each.
@@ -45,9 +46,10 @@ fail() {
 }
 
 play_all_rounds() {
-    local name
+    local name at_a_time
+    at_a_time=$(($(nproc) + 1))
     for name in $rounds; do
-        if [ ${#pids[@]} -ge 2 ]; then wait -n; fi
+        if [ ${#pids[@]} -ge $at_a_time ]; then wait -n; fi
         "${BASH_SOURCE[0]}" "$host" "$out" "$name" &
         pids+=($!)
     done
@@ -160,9 +162,9 @@ write() {
     setxkbmap us
     settle
 }
-# click LEFT TOP: twips inside the window.
+# click LEFT TOP [BUTTON]: twips inside the window.
 click() {
-    xdotool mousemove --window "$window" $(($1 * percent / 1500)) $(($2 * percent / 1500)) click 1
+    xdotool mousemove --window "$window" $(($1 * percent / 1500)) $(($2 * percent / 1500)) click "${3:-1}"
     settle
 }
 
@@ -203,7 +205,7 @@ out_of_sight() {
 }
 scroll_page() { turn_wheel 110 600 "$1"; }
 
-# on_page LEFT TOP: the element at that place of the tab that is open.
+# on_page LEFT TOP [BUTTON]: the element at that place of the tab that is open.
 on_page() {
     local hidden page_room top=$2
     out_of_sight
@@ -215,7 +217,7 @@ on_page() {
             scroll_page 4
         fi
     fi
-    click $(($1 + 30 + 120)) $((top + 360 + 120))
+    click $(($1 + 30 + 120)) $((top + 360 + 120)) "${3:-1}"
 }
 # at_bottom LEFT: the button at that place of the dialog's bottom row, whose height is fixed.
 at_bottom() {
@@ -276,11 +278,12 @@ QUERY
 dialog="Поиск документов"
 question="Норвик: Критерии поиска документов"
 
+# look_at_empty_dialog TAB ...: the first tabs.
 look_at_empty_dialog() {
     local name
     press F7
     await "$dialog"
-    for name in $tabs; do
+    for name in "$@"; do
         picture "empty-$name"
         press ctrl+Tab
     done
@@ -296,30 +299,32 @@ look_at_picker() {
     await "$dialog"
 }
 
-# A name that is longer than its column.
-look_at_tip() {
+# With a name that is longer than its column.
+look_at_streams() {
     on_page 8280 7620
     await "Добавление комплектов отчетности"
-    hover 11500 1560
-    picture tool-tip
+    hover 3000 1560
+    picture pick-streams
     press Escape
     gone "Добавление комплектов отчетности"
     await "$dialog"
 }
 
+# look_at_pickers all|some: some are those with the most columns.
 look_at_pickers() {
     open_tab taxpayer
     on_page 420 180     # theIsTaxpayers
     look_at_picker 8340 6900 "Добавление налогоплательщиков, сдающих отчетность" pick-taxpayers
     on_page 4260 540    # theOptMainOrgs
-    look_at_picker 8340 6900 "Добавление головных организаций" pick-main-organisations
+    [ "$1" = some ] ||
+        look_at_picker 8340 6900 "Добавление головных организаций" pick-main-organisations
     open_tab accstream
     on_page 420 3300    # theIsAccStreamsList
-    look_at_picker 8280 7620 "Добавление комплектов отчетности" pick-streams
-    look_at_tip
+    look_at_streams
     open_tab template
     on_page 420 180     # theIsTemplate
-    look_at_picker 8220 6420 "Добавление бланков отчетных документов" pick-forms
+    [ "$1" = some ] ||
+        look_at_picker 8220 6420 "Добавление бланков отчетных документов" pick-forms
     on_page 3780 600    # theOptTemplate
     look_at_picker 8220 6420 "Бланки отчетных документов в различных версиях" pick-versions
 }
@@ -430,6 +435,9 @@ look_at_drop_downs() {
     on_page 5820 540    # theSignDate1
     press alt+Down
     picture drop-down-date
+    press Escape
+    on_page 2000 3405 3 # theNotes, with the right button
+    picture menu
     press Escape
 }
 
@@ -544,8 +552,9 @@ leave_host() {
 
 do_the_whole_job() {
     start_host
-    look_at_empty_dialog
-    look_at_pickers
+    # shellcheck disable=SC2086
+    look_at_empty_dialog $tabs
+    look_at_pickers all
     write_colleagues_query "$out/Colleague.qvk"
     load_query "$out/Colleague.qvk"
     pick_taxpayers
@@ -561,8 +570,8 @@ do_the_whole_job() {
 
 look_at_all_windows() {
     start_host
-    look_at_empty_dialog
-    look_at_pickers
+    look_at_empty_dialog taxpayer
+    look_at_pickers some
     write_full_query "$work/Full.qvk"
     load_query "$work/Full.qvk"
     be_warned_and_correct
