@@ -235,7 +235,15 @@ protected:
     }
 
 private:
-    void Follow() { theWindow.setPalette(ReadableColours(theWindow)); }
+    void Follow() {
+        QPalette colours = ReadableColours(theWindow);
+        // Styles draw a light shade under what is disabled in a menu, which on dark makes it stand
+        // out from the rest.
+        if (theWindow.windowType() == Qt::Popup)
+            colours.setColor(QPalette::Disabled, QPalette::Light,
+                             QApplication::palette(&theWindow).color(QPalette::Base));
+        theWindow.setPalette(colours);
+    }
 
     void WatchAll() {
         for (QWidget *element : theWindow.findChildren<QWidget *>()) Watch(*element);

@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -99,6 +100,14 @@ QStringList FaintSides(const QImage &aImage, const QWidget &aWindow, const QWidg
                               .arg(at.x())
                               .arg(at.y());
     return faults;
+}
+
+double MostContrast(const QImage &aImage, const QRect &aPlace, const QColor &aGround) {
+    double most = 0;
+    for (int y = aPlace.top() + 2; y < aPlace.bottom() - 2; ++y)
+        for (int x = aPlace.left() + 3; x < aPlace.right() - 3; ++x)
+            most = std::max(most, Contrast(aImage.pixelColor(x, y), aGround));
+    return most;
 }
 
 /// The fields whose edge is too faint.
@@ -402,12 +411,23 @@ private slots:
         check(4, "theSignDate1", Qt::Key_F4);
         check(4, "theSignDate1", Qt::Key_F4);  // the same calendar again
         auto *surname = dialog.findChild<QLineEdit *>(QStringLiteral("theSignerSurname"));
+        surname->setText(QStringLiteral("Петров"));
         QContextMenuEvent ask(QContextMenuEvent::Keyboard, surname->rect().center(),
                               surname->mapToGlobal(surname->rect().center()));
         QApplication::sendEvent(surname, &ask);
-        QWidget *menu = QApplication::activePopupWidget();
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
         QVERIFY(menu);
-        QCOMPARE(FaintSides(menu->grab().toImage(), *menu, *menu).join(u'\n'), QString());
+        const QImage image = menu->grab().toImage();
+        QCOMPARE(FaintSides(image, *menu, *menu).join(u'\n'), QString());
+        const QColor ground = image.pixelColor(3, 3);
+        double most[2] = {0, 0};  // contrast of what is disabled, of what is not
+        for (QAction *action : menu->actions())
+            if (!action->isSeparator())
+                most[action->isEnabled()] =
+                    std::max(most[action->isEnabled()],
+                             MostContrast(image, menu->actionGeometry(action), ground));
+        QVERIFY(most[0] > 2);
+        QVERIFY2(most[0] < most[1], QByteArray::number(most[0]));
         menu->close();
     }
 
