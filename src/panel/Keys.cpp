@@ -35,7 +35,9 @@ void VkDocQueryCriteries::GiveKeys() {
         GiveAltKey(*button, keys.AltKey, inList.toString(QKeySequence::NativeText));
         auto *shortcut = new QShortcut(inList, &The<ListView>(keys.List));
         shortcut->setContext(Qt::WidgetShortcut);
-        connect(shortcut, &QShortcut::activated, button, &QPushButton::click);
+        connect(shortcut, &QShortcut::activated, button, [button] {
+            if (button->isVisible()) button->click();
+        });
     }
 }
 

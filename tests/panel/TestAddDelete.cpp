@@ -333,6 +333,56 @@ private slots:
         QVERIFY2(driver.Done(), driver.Complaint());
     }
 
+    /// The keys do what the buttons do, and so nothing where these cannot be pressed.
+    void keysInAListNeedItsButtons_data() {
+        QTest::addColumn<QString>("tab");
+        QTest::addColumn<QString>("tick");
+        QTest::addColumn<QString>("list");
+        QTest::addColumn<QStringList>("buttons");
+        QTest::addColumn<QString>("how");
+        for (const char *how : {"disabled", "hidden", "criterion off"}) {
+            const auto row = [&](const char *aTab, const char *aTick, const char *aList,
+                                 const char *aButtons) {
+                QTest::addRow("%s, %s", aList, how)
+                    << D(aTab) << D(aTick) << D(aList)
+                    << QStringList{D(aButtons) + D("Add"), D(aButtons) + D("Delete")} << D(how);
+            };
+            row("taxpayer", "theIsTaxpayers", "theTaxpayersList", "theTaxpayer");
+            row("accstream", "theIsAccStreamsList", "theAccStreamsList", "theAccStream");
+            row("template", "theIsTemplate", "theTemplatesList", "theTemplates");
+        }
+    }
+    void keysInAListNeedItsButtons() {
+        QFETCH(QString, tab);
+        QFETCH(QString, tick);
+        QFETCH(QString, list);
+        QFETCH(QStringList, buttons);
+        QFETCH(QString, how);
+        OpenPanel panel;
+        VkDocQueryData record;
+        panel.DistributeValues(record);
+        panel.SetCurrentTab(tab);
+        panel.Check(tick.toLatin1().constData()).SetValue(1);
+        panel.show();
+        QVERIFY(QTest::qWaitForWindowActive(&panel));
+        auto &rows = panel.List(list.toLatin1().constData());
+        rows.AddRow(D("_7"));
+        rows.SetSelectedItem(rows.Row(0));
+        rows.setFocus();
+        for (const QString &name : buttons) {
+            auto &button = panel.Get<QPushButton>(name.toLatin1().constData());
+            QVERIFY(button.isVisible() && button.isEnabled());
+            if (how == u"disabled") button.setEnabled(false);
+            if (how == u"hidden") button.hide();
+        }
+        if (how == u"criterion off") panel.Check(tick.toLatin1().constData()).SetValue(0);
+        const ModalDriver driver;
+        QTest::sendKeyEvent(QTest::Click, &rows, Qt::Key_Insert, QString(), Qt::NoModifier);
+        QTest::sendKeyEvent(QTest::Click, &rows, Qt::Key_Delete, QString(), Qt::NoModifier);
+        QVERIFY2(driver.Done(), driver.Complaint());
+        QCOMPARE(Keys(rows), D("_7"));
+    }
+
     void severalRowsAreDeleted() {
         OpenPanel panel;
         panel.SetTaxpayersType(Taxpayers);
