@@ -1,5 +1,14 @@
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QSignalSpy>
 #include <QTabBar>
 #include <QTest>
@@ -7,7 +16,9 @@
 
 #include "browser/TemplateQuerierForm.h"
 #include "controls/CheckBox.h"
+#include "controls/DateBox.h"
 #include "dialog/DocQueryOptionsFrm.h"
+#include "picker/ObjectTypes.h"
 #include "picker/SelectObjectsForm.h"
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"
@@ -168,6 +179,109 @@ private slots:
         QCOMPARE(tip("theSave"), QStringLiteral("Alt+С"));
         QCOMPARE(tip("theHelp"), QStringLiteral("Справка (Alt+П, F1)"));
         QCOMPARE(tip("theTaxpayerDelete").left(7), QStringLiteral("Alt+У, "));
+    }
+
+    /// What has dropped down has the keyboard; nothing behind it is pressed.
+    void dropDownHasTheLetters_data() {
+        QTest::addColumn<int>("tab");
+        QTest::addColumn<QString>("element");
+        QTest::newRow("years") << 2 << QStringLiteral("thePerYear1");
+        QTest::newRow("months") << 2 << QStringLiteral("thePerMonth1");
+        QTest::newRow("calendar") << 4 << QStringLiteral("theSignDate1");
+    }
+    void dropDownHasTheLetters() {
+        QFETCH(int, tab);
+        QFETCH(QString, element);
+        DocQueryOptionsFrm window;
+        window.SetRecord(nullptr);
+        for (auto *box : window.findChildren<QCheckBox *>()) box->setChecked(true);
+        window.findChild<QRadioButton *>(QStringLiteral("theRangePeriods"))->setChecked(true);
+        window.findChild<DateBox *>(QStringLiteral("theSignDate1"))->SetValue(QDate(2025, 8, 15));
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        auto *bar = window.findChild<QTabBar *>();
+        bar->setCurrentIndex(tab);
+        auto *field = window.findChild<QWidget *>(element);
+        field->setFocus();
+        const auto text = [&] {
+            auto *combo = qobject_cast<QComboBox *>(field);
+            return combo ? combo->currentText() : static_cast<DateBox *>(field)->Edit()->text();
+        };
+        const QString before = text();
+        std::vector<std::unique_ptr<QSignalSpy>> clicks;
+        for (QPushButton *button : ButtonsOn(window)) {
+            button->disconnect(SIGNAL(clicked(bool)));
+            clicks.push_back(std::make_unique<QSignalSpy>(button, &QPushButton::clicked));
+        }
+        QVERIFY(clicks.size() > 5);
+        const auto pressed = [&] {
+            return std::ranges::any_of(clicks, [](const auto &click) { return !click->isEmpty(); });
+        };
+        QTest::keyClick(window.focusWidget(), Qt::Key_F4);
+        QWidget *popup = QApplication::activePopupWidget();
+        QVERIFY(popup);
+        const auto press = [&](QChar aKey) {
+            QWidget *focus = popup->focusWidget() ? popup->focusWidget() : popup;
+            QTest::sendKeyEvent(QTest::Click, focus, Qt::Key(aKey.unicode()),
+                                QString(aKey.toLower()), Qt::AltModifier);
+        };
+        for (const QChar key : QStringLiteral("КЗПАR1PGF")) {
+            press(key);
+            QVERIFY(!pressed());
+            QCOMPARE(QApplication::activePopupWidget(), popup);
+            QCOMPARE(text(), before);
+            QCOMPARE(bar->currentIndex(), tab);
+        }
+        // In the calendar this one is "Очистить"; in the dialog it would be "Отмена".
+        press(u'О');
+        QVERIFY(!pressed());
+        QCOMPARE(text(), element == u"theSignDate1" ? QStringLiteral("..") : before);
+        popup->close();
+        QTest::sendKeyEvent(QTest::Click, window.focusWidget(), Qt::Key(0x041E),
+                            QStringLiteral("о"), Qt::AltModifier);
+        QTRY_VERIFY(pressed());
+    }
+
+    /// Only the dialog has help. Elsewhere the key is no letter of the filter, ends nothing and
+    /// does not reach the dialog behind.
+    void f1DoesNothingElsewhere() {
+        DocQueryOptionsFrm dialog;
+        dialog.SetRecord(nullptr);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        auto *help = dialog.findChild<QPushButton *>(QStringLiteral("theHelp"));
+        help->disconnect(SIGNAL(clicked(bool)));
+        const QSignalSpy clicks(help, &QPushButton::clicked);
+        const auto press = [&](QWidget &aWindow, const char *aFilter) {
+            const QPointer<QWidget> window(&aWindow);
+            auto *filter = aWindow.findChild<QWidget *>(QString::fromLatin1(aFilter));
+            auto *line = qobject_cast<QLineEdit *>(filter);
+            if (!line) line = filter->findChild<QLineEdit *>();
+            line->setText(QStringLiteral("а"));
+            int stops = 0;
+            for (QWidget *element : aWindow.findChildren<QWidget *>()) {
+                if (!element->isVisible() || (element->focusPolicy() & Qt::TabFocus) == 0) continue;
+                element->setFocus();
+                QTest::keyClick(aWindow.focusWidget(), Qt::Key_F1);
+                QVERIFY(window && window->isVisible());
+                QCOMPARE(line->text(), QStringLiteral("а"));
+                ++stops;
+            }
+            QVERIFY(stops >= 5);
+        };
+        ModalDriver driver;
+        driver.Expect([&](QWidget &aWindow) {
+            press(aWindow, "theFilter");
+            aWindow.close();
+        });
+        SelectObjectsForm().Execute(TaxpayerPersons, nullptr);
+        QVERIFY2(driver.Done(), driver.Complaint());
+        TemplateQuerierForm browser;
+        browser.Prepare();
+        browser.show();
+        QVERIFY(QTest::qWaitForWindowActive(&browser));
+        press(browser, "theFilterA");
+        QCOMPARE(clicks.size(), 0);
     }
 
     void f1IsTheHelpButton_data() {

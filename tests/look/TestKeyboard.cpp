@@ -11,6 +11,7 @@
 #include "browser/TemplateQuerierForm.h"
 #include "controls/ListView.h"
 #include "dialog/DocQueryOptionsFrm.h"
+#include "look/Operable.h"
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"
@@ -39,12 +40,6 @@ struct OpenDialog {
     QTabBar *Bar;
 };
 
-QString NameOf(const QWidget *aElement) {
-    for (const QWidget *element = aElement; element; element = element->parentWidget())
-        if (element->objectName().startsWith(u"the")) return element->objectName();
-    return QStringLiteral("nothing");
-}
-
 /// The elements that Tab visits, from the one that has the focus until it comes round.
 QList<QWidget *> VisitedByTab(QWidget &aWindow) {
     QList<QWidget *> visited;
@@ -54,26 +49,6 @@ QList<QWidget *> VisitedByTab(QWidget &aWindow) {
         QTest::keyClick(element, Qt::Key_Tab);
     }
     return visited;
-}
-
-/// What the user can operate on the page that is open and below it. Of the options of a group the
-/// chosen one stands for all.
-QStringList Operable(const QWidget &aWindow) {
-    QStringList names;
-    for (const QWidget *element : aWindow.findChildren<QWidget *>()) {
-        if (!element->isVisible() || !element->isEnabled() || element->focusProxy()) continue;
-        const auto *option = qobject_cast<const QRadioButton *>(element);
-        const bool input = qobject_cast<const QAbstractButton *>(element) ||
-                           qobject_cast<const QLineEdit *>(element) ||
-                           qobject_cast<const QComboBox *>(element) ||
-                           qobject_cast<const ListView *>(element) || element->inherits("QTabBar");
-        if (!input || (option && !option->isChecked()) || element->inherits("QToolButton"))
-            continue;
-        names << NameOf(element);
-    }
-    names.removeDuplicates();
-    names.sort();
-    return names;
 }
 
 QImage Surroundings(QWidget &aWindow, const QWidget &aElement) {
@@ -146,6 +121,57 @@ private slots:
         visited.sort();
         QCOMPARE(visited, Operable(dialog.Window));
         QVERIFY(visited.size() >= 10);
+    }
+
+    /// From within another page the focus goes along to the first element of the page, and Tab goes
+    /// on from there: to the next element, or below if the page has no other.
+    void AltDigitLeadsToThePage_data() {
+        QTest::addColumn<int>("tab");
+        QTest::addColumn<bool>("on");
+        QTest::addColumn<QString>("first");
+        QTest::addColumn<QString>("second");
+        const auto row = [](int aTab, bool aOn, const char *aFirst, const char *aSecond) {
+            QTest::addRow("%d, %s", aTab, aOn ? "on" : "off")
+                << aTab << aOn << QString::fromLatin1(aFirst) << QString::fromLatin1(aSecond);
+        };
+        row(1, false, "theIsTaxpayers", "theLoad");
+        row(1, true, "theIsTaxpayers", "theOptTaxpayers");
+        row(2, false, "theIsAccStreamType", "theIsAccStreamOpeness");
+        row(2, true, "theIsAccStreamType", "theAccStreamTypes(0)");
+        row(3, false, "theIsPeriods", "theLoad");
+        row(3, true, "theIsPeriods", "theOnePeriod");
+        row(4, false, "theIsTemplate", "theLoad");
+        row(4, true, "theIsTemplate", "theOptTemplateClass");
+        row(5, false, "theIsDocStatus", "theIsSignDate");
+        row(5, true, "theIsDocStatus", "theDocStatuses(0)");
+    }
+    void AltDigitLeadsToThePage() {
+        QFETCH(int, tab);
+        QFETCH(bool, on);
+        QFETCH(QString, first);
+        QFETCH(QString, second);
+        const OpenDialog dialog;
+        QVERIFY(QTest::qWaitForWindowActive(const_cast<DocQueryOptionsFrm *>(&dialog.Window)));
+        for (auto *box : dialog.Window.findChildren<QCheckBox *>()) box->setChecked(on);
+        dialog.Bar->setCurrentIndex(tab == 5 ? 0 : 4);
+        dialog.Get(tab == 5 ? "theIsTaxpayers" : "theIsSignDate").setFocus();
+        QTest::keyClick(dialog.Window.focusWidget(), Qt::Key(Qt::Key_0 + tab), Qt::AltModifier);
+        QCOMPARE(dialog.Bar->currentIndex(), tab - 1);
+        QCOMPARE(NameOf(dialog.Window.focusWidget()), first);
+        QTest::keyClick(dialog.Window.focusWidget(), Qt::Key_Tab);
+        QCOMPARE(NameOf(dialog.Window.focusWidget()), second);
+    }
+    /// From below and from the tabs it stays where it is.
+    void AltDigitLeavesTheFocusOutsideOfThePages() {
+        const OpenDialog dialog;
+        QVERIFY(QTest::qWaitForWindowActive(const_cast<DocQueryOptionsFrm *>(&dialog.Window)));
+        for (const char *name : {"theTabBar", "theSave"}) {
+            dialog.Bar->setCurrentIndex(0);
+            dialog.Get(name).setFocus();
+            QTest::keyClick(dialog.Window.focusWidget(), Qt::Key_3, Qt::AltModifier);
+            QCOMPARE(dialog.Bar->currentIndex(), 2);
+            QCOMPARE(NameOf(dialog.Window.focusWidget()), QString::fromLatin1(name));
+        }
     }
 
     void FocusIsSeen_data() { TabVisitsEverything_data(); }
