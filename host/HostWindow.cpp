@@ -1,5 +1,7 @@
 #include "HostWindow.h"
 
+#include <algorithm>
+
 #include <QApplication>
 #include <QBoxLayout>
 #include <QFile>
@@ -28,6 +30,13 @@ namespace {
 
 constexpr int theGapOfSentences = 2;
 constexpr double theShareOfScreen = 0.9;  // at most, so that the frame has room too
+
+/// Styles draw edges darker than the window; on black there would be none.
+const QString theEdgesOnBlack = QStringLiteral(
+    "QPushButton, QAbstractScrollArea, QMenu { border: 1px solid palette(mid); }"
+    "QPushButton { padding: 4px 8px; }"
+    "QPushButton:focus, QAbstractScrollArea:focus { border-color: palette(window-text); }"
+    "QMenu::item:selected { background: palette(highlight); color: palette(highlighted-text); }");
 
 /// The text of the .qvk file of the record.
 QString FileTextOf(VkDocQueryData &aRecord) {
@@ -79,9 +88,32 @@ HostWindow::HostWindow() {
     MakeMenus();
     resize(QSize(900, 600).boundedTo(screen()->availableSize() * theShareOfScreen));
     statusBar()->showMessage(QStringLiteral("Критерии поиска еще не заданы"));
+    if (palette().color(QPalette::Window) == Qt::black) setStyleSheet(theEdgesOnBlack);
+    WatchScreens();
 }
 
 HostWindow::~HostWindow() = default;
+
+void HostWindow::WatchScreens() {
+    const auto watch = [this](const QScreen *aScreen) {
+        connect(aScreen, &QScreen::availableGeometryChanged, this, &HostWindow::StayInSight);
+    };
+    for (const QScreen *present : QGuiApplication::screens()) watch(present);
+    connect(qApp, &QGuiApplication::screenAdded, this, watch);
+}
+
+/// A screen that gets smaller may leave a part of the window out of sight.
+void HostWindow::StayInSight() {
+    QRegion seen;
+    for (const QScreen *present : QGuiApplication::screens()) seen += present->availableGeometry();
+    if (isMaximized() || isFullScreen() || (QRegion(frameGeometry()) - seen).isEmpty()) return;
+    const QRect room = screen()->availableGeometry();
+    resize(size().boundedTo(room.size() - (frameGeometry().size() - size())));
+    const QPoint most =
+        room.bottomRight() - frameGeometry().bottomRight() + frameGeometry().topLeft();
+    move(std::clamp(x(), room.left(), std::max(room.left(), most.x())),
+         std::clamp(y(), room.top(), std::max(room.top(), most.y())));
+}
 
 void HostWindow::MakeMenus() {
     auto *file = menuBar()->addMenu(QStringLiteral("&Файл"));

@@ -22,6 +22,8 @@ public:
     std::shared_ptr<Vk_DocQuery::VkDocQueryData> Record() const { return theRecord; }
 
 private:
+    void WatchScreens();
+    void StayInSight();
     void MakeMenus();
     void MakeSurface();
     void StateSearch();

@@ -3,6 +3,7 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QStandardPaths>
 #include <QStatusBar>
 #include <QTemporaryDir>
 #include <QTest>
@@ -12,6 +13,7 @@
 #include "HostWindow.h"
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"
+#include "support/ScreenSize.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
@@ -141,6 +143,44 @@ private slots:
     }
 };
 
+/// A display that gets smaller while the host is up. Needs a server of its own.
+class TestHostOnScreen : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() {
+        if (QStandardPaths::findExecutable(QStringLiteral("xrandr")).isEmpty())
+            QSKIP("there is no xrandr");
+    }
+    void cleanup() { QVERIFY(SetScreenSize({1366, 768})); }
+
+    void WindowStaysInSight_data() {
+        QTest::addColumn<QPoint>("place");
+        QTest::addColumn<QSize>("screen");
+        QTest::addColumn<QRect>("wanted");
+        const QRect whole(0, 0, 900, 600);
+        QTest::newRow("moved in") << QPoint(466, 168) << QSize(1024, 700)
+                                  << whole.translated(124, 100);
+        QTest::newRow("made smaller")
+            << QPoint(466, 168) << QSize(800, 480) << QRect(0, 0, 800, 480);
+        QTest::newRow("left alone")
+            << QPoint(17, 23) << QSize(1024, 700) << whole.translated(17, 23);
+    }
+    void WindowStaysInSight() {
+        QFETCH(QPoint, place);
+        QFETCH(QSize, screen);
+        QFETCH(QRect, wanted);
+        HostWindow host;
+        host.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&host));
+        host.move(place);
+        QTRY_COMPARE(host.geometry(), QRect(place, QSize(900, 600)));
+        QVERIFY(SetScreenSize(screen));
+        QTRY_COMPARE(host.geometry(), wanted);
+    }
+};
+
+VK_TEST_CLASS(TestHostOnScreen);
 VK_TEST_CLASS(TestHostWindow);
 
 #include "TestHostWindow.moc"

@@ -5,7 +5,6 @@
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QProcess>
 #include <QRadioButton>
 #include <QScreen>
 #include <QScrollArea>
@@ -20,10 +19,12 @@
 #include "controls/Sheet.h"
 #include "dialog/DocQueryOptionsFrm.h"
 #include "foundation/mVkGraphLight.h"
+#include "look/Operable.h"
 #include "look/Overlaps.h"
 #include "picker/SelectObjectsForm.h"
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"
+#include "support/ScreenSize.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;
@@ -118,12 +119,6 @@ QList<QWidget *> FocusStops(const QWidget &aWindow) {
             (element->focusPolicy() & Qt::TabFocus) != 0)
             stops << element;
     return stops;
-}
-
-QString NameOf(const QWidget *aElement) {
-    for (const QWidget *element = aElement; element; element = element->parentWidget())
-        if (element->objectName().startsWith(u"the")) return element->objectName();
-    return QStringLiteral("nothing");
 }
 
 /// The desktop gives a maximised window its size, in whole pixels of the screen. Its edges and
@@ -407,24 +402,7 @@ private slots:
 
 private:
     static void SetScreen(QSize aSize) {
-        if (QGuiApplication::primaryScreen()->size() == aSize) return;
-        const QString name = QStringLiteral("%1x%2").arg(aSize.width()).arg(aSize.height());
-        const auto number = [](int aNumber) { return QString::number(aNumber); };
-        // The times of a mode mean nothing to a display in memory. The two fail for one that is
-        // there.
-        const int width = aSize.width(), height = aSize.height();
-        QProcess::execute(
-            QStringLiteral("xrandr"),
-            {QStringLiteral("--newmode"), name, QStringLiteral("60"), number(width),
-             number(width + 8), number(width + 16), number(width + 24), number(height),
-             number(height + 1), number(height + 2), number(height + 3)});
-        QProcess::execute(QStringLiteral("xrandr"),
-                          {QStringLiteral("--addmode"), QStringLiteral("screen"), name});
-        QCOMPARE(QProcess::execute(QStringLiteral("xrandr"),
-                                   {QStringLiteral("--output"), QStringLiteral("screen"),
-                                    QStringLiteral("--mode"), name}),
-                 0);
-        QTRY_COMPARE(QGuiApplication::primaryScreen()->size(), aSize);
+        QVERIFY(SetScreenSize(aSize));
         QApplication::processEvents();
     }
 };
