@@ -7,57 +7,79 @@ namespace Vk_Records {
 
 namespace {
 
-#define VK_STREAM_SELECT                                                      \
-    "SELECT s.id, s.person_id, s.display_name, s.kpp, s.office_codes, "       \
-    "CASE WHEN s.is_closed = 1 THEN 'acc_stream_closed' ELSE t.icon_key END " \
-    "FROM acc_stream s JOIN acc_stream_type t ON t.id = s.type_id "
+constexpr char16_t theClass[] = u"Vk_Records.VkAccStream";
 
-constexpr char theAllStreamsSql[] = VK_STREAM_SELECT "ORDER BY s.id";
-constexpr char theOneStreamSql[] = VK_STREAM_SELECT "WHERE s.id = ?";
+#define VK_STREAM_COLUMNS                                        \
+    "s.id, s.person_id, s.display_name, s.kpp, s.office_codes, " \
+    "CASE WHEN s.is_closed = 1 THEN 'acc_stream_closed' ELSE t.icon_key END"
 
-std::shared_ptr<PersonRecord> OnePerson(double aID) {
-    auto person = std::make_shared<PersonRecord>();
-    person->SetID(aID);
-    return person;
+constexpr char theAllStreamsSql[] =
+    "SELECT " VK_STREAM_COLUMNS
+    " FROM acc_stream s JOIN acc_stream_type t ON t.id = s.type_id ORDER BY s.id";
+
+#define VK_STREAMS_BY_ID \
+    "SELECT " VK_STREAM_COLUMNS ", " VK_PERSON_COLUMNS(p) ", " VK_PERSON_COLUMNS(              \
+        q) " FROM acc_stream s JOIN acc_stream_type t ON t.id = s.type_id "                    \
+           "JOIN person p ON p.id = s.person_id LEFT JOIN person q ON q.id = p.parent_id WHERE s.id "
+constexpr char theOneStreamSql[] = VK_STREAMS_BY_ID VK_IS_ONE;
+constexpr ManySql theManyStreamsSql = {VK_STREAMS_BY_ID VK_IS_ONE_OF_A_FILE,
+                                       VK_STREAMS_BY_ID VK_IS_ONE_OF_A_SERVER};
+
+/// The streams with these identities, those that are there.
+NotedByID<AccStreamColumns> StreamsOf(Connection &aConnection, const std::vector<double> &aIDs) {
+    SharedPersons persons;
+    return ReadMany<AccStreamColumns>(
+        aConnection, theManyStreamsSql, aIDs, [&](const Row &row, AccStreamColumns &rColumns) {
+            rColumns.Read(row);
+            rColumns.thePerson = persons.At(row, AccStreamColumns::theCount);
+        });
 }
 
 }  // namespace
 
-void AccStreamRecord::SetID(double aID) {
-    ReadOne(theOneStreamSql, u"Vk_Records.VkAccStream", aID, static_cast<AccStreamColumns &>(*this),
-            [this](const QSqlQuery &row) { Read(row); });
-    thePerson = OnePerson(thePersonID);
+void AccStreamColumns::Read(const Row &aRow) {
+    theID = aRow.Integer(0);
+    thePersonID = aRow.Integer(1);
+    theName = aRow.Text(2);
+    theKpp = aRow.Text(3);
+    theOffices = aRow.Text(4);
+    theIcon = aRow.Text(5);
 }
 
-void AccStreamRecord::Read(const QSqlQuery &aRow) {
-    theID = aRow.value(0).toDouble();
-    thePersonID = aRow.value(1).toDouble();
-    theName = aRow.value(2).toString();
-    theKpp = aRow.value(3).toString();
-    theOffices = aRow.value(4).toString();
-    theIcon = aRow.value(5).toString();
+void AccStreamRecord::SetID(double aID) {
+    ReadOne(theOneStreamSql, theClass, aID, static_cast<AccStreamColumns &>(*this),
+            [](const Row &row, AccStreamColumns &rColumns) {
+                rColumns.Read(row);
+                rColumns.thePerson = SharedPersons().At(row, AccStreamColumns::theCount);
+            });
 }
 
 std::shared_ptr<Vk_DocQuery::RecordCollection> AllAccStreams(Connection &aConnection) {
-    PersonLoad persons(aConnection);
-    persons.Read(theTaxpayersSql, nullptr);
-    persons.LinkParents();
-    auto streams = std::make_shared<Vk_DocQuery::RecordCollection>();
-    InRussianOrder ordered;
-    std::vector<std::shared_ptr<AccStreamRecord>> strays;
-    QSqlQuery &query = aConnection.Prepared(theAllStreamsSql);
-    aConnection.Execute(query);
-    aConnection.ForEachRow(query, [&](const QSqlQuery &row) {
-        auto stream = std::make_shared<AccStreamRecord>();
-        stream->Read(row);
-        stream->thePerson = persons.Find(static_cast<qint64>(stream->thePersonID));
-        if (!stream->thePerson) strays.push_back(stream);
-        ordered.Take(stream->theName, stream);
+    std::vector<std::shared_ptr<AccStreamRecord>> streams;
+    aConnection.Read(theAllStreamsSql, {}, [&](const Row &row) {
+        streams.push_back(std::make_shared<AccStreamRecord>());
+        streams.back()->Read(row);
     });
-    ordered.MoveTo(*streams);
-    // Owners whose first stream was entered between the two requests.
-    for (const auto &stream : strays) stream->thePerson = OnePerson(stream->thePersonID);
-    return streams;
+    const PersonLoad owners = Owners(aConnection);
+    std::vector<double> strays;
+    for (const auto &stream : streams) {
+        stream->thePerson = owners.Find(stream->thePersonID);
+        if (!stream->thePerson) strays.push_back(stream->ID());
+    }
+    // Streams that were given to another owner between the two requests; the others are gone.
+    const auto found = StreamsOf(aConnection, strays);
+    InRussianOrder ordered;
+    for (const auto &stream : streams) {
+        if (!stream->thePerson)
+            static_cast<AccStreamColumns &>(*stream) = found.value(stream->theID).What;
+        if (stream->thePerson) ordered.Take(stream->theName, stream);
+    }
+    return ordered.Ordered();
+}
+
+void AnnounceAccStreams(const std::vector<double> &aIDs) {
+    Announce<AccStreamColumns>(theClass, aIDs,
+                               [&] { return StreamsOf(ThisThreadsConnection(), aIDs); });
 }
 
 }  // namespace Vk_Records

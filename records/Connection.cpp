@@ -3,8 +3,11 @@
 #include <atomic>
 #include <mutex>
 #include <optional>
+#include <sqlite3.h>
 
 #include <QFileInfo>
+#include <QScopeGuard>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QUrl>
 
@@ -56,6 +59,27 @@ ThreadsConnection &OfThisThread() {
     return connection;
 }
 
+thread_local sqlite3 *theOpened = nullptr;
+
+int NoteOpened(sqlite3 *aFile, char **, const sqlite3_api_routines *) {
+    theOpened = aFile;
+    return SQLITE_OK;
+}
+
+/// Opens the file. Gives the connection of SQLite behind it if Qt's driver works with the same copy
+/// of that library as we do, which then calls us; a driver that was built with a copy of its own
+/// does not, and its connections are no business of ours.
+sqlite3 *OpenedFile(QSqlDatabase &rDatabase) {
+    static std::mutex lock;
+    const std::lock_guard guard(lock);
+    const auto note = reinterpret_cast<void (*)()>(NoteOpened);
+    theOpened = nullptr;
+    sqlite3_auto_extension(note);
+    rDatabase.open();
+    sqlite3_cancel_auto_extension(note);
+    return std::exchange(theOpened, nullptr);
+}
+
 QString NewName() {
     static std::atomic<int> count = 0;
     return QStringLiteral("Vk_Records_%1").arg(++count);
@@ -99,6 +123,7 @@ Connection::Connection(const Address &aAddress, MissingFile aMissing)
 
 Connection::~Connection() {
     thePrepared.clear();
+    thePreparedForFile.clear();
     theDatabase.close();
     theDatabase = QSqlDatabase();
     QSqlDatabase::removeDatabase(theName);
@@ -114,7 +139,8 @@ void Connection::OpenFile(MissingFile aMissing) {
         (isMade ? QStringLiteral("?mode=rwc") : QStringLiteral("?mode=rw")));
     theDatabase.setConnectOptions(
         QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1").arg(theLockWaitMs));
-    if (!theDatabase.open()) RaiseRefusal(theDatabase.lastError());
+    theFile = OpenedFile(theDatabase);
+    if (!theDatabase.isOpen()) RaiseRefusal(theDatabase.lastError());
     Run(QStringLiteral("PRAGMA foreign_keys = ON"));
     // In KiB. Who looks many identities up comes back to the same pages again and again.
     Run(QStringLiteral("PRAGMA cache_size = -65536"));
@@ -143,6 +169,33 @@ QSqlQuery &Connection::Prepared(const char *aSql) {
     query.setForwardOnly(true);
     if (!query.prepare(QString::fromUtf8(aSql))) RaiseRefusal(query.lastError());
     return thePrepared.emplace(aSql, std::move(query)).first->second;
+}
+
+FileStatement &Connection::PreparedForFile(const char *aSql) {
+    const auto found = thePreparedForFile.find(aSql);
+    if (found != thePreparedForFile.end()) return found->second;
+    FileStatement statement(theFile, aSql);
+    if (statement.Error().type() != QSqlError::NoError) RaiseRefusal(statement.Error());
+    return thePreparedForFile.emplace(aSql, std::move(statement)).first->second;
+}
+
+void Connection::Read(const char *aSql, const QVariantList &aValues,
+                      const std::function<void(const Row &)> &aTake) {
+    if (theFile) return ReadFile(aSql, aValues, aTake);
+    QSqlQuery &query = Prepared(aSql);
+    for (int i = 0; i < aValues.size(); ++i) query.bindValue(i, aValues[i]);
+    Execute(query);
+    ForEachRow(query, [&](const QSqlQuery &row) { aTake(Row(row)); });
+}
+
+void Connection::ReadFile(const char *aSql, const QVariantList &aValues,
+                          const std::function<void(const Row &)> &aTake) {
+    FileStatement &statement = PreparedForFile(aSql);
+    const auto reset = qScopeGuard([&] { statement.Reset(); });
+    statement.Bind(aValues);
+    const Row row(statement.Handle());
+    while (statement.Next()) aTake(row);
+    if (statement.Error().type() != QSqlError::NoError) RaiseRefusal(statement.Error());
 }
 
 QSqlQuery Connection::Run(const QString &aSql, const QVariantList &aValues) {

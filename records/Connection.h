@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <unordered_map>
 
@@ -10,7 +11,9 @@
 #include <Vk_DocQuery/Failure.h>
 
 #include "Address.h"
+#include "FileStatement.h"
 #include "OfficeFile.h"
+#include "Row.h"
 
 namespace Vk_Records {
 
@@ -27,8 +30,11 @@ public:
     const Address &Where() const { return theAddress; }
     QSqlDatabase &Database() { return theDatabase; }
 
-    /// The statement, prepared on first use; the text's place in memory is its name.
-    QSqlQuery &Prepared(const char *aSql);
+    /// Asks for rows and hands each to the function. The request is prepared on first use and kept;
+    /// the place of its text in memory is its name. It is free again also if the function fails:
+    /// one that stays open would keep the database locked.
+    void Read(const char *aSql, const QVariantList &aValues,
+              const std::function<void(const Row &aRow)> &aTake);
     /// Runs a statement once, forward-only.
     QSqlQuery Run(const QString &aSql, const QVariantList &aValues = {});
     /// Raises the failure of a request that could not be run.
@@ -59,12 +65,18 @@ private:
 
     void OpenFile(MissingFile aMissing);
     void OpenServer();
+    void ReadFile(const char *aSql, const QVariantList &aValues,
+                  const std::function<void(const Row &aRow)> &aTake);
+    QSqlQuery &Prepared(const char *aSql);
+    FileStatement &PreparedForFile(const char *aSql);
 
     Address theAddress;
     QString theName;
     bool theIsConnected = false;
     QSqlDatabase theDatabase;
+    sqlite3 *theFile = nullptr;  // if requests can go to it past Qt
     std::unordered_map<const char *, QSqlQuery> thePrepared;
+    std::unordered_map<const char *, FileStatement> thePreparedForFile;
 };
 
 /// The connection of this thread to the office that is open, made on first use. Raises

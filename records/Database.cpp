@@ -21,6 +21,7 @@ void RegisterClasses() {
     RegisterClass<OfficeBlankQueries>(QStringLiteral("Vk_DBProvider.BlankQueries"));
     RegisterClass<OfficeAccStreamQueries>(QStringLiteral("Vk_DBProvider.DBQAccStream"));
     RegisterClass<OfficePersonQueries>(QStringLiteral("Vk_DBProvider.PersonQueries"));
+    RegisterClass<OfficeAnnouncements>(QStringLiteral("Vk_DBProvider.RecordAnnouncements"));
 }
 
 }  // namespace

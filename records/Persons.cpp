@@ -7,23 +7,22 @@
 
 namespace Vk_Records {
 
-#define VK_PERSON_COLUMNS(p)                                                                   \
-#p ".id, " #p ".kind, " #p ".inn, " #p ".kpp, " #p ".display_name, " #p ".owner_name, " #p \
-       ".is_main, " #p ".parent_id"
+namespace {
+
+constexpr char16_t theClass[] = u"Vk_Records.VkPerson";
 
 constexpr char theAllPersonsSql[] = "SELECT " VK_PERSON_COLUMNS(p) " FROM person p ORDER BY p.id";
 constexpr char theTaxpayersSql[] =
-    "SELECT " VK_PERSON_COLUMNS(p) " FROM person p WHERE EXISTS "
+    "SELECT " VK_PERSON_COLUMNS(p) ", " VK_PERSON_COLUMNS(q) " FROM person p "
+    "LEFT JOIN person q ON q.id = p.parent_id WHERE EXISTS "
     "(SELECT 1 FROM acc_stream s WHERE s.person_id = p.id) ORDER BY p.id";
 
-namespace {
-
-constexpr char theParentsSql[] =
-    "SELECT " VK_PERSON_COLUMNS(p) " FROM person p WHERE p.id IN "
-    "(SELECT b.parent_id FROM person b WHERE b.parent_id IS NOT NULL)";
-constexpr char theOnePersonSql[] = "SELECT " VK_PERSON_COLUMNS(p) ", " VK_PERSON_COLUMNS(
-    q) " FROM person p LEFT JOIN person q ON q.id = p.parent_id WHERE p.id = ?";
-constexpr int thePersonColumns = 8;
+#define VK_PERSONS_BY_ID \
+    "SELECT " VK_PERSON_COLUMNS(p) ", " VK_PERSON_COLUMNS(q) " FROM person p "      \
+                                   "LEFT JOIN person q ON q.id = p.parent_id WHERE p.id "
+constexpr char theOnePersonSql[] = VK_PERSONS_BY_ID VK_IS_ONE;
+constexpr ManySql theManyPersonsSql = {VK_PERSONS_BY_ID VK_IS_ONE_OF_A_FILE,
+                                       VK_PERSONS_BY_ID VK_IS_ONE_OF_A_SERVER};
 
 /// The parent of everyone who has none.
 std::shared_ptr<PersonRecord> Nobody() {
@@ -31,16 +30,38 @@ std::shared_ptr<PersonRecord> Nobody() {
     return nobody;
 }
 
+std::shared_ptr<Vk_DocQuery::RecordCollection> PersonsBy(Connection &aConnection, const char *aSql,
+                                                         bool aHasParents) {
+    PersonLoad load;
+    InRussianOrder ordered;
+    aConnection.Read(aSql, {}, [&](const Row &row) {
+        const auto &person = load.Take(row, aHasParents);
+        ordered.Take(person->GetDisplayName(), person);
+    });
+    load.LinkParents();
+    return ordered.Ordered();
+}
+
 }  // namespace
 
+void PersonColumns::Read(const Row &aRow, int aFirst) {
+    theID = aRow.Integer(aFirst);
+    theKind = static_cast<PersonKind>(aRow.Integer(aFirst + 1));
+    theInn = aRow.Text(aFirst + 2);
+    theKpp = aRow.Text(aFirst + 3);
+    theName = aRow.Text(aFirst + 4);
+    theOwnerName = aRow.Text(aFirst + 5);
+    theIsMain = aRow.Integer(aFirst + 6) != 0;
+    theParentID = aRow.Integer(aFirst + 7);
+}
+
 void PersonRecord::SetID(double aID) {
-    ReadOne(theOnePersonSql, u"Vk_Records.VkPerson", aID, static_cast<PersonColumns &>(*this),
-            [this](const QSqlQuery &row) {
-                Read(row);
-                theParent.reset();
-                if (theParentID == 0) return;
-                theParent = std::make_shared<PersonRecord>();
-                theParent->Read(row, thePersonColumns);
+    ReadOne(theOnePersonSql, theClass, aID, static_cast<PersonColumns &>(*this),
+            [](const Row &row, PersonColumns &rColumns) {
+                rColumns.Read(row);
+                rColumns.theParent.reset();
+                if (rColumns.theKind == PersonKind::Branch)
+                    rColumns.theParent = SharedPersons().At(row, PersonColumns::theCount);
             });
 }
 
@@ -62,61 +83,73 @@ QString PersonRecord::GetIconKeyAsAccPerson() const {
     return QString();
 }
 
-void PersonRecord::Read(const QSqlQuery &aRow, int aFirst) {
-    theID = aRow.value(aFirst).toLongLong();
-    theKind = static_cast<PersonKind>(aRow.value(aFirst + 1).toInt());
-    theInn = aRow.value(aFirst + 2).toString();
-    theKpp = aRow.value(aFirst + 3).toString();
-    theName = aRow.value(aFirst + 4).toString();
-    theOwnerName = aRow.value(aFirst + 5).toString();
-    theIsMain = aRow.value(aFirst + 6).toInt() != 0;
-    theParentID = aRow.value(aFirst + 7).toLongLong();
-}
-
-void PersonLoad::Read(const char *aSql, Vk_DocQuery::RecordCollection *rPersons) {
-    QSqlQuery &query = theConnection.Prepared(aSql);
-    theConnection.Execute(query);
-    InRussianOrder ordered;
-    theConnection.ForEachRow(query, [&](const QSqlQuery &row) {
-        auto person = std::make_shared<PersonRecord>();
-        person->Read(row);
-        if (person->IsBranch()) theBranches.push_back(person);
-        if (rPersons) ordered.Take(person->theName, person);
-        const qint64 id = person->theID;
-        theByID.emplace_back(id, std::move(person));
-    });
-    if (rPersons) ordered.MoveTo(*rPersons);
-}
-
-void PersonLoad::Sort() {
-    std::sort(theByID.begin(), theByID.end(),
-              [](const Entry &left, const Entry &right) { return left.first < right.first; });
+const std::shared_ptr<PersonRecord> &PersonLoad::Take(const Row &aRow, bool aHasParent) {
+    auto person = std::make_shared<PersonRecord>();
+    person->Read(aRow);
+    if (person->IsBranch()) {
+        theBranches.push_back(person);
+        if (aHasParent && !Find(person->theParentID)) {
+            auto &parent = theParents[person->theParentID];
+            if (!parent) {
+                parent = std::make_shared<PersonRecord>();
+                parent->Read(aRow, PersonColumns::theCount);
+            }
+        }
+    }
+    return theByID.emplace_back(std::move(person));
 }
 
 std::shared_ptr<PersonRecord> PersonLoad::Find(qint64 aID) const {
     const auto found =
         std::lower_bound(theByID.begin(), theByID.end(), aID,
-                         [](const Entry &entry, qint64 id) { return entry.first < id; });
-    return found != theByID.end() && found->first == aID ? found->second : nullptr;
+                         [](const auto &person, qint64 id) { return person->theID < id; });
+    return found != theByID.end() && (*found)->theID == aID ? *found : nullptr;
 }
 
 void PersonLoad::LinkParents() {
-    Sort();
-    PersonLoad others(theConnection);
-    bool areOthersRead = false;
     for (const auto &branch : theBranches) {
         auto parent = Find(branch->theParentID);
-        if (!parent) {
-            if (!areOthersRead) {
-                others.Read(theParentsSql, nullptr);
-                others.Sort();
-            }
-            areOthersRead = true;
-            parent = others.Find(branch->theParentID);
-        }
+        if (!parent) parent = theParents.value(branch->theParentID);
         // Only an organisation is taken for a parent, so that no ring of records can come about.
         if (parent && parent->theKind == PersonKind::Organization) branch->theParent = parent;
     }
+}
+
+std::shared_ptr<PersonRecord> SharedPersons::At(const Row &aRow, int aFirst) {
+    auto &person = thePersons[aRow.Integer(aFirst)];
+    if (person) return person;
+    person = std::make_shared<PersonRecord>();
+    person->Read(aRow, aFirst);
+    auto made = person;  // the next entry may move this one
+    if (made->IsBranch()) made->theParent = At(aRow, aFirst + PersonColumns::theCount);
+    return made;
+}
+
+std::shared_ptr<Vk_DocQuery::RecordCollection> AllPersons(Connection &aConnection) {
+    return PersonsBy(aConnection, theAllPersonsSql, false);
+}
+
+std::shared_ptr<Vk_DocQuery::RecordCollection> Taxpayers(Connection &aConnection) {
+    return PersonsBy(aConnection, theTaxpayersSql, true);
+}
+
+PersonLoad Owners(Connection &aConnection) {
+    PersonLoad load;
+    aConnection.Read(theTaxpayersSql, {}, [&](const Row &row) { load.Take(row, true); });
+    load.LinkParents();
+    return load;
+}
+
+void AnnouncePersons(const std::vector<double> &aIDs) {
+    SharedPersons persons;
+    const auto read = [&](const Row &row, PersonColumns &rColumns) {
+        rColumns.Read(row);
+        if (rColumns.theKind == PersonKind::Branch)
+            rColumns.theParent = persons.At(row, PersonColumns::theCount);
+    };
+    Announce<PersonColumns>(theClass, aIDs, [&] {
+        return ReadMany<PersonColumns>(ThisThreadsConnection(), theManyPersonsSql, aIDs, read);
+    });
 }
 
 }  // namespace Vk_Records

@@ -2,9 +2,12 @@
 
 #include <vector>
 
+#include <QHash>
+
 #include <Vk_DocQuery/Providers.h>
 
 #include "Connection.h"
+#include "Row.h"
 
 namespace Vk_Records {
 
@@ -23,6 +26,10 @@ struct PersonColumns {
     PersonKind theKind = PersonKind::None;
     bool theIsMain = false;
     std::shared_ptr<PersonRecord> theParent;
+
+    static constexpr int theCount = 8;
+    /// Takes those of a row from aFirst on, without the parent.
+    void Read(const Row &aRow, int aFirst = 0);
 };
 
 /// A taxpayer as it was read.
@@ -42,36 +49,50 @@ public:
     QString GetIconKeyAsAccPerson() const override;
     bool IsMainOrganization() const override { return theIsMain; }
 
-    /// Takes the columns of thePersonColumns from aFirst on.
-    void Read(const QSqlQuery &aRow, int aFirst = 0);
-
 private:
     friend class PersonLoad;
+    friend class SharedPersons;
 };
 
-/// Persons that are read together: the branches of one organisation share its record.
+/// Persons that one request gives in the order of their identities. Each has one record, whichever
+/// way it is come upon.
 class PersonLoad {
 public:
-    explicit PersonLoad(Connection &aConnection) : theConnection(aConnection) {}
-
-    /// Reads the persons that the statement gives and adds them to the collection, if there is one.
-    void Read(const char *aSql, Vk_DocQuery::RecordCollection *rPersons);
-    /// Gives the branches their organisations, reading those that are not there yet.
+    /// Takes a row: the columns of a person and, where aHasParent says so, those of the
+    /// organisation of a branch behind them.
+    const std::shared_ptr<PersonRecord> &Take(const Row &aRow, bool aHasParent);
+    /// Gives the branches their organisations; to be called behind the last row.
     void LinkParents();
-    /// One of the persons read, or a null pointer. After LinkParents only.
+    /// One of the persons taken, or a null pointer.
     std::shared_ptr<PersonRecord> Find(qint64 aID) const;
 
 private:
-    using Entry = std::pair<qint64, std::shared_ptr<PersonRecord>>;
-
-    void Sort();
-
-    Connection &theConnection;
-    std::vector<Entry> theByID;  // in order once sorted
+    std::vector<std::shared_ptr<PersonRecord>> theByID;
     std::vector<std::shared_ptr<PersonRecord>> theBranches;
+    QHash<qint64, std::shared_ptr<PersonRecord>> theParents;  // those that came behind a branch
 };
 
-extern const char theAllPersonsSql[];
-extern const char theTaxpayersSql[];
+/// Persons that come in any order, with their organisations behind them; each has one record.
+class SharedPersons {
+public:
+    /// The person whose columns begin there.
+    std::shared_ptr<PersonRecord> At(const Row &aRow, int aFirst);
+
+private:
+    QHash<qint64, std::shared_ptr<PersonRecord>> thePersons;
+};
+
+/// All persons, and those who own a stream, in the order of their names.
+std::shared_ptr<Vk_DocQuery::RecordCollection> AllPersons(Connection &aConnection);
+std::shared_ptr<Vk_DocQuery::RecordCollection> Taxpayers(Connection &aConnection);
+/// Those who own a stream, for who looks for them by their identities.
+PersonLoad Owners(Connection &aConnection);
+/// Notes the persons that are about to be loaded one by one.
+void AnnouncePersons(const std::vector<double> &aIDs);
+
+/// The columns of a person in a request.
+#define VK_PERSON_COLUMNS(p)                                                                   \
+#p ".id, " #p ".kind, " #p ".inn, " #p ".kpp, " #p ".display_name, " #p ".owner_name, " #p \
+       ".is_main, " #p ".parent_id"
 
 }  // namespace Vk_Records

@@ -14,16 +14,56 @@ using Vk_DocQuery::Recordset;
 
 namespace {
 
-constexpr char theCategoriesSql[] =
-    "SELECT category_id AS \"TPCategory_ID\", stream_type AS \"AccStreamType\", "
-    "allowed_for_main AS \"AllowedForMainOrg\", allowed_for_branch AS \"AllowedForBranch\" "
-    "FROM templ_type_category WHERE templ_type_id = ? ORDER BY category_id, stream_type";
-constexpr char theTimesSql[] =
-    "SELECT the_year AS \"the_year\", month_id AS \"month_id\" FROM templ_type_time "
-    "WHERE templ_type_id = ? ORDER BY the_year, month_id";
-constexpr char theNamesSql[] =
-    "SELECT full_name AS \"full_name\" FROM templ_type_name WHERE templ_type_id = ? "
-    "ORDER BY name_order";
+/// A request for the rows of one form, and the names under which its columns are asked for.
+struct RecordsetSql {
+    const char *Sql;
+    QStringList Fields;
+};
+
+const RecordsetSql theCategories = {
+    "SELECT category_id, stream_type, allowed_for_main, allowed_for_branch "
+    "FROM templ_type_category WHERE templ_type_id = ? ORDER BY category_id, stream_type",
+    {QStringLiteral("TPCategory_ID"), QStringLiteral("AccStreamType"),
+     QStringLiteral("AllowedForMainOrg"), QStringLiteral("AllowedForBranch")}};
+const RecordsetSql theTimes = {
+    "SELECT the_year, month_id FROM templ_type_time WHERE templ_type_id = ? "
+    "ORDER BY the_year, month_id",
+    {QStringLiteral("the_year"), QStringLiteral("month_id")}};
+const RecordsetSql theNames = {
+    "SELECT full_name FROM templ_type_name WHERE templ_type_id = ? ORDER BY name_order",
+    {QStringLiteral("full_name")}};
+
+#define VK_NAMES_BY_ID \
+    "SELECT n.full_name, n.templ_type_id FROM templ_type_name n WHERE n.templ_type_id "
+#define VK_NAMES_IN_ORDER " ORDER BY n.templ_type_id, n.name_order"
+constexpr ManySql theManyNamesSql = {VK_NAMES_BY_ID VK_IS_ONE_OF_A_FILE VK_NAMES_IN_ORDER,
+                                     VK_NAMES_BY_ID VK_IS_ONE_OF_A_SERVER VK_NAMES_IN_ORDER};
+constexpr char16_t theNamesNote[] = u"Vk_Records.VkTemplType.FullNames";
+
+/// The names of the forms that were announced, and where those of each lie; a form without a name
+/// has an empty place.
+struct KnownNames {
+    struct Place {
+        std::size_t Begin = 0;
+        std::size_t End = 0;
+    };
+    QHash<qint64, Place> Places;
+    std::shared_ptr<RowValues> Values = std::make_shared<RowValues>();
+};
+
+/// Those that can be loaded by their identity, and how they are announced.
+struct AnnouncedClass {
+    const char16_t *Name;
+    void (*Announce)(const std::vector<double> &aIDs);
+};
+
+constexpr AnnouncedClass theAnnouncedClasses[] = {
+    {u"Vk_Records.VkPerson", AnnouncePersons},
+    {u"Vk_Records.VkAccStream", AnnounceAccStreams},
+    {u"Vk_Records.VkTemplType", AnnounceTemplTypes},
+    {u"Vk_Records.VkTemplate", AnnounceVersions},
+};
+
 constexpr qint32 theOnlyKind = 1;
 
 [[noreturn]] void RaiseUnknownArgument(const QString &aWhat) {
@@ -43,20 +83,23 @@ QDate SideOf(const LooseValue &aDate) {
     return Vk_DocQuery::ToDate(aDate);
 }
 
-std::shared_ptr<Recordset> RowsOf(const char *aSql, double aID) {
-    Connection &connection = ThisThreadsConnection();
-    QSqlQuery &query = connection.Prepared(aSql);
-    query.bindValue(0, StoredID(aID).value_or(0));
-    connection.Execute(query);
-    return std::make_shared<Rows>(connection, query);
+std::shared_ptr<Recordset> RowsOf(const RecordsetSql &aWhat, double aID) {
+    auto values = std::make_shared<RowValues>();
+    const auto count = static_cast<int>(aWhat.Fields.size());
+    ThisThreadsConnection().Read(aWhat.Sql, {StoredID(aID).value_or(0)}, [&](const Row &row) {
+        for (int column = 0; column < count; ++column) values->push_back(row.Value(column));
+    });
+    return std::make_shared<Rows>(aWhat.Fields, std::move(values));
 }
 
-std::shared_ptr<RecordCollection> PersonsBy(const char *aSql) {
-    auto persons = std::make_shared<RecordCollection>();
-    PersonLoad load(ThisThreadsConnection());
-    load.Read(aSql, persons.get());
-    load.LinkParents();
-    return persons;
+/// What was announced of the form; null if nothing was.
+std::shared_ptr<Recordset> NotedNames(double aID) {
+    const std::shared_ptr<void> *note = Vk_DocQuery::SupplierNotes(theNamesNote);
+    if (!note || !*note) return nullptr;
+    const auto &names = *static_cast<const KnownNames *>(note->get());
+    const auto found = names.Places.constFind(StoredID(aID).value_or(0));
+    if (found == names.Places.cend()) return nullptr;
+    return std::make_shared<Rows>(theNames.Fields, names.Values, found->Begin, found->End);
 }
 
 }  // namespace
@@ -74,13 +117,14 @@ void OfficeBlankQueries::GetTemplTypeAvailability(qint32 aKind, double aID,
                                                   std::shared_ptr<Recordset> &rCategories,
                                                   std::shared_ptr<Recordset> &rTimes) {
     if (aKind != theOnlyKind) RaiseUnknownArgument(QStringLiteral("вид %1").arg(aKind));
-    auto categories = RowsOf(theCategoriesSql, aID);
-    rTimes = RowsOf(theTimesSql, aID);
+    auto categories = RowsOf(theCategories, aID);
+    rTimes = RowsOf(theTimes, aID);
     rCategories = std::move(categories);
 }
 
 std::shared_ptr<Recordset> OfficeBlankQueries::GetTemplTypeNames(double aID) {
-    return RowsOf(theNamesSql, aID);
+    auto noted = NotedNames(aID);
+    return noted ? noted : RowsOf(theNames, aID);
 }
 
 std::shared_ptr<RecordCollection> OfficeAccStreamQueries::GetAccStreams(const QString &aFilter,
@@ -92,11 +136,37 @@ std::shared_ptr<RecordCollection> OfficeAccStreamQueries::GetAccStreams(const QS
 std::shared_ptr<RecordCollection> OfficePersonQueries::GetPersons(const QString &aFilter,
                                                                   qint32 aFlags) {
     CheckNoCondition(aFilter, aFlags);
-    return PersonsBy(theAllPersonsSql);
+    return AllPersons(ThisThreadsConnection());
 }
 
 std::shared_ptr<RecordCollection> OfficePersonQueries::GetTaxpayers() {
-    return PersonsBy(theTaxpayersSql);
+    return Taxpayers(ThisThreadsConnection());
+}
+
+void OfficeAnnouncements::AnnounceRecords(const QString &aClass, const std::vector<double> &aIDs) {
+    for (const AnnouncedClass &known : theAnnouncedClasses) {
+        if (aClass.compare(QStringView(known.Name), Qt::CaseInsensitive) == 0) known.Announce(aIDs);
+    }
+}
+
+void OfficeAnnouncements::AnnounceFormNames(const std::vector<double> &aIDs) {
+    std::shared_ptr<void> *note = Vk_DocQuery::SupplierNotes(theNamesNote);
+    if (!note) return;
+    note->reset();
+    Connection &connection = ThisThreadsConnection();
+    const QString ids = TextOfIDs(connection, aIDs);
+    if (ids.isEmpty()) return;
+    auto names = std::make_shared<KnownNames>();
+    names->Places.reserve(static_cast<qsizetype>(aIDs.size()));
+    for (const double id : aIDs) names->Places.insert(StoredID(id).value_or(0), {});
+    connection.Read(connection.Where().IsServer ? theManyNamesSql.Server : theManyNamesSql.File,
+                    {ids}, [&](const Row &row) {
+                        auto &place = names->Places[row.Integer(1)];
+                        if (place.End == 0) place.Begin = names->Values->size();
+                        names->Values->push_back(row.Value(0));
+                        place.End = names->Values->size();
+                    });
+    *note = names;
 }
 
 }  // namespace Vk_Records

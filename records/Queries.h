@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Vk_DocQuery/Providers.h>
+#include <Vk_DocQuery/RecordAnnouncements.h>
 
 namespace Vk_Records {
 
@@ -30,6 +31,13 @@ public:
                                                               qint32 aFlags) override;
     /// The persons who own a stream.
     std::shared_ptr<Vk_DocQuery::RecordCollection> GetTaxpayers() override;
+};
+
+/// Reads what is announced with one request and notes it.
+class OfficeAnnouncements final : public Vk_DocQuery::RecordAnnouncements {
+public:
+    void AnnounceRecords(const QString &aClass, const std::vector<double> &aIDs) override;
+    void AnnounceFormNames(const std::vector<double> &aIDs) override;
 };
 
 }  // namespace Vk_Records

@@ -1,8 +1,8 @@
 #include "Rows.h"
 
-#include <limits>
+#include <algorithm>
 
-#include <QSqlRecord>
+#include <Vk_DocQuery/Failure.h>
 
 namespace Vk_Records {
 
@@ -11,13 +11,6 @@ using Vk_DocQuery::LooseValue;
 
 namespace {
 
-LooseValue LooseInteger(qint64 aNumber) {
-    const bool fits = aNumber >= std::numeric_limits<qint32>::min() &&
-                      aNumber <= std::numeric_limits<qint32>::max();
-    return fits ? LooseValue(static_cast<qint32>(aNumber))
-                : LooseValue(static_cast<double>(aNumber));
-}
-
 [[noreturn]] void RaiseNoRow() {
     throw Failure(Vk_DocQuery::SubscriptOutOfRange, QStringLiteral("Vk_Records"),
                   QStringLiteral("В наборе записей нет текущей строки."));
@@ -25,42 +18,21 @@ LooseValue LooseInteger(qint64 aNumber) {
 
 }  // namespace
 
-LooseValue LooseValueOf(const QVariant &aValue) {
-    if (aValue.isNull()) return Vk_DocQuery::Null();
-    switch (aValue.typeId()) {
-        case QMetaType::Bool:
-            return aValue.toBool();
-        case QMetaType::Short:
-        case QMetaType::Int:
-        case QMetaType::LongLong:
-            return LooseInteger(aValue.toLongLong());
-        case QMetaType::Float:
-        case QMetaType::Double:
-            return aValue.toDouble();
-        case QMetaType::QDate:
-            return aValue.toDate();
-        default:
-            return aValue.toString();
-    }
-}
-
-Rows::Rows(Connection &aConnection, QSqlQuery &aQuery) {
-    const QSqlRecord record = aQuery.record();
-    for (int column = 0; column < record.count(); ++column) theFields << record.fieldName(column);
-    aConnection.ForEachRow(aQuery, [this](const QSqlQuery &row) {
-        for (int column = 0; column < theFields.size(); ++column)
-            theValues.push_back(LooseValueOf(row.value(column)));
-        ++theRowCount;
-    });
-}
+Rows::Rows(QStringList aFields, std::shared_ptr<const RowValues> aValues, std::size_t aBegin,
+           std::size_t aEnd)
+    : theFields(std::move(aFields)),
+      theValues(std::move(aValues)),
+      theBegin(aBegin),
+      theEnd(std::min(aEnd, theValues->size())),
+      thePosition(aBegin) {}
 
 void Rows::MoveFirst() {
-    thePosition = 0;
+    thePosition = theBegin;
     if (EndOfData()) RaiseNoRow();
 }
 
 void Rows::MoveNext() {
-    if (!EndOfData()) ++thePosition;
+    if (!EndOfData()) thePosition += static_cast<std::size_t>(theFields.size());
 }
 
 LooseValue Rows::Value(const QString &aField) const {
@@ -71,8 +43,7 @@ LooseValue Rows::Value(const QString &aField) const {
         throw Failure(Vk_DocQuery::InvalidArgument, QStringLiteral("Vk_Records"),
                       QStringLiteral("В наборе записей нет поля \"%1\".").arg(aField));
     }
-    return theValues[thePosition * static_cast<std::size_t>(theFields.size()) +
-                     static_cast<std::size_t>(column)];
+    return (*theValues)[thePosition + static_cast<std::size_t>(column)];
 }
 
 }  // namespace Vk_Records

@@ -1,6 +1,9 @@
 #include "RussianOrder.h"
 
+#include <algorithm>
 #include <array>
+
+#include <QtEndian>
 
 namespace Vk_Records {
 
@@ -10,16 +13,17 @@ namespace {
 constexpr char16_t theOrder[] =
     u" _-‐–—,;:!?.'‘’\"“”„«»()[]{}§@*/\\&#%`^°+±<=>|~$€0123456789"
     u"абвгґдђеєжзѕиійјклљмнњопрстћуфхцчџшщъыьэюяabcdefghijklmnopqrstuvwxyz";
-constexpr char16_t theOthersBegin = 0x200;
-constexpr char16_t theLast = 0xFFFF;
 constexpr std::size_t theListed = 0x2100;
+// What has no place of its own comes behind all that has, by its code in two further bytes.
+constexpr quint8 theOther = 0xFF;
+static_assert(std::size(theOrder) < theOther);
 
-using Weights = std::array<char16_t, theListed>;
+using Weights = std::array<quint8, theListed>;
 
 const Weights &TheWeights() {
     static const Weights weights = [] {
         Weights made{};
-        char16_t weight = 0;
+        quint8 weight = 0;
         for (const char16_t *sign = theOrder; *sign != 0; ++sign) {
             ++weight;
             if (*sign < theListed) made[*sign] = weight;
@@ -36,13 +40,15 @@ public:
     explicit Key(qsizetype aLength) { theNames.reserve(aLength); }
 
     void Add(QChar aSign) {
+        static const Weights &weights = TheWeights();
         const char16_t code = aSign.unicode();
-        const char16_t weight = code < theListed ? TheWeights()[code] : u'\0';
+        const quint8 weight = code < theListed ? weights[code] : quint8(0);
         if (weight == 0) return AddUnlisted(aSign);
-        theNames.append(QChar(weight));
+        theNames.append(static_cast<char>(weight));
+        ++theSigns;
     }
-    QString Text() const {
-        return theAccents.isEmpty() ? theNames : theNames + QChar(0) + theAccents;
+    QByteArray Text() const {
+        return theAccents.isEmpty() ? theNames : theNames + '\0' + theAccents;
     }
 
 private:
@@ -54,25 +60,71 @@ private:
         if (parts.isEmpty()) return AddOther(aSign);
         for (const QChar part : parts) Add(part);
     }
+    static void Append(QByteArray &rTo, char16_t aCode) {
+        rTo.append(static_cast<char>(aCode >> 8U));
+        rTo.append(static_cast<char>(aCode & 0xFFU));
+    }
     void AddAccent(QChar aSign) {
-        while (theAccents.size() < theNames.size() - 1) theAccents.append(QChar(1));
-        theAccents.append(aSign);
+        while (theAccents.size() / 2 < theSigns - 1) Append(theAccents, 1);
+        Append(theAccents, aSign.unicode());
     }
     void AddOther(QChar aSign) {
-        const int weight = theOthersBegin + aSign.toCaseFolded().unicode();
-        theNames.append(QChar(std::min<int>(weight, theLast)));
+        theNames.append(static_cast<char>(theOther));
+        Append(theNames, aSign.toCaseFolded().unicode());
+        ++theSigns;
     }
 
-    QString theNames;
-    QString theAccents;  // one for each name's sign up to the last that has any
+    QByteArray theNames;
+    qsizetype theSigns = 0;
+    QByteArray theAccents;  // one for each sign up to the last that has any
 };
 
 }  // namespace
 
-QString RussianKey(const QString &aName) {
+QByteArray RussianKey(const QString &aName) {
     Key key(aName.size());
     for (const QChar sign : aName) key.Add(sign);
     return key.Text();
+}
+
+void InRussianOrder::Take(const QString &aName, std::shared_ptr<Vk_DocQuery::Record> aRecord) {
+    const qsizetype begin = theKeys.size();
+    theKeys += RussianKey(aName);
+    theEntries.push_back(
+        {0, begin, static_cast<quint32>(theKeys.size() - begin), std::move(aRecord)});
+}
+
+/// Eight bytes are one number to compare; those who have them in common go on with the next eight.
+void InRussianOrder::Sort(Place aBegin, Place aEnd, quint32 aDone) {
+    bool goesOn = false;
+    for (Place entry = aBegin; entry != aEnd; ++entry) {
+        const quint32 done = std::min(aDone, entry->Size);
+        const quint32 size = std::min<quint32>(entry->Size - done, sizeof entry->Part);
+        std::array<char, sizeof entry->Part> part{};
+        std::copy_n(theKeys.cbegin() + entry->Begin + done, size, part.begin());
+        entry->Part = qFromBigEndian<quint64>(part.data());
+        goesOn = goesOn || entry->Size > aDone + part.size();
+    }
+    std::stable_sort(aBegin, aEnd,
+                     [](const Entry &left, const Entry &right) { return left.Part < right.Part; });
+    while (goesOn && aBegin != aEnd) {
+        const Place end = std::find_if(
+            aBegin, aEnd, [&](const Entry &entry) { return entry.Part != aBegin->Part; });
+        if (end - aBegin > 1) Sort(aBegin, end, aDone + sizeof aBegin->Part);
+        aBegin = end;
+    }
+}
+
+std::shared_ptr<Vk_DocQuery::RecordCollection> InRussianOrder::Ordered() {
+    Sort(theEntries.begin(), theEntries.end(), 0);
+    auto records = std::make_shared<Vk_DocQuery::RecordCollection>();
+    records->Reserve(static_cast<qsizetype>(theEntries.size()));
+    for (Entry &entry : theEntries) {
+        const double id = entry.Object->ID();
+        records->Add(std::move(entry.Object), Vk_DocQuery::ObjectKey(id));
+    }
+    *this = InRussianOrder();
+    return records;
 }
 
 }  // namespace Vk_Records

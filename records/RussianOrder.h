@@ -1,42 +1,38 @@
 #pragma once
 
-#include <algorithm>
 #include <memory>
 #include <vector>
+
+#include <QByteArray>
 
 #include <Vk_DocQuery/Providers.h>
 
 namespace Vk_Records {
 
-/// Keys that compare, code unit by code unit, as names do in a Russian list: signs, digits,
-/// Cyrillic, Latin; case has no weight, an accent (the dots of "ё" above all) only between names
-/// that are else the same. It depends neither on a server's collation nor on how Qt was built.
-QString RussianKey(const QString &aName);
+/// Keys that compare, byte by byte, as names do in a Russian list: signs, digits, Cyrillic, Latin;
+/// case has no weight, an accent (the dots of "ё" above all) only between names that are else the
+/// same. It depends neither on a server's collation nor on how Qt was built.
+QByteArray RussianKey(const QString &aName);
 
 /// Records in the order of their names; where names are alike, as they were taken.
 class InRussianOrder {
 public:
-    void Take(const QString &aName, std::shared_ptr<Vk_DocQuery::Record> aRecord) {
-        theEntries.push_back({RussianKey(aName), std::move(aRecord)});
-    }
-    /// Adds them to the collection, which are gone here then.
-    void MoveTo(Vk_DocQuery::RecordCollection &rRecords) {
-        std::stable_sort(
-            theEntries.begin(), theEntries.end(),
-            [](const Entry &left, const Entry &right) { return left.Key < right.Key; });
-        for (Entry &entry : theEntries) {
-            const double id = entry.Object->ID();
-            rRecords.Add(std::move(entry.Object), Vk_DocQuery::ObjectKey(id));
-        }
-        theEntries.clear();
-    }
+    void Take(const QString &aName, std::shared_ptr<Vk_DocQuery::Record> aRecord);
+    /// The records, which are gone here then.
+    std::shared_ptr<Vk_DocQuery::RecordCollection> Ordered();
 
 private:
     struct Entry {
-        QString Key;
+        quint64 Part = 0;     // the eight bytes of the key that are compared
+        qsizetype Begin = 0;  // of the key, among all keys
+        quint32 Size = 0;
         std::shared_ptr<Vk_DocQuery::Record> Object;
     };
+    using Place = std::vector<Entry>::iterator;
+    void Sort(Place aBegin, Place aEnd, quint32 aDone);
+
     std::vector<Entry> theEntries;
+    QByteArray theKeys;
 };
 
 }  // namespace Vk_Records

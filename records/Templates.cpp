@@ -5,125 +5,123 @@
 
 namespace Vk_Records {
 
-using Vk_DocQuery::LooseValue;
 using Vk_DocQuery::RecordCollection;
 
 namespace {
 
+constexpr char16_t theTypeClass[] = u"Vk_Records.VkTemplType";
+constexpr char16_t theVersionClass[] = u"Vk_Records.VkTemplate";
+
 #define VK_TYPE_COLUMNS "c.id, c.knd, c.short_name, c.icon_key, c.is_excluded"
 #define VK_VERSION_COLUMNS "v.id, v.beg_date, v.end_date, v.display_name, v.icon_key"
-
-constexpr char theOneTypeSql[] = "SELECT " VK_TYPE_COLUMNS " FROM templ_type c WHERE c.id = ?";
-constexpr char theOneVersionSql[] =
-    "SELECT " VK_VERSION_COLUMNS ", " VK_TYPE_COLUMNS
-    " FROM template v JOIN templ_type c ON c.id = v.templ_type_id WHERE v.id = ?";
 constexpr int theVersionColumns = 5;
 
-const QString theVersionsSql =
-    QStringLiteral("SELECT " VK_VERSION_COLUMNS ", " VK_TYPE_COLUMNS
-                   " FROM template v JOIN templ_type c ON c.id = v.templ_type_id %1"
-                   " ORDER BY c.id, v.beg_date IS NULL, v.beg_date DESC, v.id DESC");
-const QString theTypesSql = QStringLiteral(
-    "SELECT " VK_TYPE_COLUMNS
-    " FROM templ_type c WHERE EXISTS (SELECT 1 FROM template v WHERE v.templ_type_id = c.id %1)"
-    " ORDER BY c.id");
+#define VK_TYPES_BY_ID "SELECT " VK_TYPE_COLUMNS " FROM templ_type c WHERE c.id "
+constexpr char theOneTypeSql[] = VK_TYPES_BY_ID VK_IS_ONE;
+constexpr ManySql theManyTypesSql = {VK_TYPES_BY_ID VK_IS_ONE_OF_A_FILE,
+                                     VK_TYPES_BY_ID VK_IS_ONE_OF_A_SERVER};
 
-LooseValue DateOrEmpty(const QVariant &aValue) {
-    const QDate date = aValue.toDate();
-    return date.isValid() ? LooseValue(date) : LooseValue(Vk_DocQuery::Empty());
+#define VK_VERSIONS                                   \
+    "SELECT " VK_VERSION_COLUMNS ", " VK_TYPE_COLUMNS \
+    " FROM template v JOIN templ_type c ON c.id = v.templ_type_id WHERE "
+constexpr char theOneVersionSql[] = VK_VERSIONS "v.id " VK_IS_ONE;
+constexpr ManySql theManyVersionsSql = {VK_VERSIONS "v.id " VK_IS_ONE_OF_A_FILE,
+                                        VK_VERSIONS "v.id " VK_IS_ONE_OF_A_SERVER};
+
+// Versions that share a day with the window; a side without a date is open.
+#define VK_IN_WINDOW                                                 \
+    "(v.end_date IS NULL OR v.end_date >= coalesce(?, v.end_date)) " \
+    "AND (v.beg_date IS NULL OR v.beg_date <= coalesce(?, v.beg_date)) "
+constexpr char theVersionsSql[] =
+    VK_VERSIONS VK_IN_WINDOW "ORDER BY c.id, v.beg_date IS NULL, v.beg_date DESC, v.id DESC";
+constexpr char theTypesSql[] =
+    "SELECT " VK_TYPE_COLUMNS
+    " FROM templ_type c WHERE EXISTS "
+    "(SELECT 1 FROM template v WHERE v.templ_type_id = c.id AND " VK_IN_WINDOW ") ORDER BY c.id";
+
+QVariant DateOrNull(QDate aDate) {
+    return aDate.isValid() ? QVariant(aDate) : QVariant(QMetaType(QMetaType::QDate));
 }
 
-/// The conditions by which a version and the window share a day.
-struct Window {
-    QStringList Conditions;
-    QVariantList Values;
-    bool HasNoDay = false;
-
-    Window(QDate aFrom, QDate aTo) {
-        HasNoDay = aFrom.isValid() && aTo.isValid() && aFrom > aTo;
-        Add(aFrom, QStringLiteral("(v.end_date IS NULL OR v.end_date >= ?)"));
-        Add(aTo, QStringLiteral("(v.beg_date IS NULL OR v.beg_date <= ?)"));
-    }
-    void Add(QDate aDate, const QString &aCondition) {
-        if (!aDate.isValid()) return;
-        Conditions << aCondition;
-        Values << aDate;
-    }
-    QString After(const QString &aWord) const {
-        if (Conditions.isEmpty()) return QString();
-        return aWord + Conditions.join(QStringLiteral(" AND "));
-    }
-};
+/// Hands the function what lies in the window.
+template <class Take>
+void ReadWindow(Connection &aConnection, const char *aSql, QDate aFrom, QDate aTo, Take aTake) {
+    const bool hasNoDay = aFrom.isValid() && aTo.isValid() && aFrom > aTo;
+    if (!hasNoDay) aConnection.Read(aSql, {DateOrNull(aFrom), DateOrNull(aTo)}, aTake);
+}
 
 }  // namespace
 
 void TemplTypeRecord::SetID(double aID) {
-    ReadOne(theOneTypeSql, u"Vk_Records.VkTemplType", aID, static_cast<TemplTypeColumns &>(*this),
-            [this](const QSqlQuery &row) { Read(row); });
+    ReadOne(theOneTypeSql, theTypeClass, aID, static_cast<TemplTypeColumns &>(*this),
+            [](const Row &row, TemplTypeColumns &rColumns) { rColumns.Read(row); });
 }
 
-void TemplTypeRecord::Read(const QSqlQuery &aRow, int aFirst) {
-    theID = aRow.value(aFirst).toDouble();
-    theKnd = aRow.value(aFirst + 1).toString();
-    theShortName = aRow.value(aFirst + 2).toString();
-    theIcon = aRow.value(aFirst + 3).toString();
-    theIsExcluded = aRow.value(aFirst + 4).toInt() != 0;
+void TemplTypeColumns::Read(const Row &aRow, int aFirst) {
+    theID = aRow.Integer(aFirst);
+    theKnd = aRow.Text(aFirst + 1);
+    theShortName = aRow.Text(aFirst + 2);
+    theIcon = aRow.Text(aFirst + 3);
+    theIsExcluded = aRow.Integer(aFirst + 4) != 0;
 }
 
 void TemplateRecord::SetID(double aID) {
-    ReadOne(theOneVersionSql, u"Vk_Records.VkTemplate", aID, static_cast<TemplateColumns &>(*this),
-            [this](const QSqlQuery &row) {
-                Read(row);
-                theType = std::make_shared<TemplTypeRecord>();
-                theType->Read(row, theVersionColumns);
+    ReadOne(theOneVersionSql, theVersionClass, aID, static_cast<TemplateColumns &>(*this),
+            [](const Row &row, TemplateColumns &rColumns) {
+                QHash<qint64, std::shared_ptr<TemplTypeRecord>> types;
+                rColumns.Read(row, types);
             });
 }
 
-void TemplateRecord::Read(const QSqlQuery &aRow) {
-    theID = aRow.value(0).toDouble();
-    theBegDate = DateOrEmpty(aRow.value(1));
-    theEndDate = DateOrEmpty(aRow.value(2));
-    theName = aRow.value(3).toString();
-    theIcon = aRow.value(4).toString();
+void TemplateColumns::Read(const Row &aRow,
+                           QHash<qint64, std::shared_ptr<TemplTypeRecord>> &rTypes) {
+    theID = aRow.Integer(0);
+    theBegDate = aRow.Date(1);
+    theEndDate = aRow.Date(2);
+    theName = aRow.Text(3);
+    theIcon = aRow.Text(4);
+    auto &type = rTypes[aRow.Integer(theVersionColumns)];
+    if (!type) {
+        type = std::make_shared<TemplTypeRecord>();
+        type->Read(aRow, theVersionColumns);
+    }
+    theType = type;
 }
 
 std::shared_ptr<RecordCollection> Versions(Connection &aConnection, QDate aFrom, QDate aTo) {
-    auto versions = std::make_shared<RecordCollection>();
-    const Window window(aFrom, aTo);
-    if (window.HasNoDay) return versions;
-    QHash<double, std::shared_ptr<TemplTypeRecord>> types;
+    QHash<qint64, std::shared_ptr<TemplTypeRecord>> types;
     InRussianOrder ordered;
-    QSqlQuery query =
-        aConnection.Run(theVersionsSql.arg(window.After(QStringLiteral("WHERE "))), window.Values);
-    aConnection.ForEachRow(query, [&](const QSqlQuery &row) {
+    ReadWindow(aConnection, theVersionsSql, aFrom, aTo, [&](const Row &row) {
         auto version = std::make_shared<TemplateRecord>();
-        version->Read(row);
-        auto &type = types[row.value(theVersionColumns).toDouble()];
-        if (!type) {
-            type = std::make_shared<TemplTypeRecord>();
-            type->Read(row, theVersionColumns);
-        }
-        version->theType = type;
-        ordered.Take(type->ShortName(), version);
+        version->Read(row, types);
+        ordered.Take(version->TemplateType()->ShortName(), version);
     });
-    ordered.MoveTo(*versions);
-    return versions;
+    return ordered.Ordered();
 }
 
 std::shared_ptr<RecordCollection> TemplTypes(Connection &aConnection, QDate aFrom, QDate aTo) {
-    auto types = std::make_shared<RecordCollection>();
-    const Window window(aFrom, aTo);
-    if (window.HasNoDay) return types;
     InRussianOrder ordered;
-    QSqlQuery query =
-        aConnection.Run(theTypesSql.arg(window.After(QStringLiteral("AND "))), window.Values);
-    aConnection.ForEachRow(query, [&](const QSqlQuery &row) {
+    ReadWindow(aConnection, theTypesSql, aFrom, aTo, [&](const Row &row) {
         auto type = std::make_shared<TemplTypeRecord>();
         type->Read(row);
         ordered.Take(type->ShortName(), type);
     });
-    ordered.MoveTo(*types);
-    return types;
+    return ordered.Ordered();
+}
+
+void AnnounceTemplTypes(const std::vector<double> &aIDs) {
+    const auto read = [](const Row &row, TemplTypeColumns &rColumns) { rColumns.Read(row); };
+    Announce<TemplTypeColumns>(theTypeClass, aIDs, [&] {
+        return ReadMany<TemplTypeColumns>(ThisThreadsConnection(), theManyTypesSql, aIDs, read);
+    });
+}
+
+void AnnounceVersions(const std::vector<double> &aIDs) {
+    QHash<qint64, std::shared_ptr<TemplTypeRecord>> types;
+    const auto read = [&](const Row &row, TemplateColumns &rColumns) { rColumns.Read(row, types); };
+    Announce<TemplateColumns>(theVersionClass, aIDs, [&] {
+        return ReadMany<TemplateColumns>(ThisThreadsConnection(), theManyVersionsSql, aIDs, read);
+    });
 }
 
 }  // namespace Vk_Records

@@ -25,6 +25,7 @@ enum class Takeover {
 ///   "Vk_Records.VkPerson", "Vk_Records.VkRecFactory" (Records.h, Providers.h),
 ///   "Vk_DBProvider.BlankQueries", "Vk_DBProvider.DBQAccStream", "Vk_DBProvider.PersonQueries",
 ///   "Vk_Lib.FilesLibrary" (Providers.h),
+///   "Vk_DBProvider.RecordAnnouncements" (RecordAnnouncements.h, optional),
 ///   "Vk_Errors.VkErrorHandler", "Vk_SplashWindow.SplashWindow" (HostServices.h, both optional).
 ///
 /// The library brings a class of its own for two of them, "Vk_Lib.FilesLibrary" and

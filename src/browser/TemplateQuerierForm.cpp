@@ -27,6 +27,7 @@
 #include "foundation/mVkPics.h"
 #include "foundation/Present.h"
 #include "foundation/WindowFit.h"
+#include "queryfile/OpenNotes.h"
 
 namespace Vk_DocQuery {
 
@@ -304,17 +305,25 @@ void TemplateQuerierForm::Prepare() {
 void TemplateQuerierForm::LoadAllObjects() try {
     theClasses.Clear();
     theRowsAreMade = false;
+    const OpenNotes notes;
     const auto records =
         GetBlankQueries().GetTemplates(Today().addDays(-theYearsLookedBack), Null(), true);
-    theClasses.Reserve(Present(records, "GetTemplates").Count());
-    for (const std::shared_ptr<Record> &record : *records) {
+    std::vector<double> ids;
+    std::vector<std::shared_ptr<IntTemplateClass>> forms;
+    for (const std::shared_ptr<Record> &record : Present(records, "GetTemplates")) {
         auto form = std::make_shared<IntTemplateClass>();
         form->Class = AsTemplType(record);
         if (form->Class->IsExcludedFromSearch()) continue;
-        const double id = form->Class->ID();
-        form->FullNames = ReadFullNames(GetBlankQueries().GetTemplTypeNames(id));
-        if (!form->FullNames.IsEmpty()) form->ActualFullName = form->FullNames.At(0);
-        theClasses.AddIfAbsent(std::move(form), ObjectKey(id));
+        ids.push_back(form->Class->ID());
+        forms.push_back(std::move(form));
+    }
+    if (!ids.empty()) AnnounceFormNames(ids);
+    theClasses.Reserve(static_cast<qsizetype>(forms.size()));
+    for (std::size_t i = 0; i < forms.size(); ++i) {
+        IntTemplateClass &form = *forms[i];
+        form.FullNames = ReadFullNames(GetBlankQueries().GetTemplTypeNames(ids[i]));
+        if (!form.FullNames.IsEmpty()) form.ActualFullName = form.FullNames.At(0);
+        theClasses.AddIfAbsent(std::move(forms[i]), ObjectKey(ids[i]));
     }
 } catch (...) {
     RaiseErrorUp(theModule, "LoadAllObjects");

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "foundation/mErrorHandling.h"
+#include "foundation/mVkDBProvider.h"
 #include "query/Fields.h"
 #include "queryfile/mVkXmlToolsErr.h"
 #include "queryfile/OpenNotes.h"
@@ -229,7 +230,9 @@ bool VkDocQueryData::ReadFromXml(const XmlNode &aNode) try {
 std::shared_ptr<RecordCollection> VkDocQueryData::ReadCollectedIDsFromXml(
     const XmlNode &aNode, const char *aName, const QString &aClassName) try {
     auto result = std::make_shared<RecordCollection>();
-    for (const double id : StoredIdentities(aNode, aName)) {
+    const std::vector<double> ids = StoredIdentities(aNode, aName);
+    if (!ids.empty()) AnnounceRecords(aClassName, ids);
+    for (const double id : ids) {
         auto item = CreateObjectAs<Record>(aClassName);
         item->SetID(id);
         result->Add(std::move(item));

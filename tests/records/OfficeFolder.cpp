@@ -156,11 +156,13 @@ void ServerFolder::Start() {
                                                        ? QStringLiteral("ru")
                                                        : QStringLiteral("en"));
     theServer.setProcessEnvironment(environment);
+    theServer.setStandardErrorFile(theFolder.filePath(QStringLiteral("log")), QIODevice::Append);
     theServer.start(
         ServerPrograms() + QStringLiteral("postgres"),
         {QStringLiteral("-D"), theFolder.filePath(QStringLiteral("data")), QStringLiteral("-k"),
          theFolder.path(), QStringLiteral("-c"), QStringLiteral("listen_addresses="),
-         QStringLiteral("-c"), QStringLiteral("fsync=off")});
+         QStringLiteral("-c"), QStringLiteral("fsync=off"), QStringLiteral("-c"),
+         QStringLiteral("log_statement=all")});
     const QString address = Address(QStringLiteral("postgres"), QStringLiteral("postgres"));
     if (!QTest::qWaitFor([&] { return CanConnect(address); }, theProgramWaitMs))
         theComplaint = QStringLiteral("the server does not start");
@@ -170,6 +172,11 @@ void ServerFolder::Stop() {
     if (theServer.state() == QProcess::NotRunning) return;
     ::kill(static_cast<pid_t>(theServer.processId()), SIGQUIT);
     theServer.waitForFinished(theProgramWaitMs);
+}
+
+QString ServerFolder::Log() const {
+    QFile log(theFolder.filePath(QStringLiteral("log")));
+    return log.open(QIODevice::ReadOnly) ? QString::fromUtf8(log.readAll()) : QString();
 }
 
 QString ServerFolder::NewAddress() {

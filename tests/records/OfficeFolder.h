@@ -29,6 +29,8 @@ public:
     virtual QString NewAddress() = 0;
     /// How texts name that database.
     virtual QString Shown(const QString &aAddress) const = 0;
+    /// What a server has written of its statements; a folder has none.
+    virtual QString Log() const { return QString(); }
     /// Runs statements past the library and gives the first value of the last one.
     QVariant Tamper(const QString &aAddress, const QStringList &aStatements) const;
     /// Runs a statement and takes it back; false if the database refuses it.
@@ -67,6 +69,7 @@ public:
     QString Complaint() const override { return theComplaint; }
     QString NewAddress() override;
     QString Shown(const QString &aAddress) const override;
+    QString Log() const override;
     QString Address(const QString &aUser, const QString &aDatabase) const;
     void Start();
     void Stop();
