@@ -8,6 +8,7 @@ namespace Vk_DocQuery {
 namespace {
 
 constexpr std::size_t theFirstSlots = 16;
+constexpr std::size_t theFew = 4;  // keys that are looked through, without slots
 const QString theNoKey;
 
 quint32 HashOf(const QString &aKey) {
@@ -61,8 +62,12 @@ void KeyIndex::Take(KeyIndex &rOther) noexcept {
 
 qsizetype KeyIndex::Find(const QString &aKey) const {
     if (aKey.isEmpty()) return -1;
+    if (theSlots.empty()) {
+        const auto found = std::find_if(theKeys.begin(), theKeys.end(),
+                                        [&](const QString &key) { return SameKey(key, aKey); });
+        return found == theKeys.end() ? -1 : found - theKeys.begin();
+    }
     if (!theSlotsValid) FillSlots();
-    if (theSlots.empty()) return -1;
     return static_cast<qsizetype>(theSlots[SlotOf(aKey, HashOf(aKey))].Position) - 1;
 }
 
@@ -86,6 +91,16 @@ bool KeyIndex::AppendIfAbsent(const QString &aKey) {
     if (aKey.isEmpty()) {
         ++theCount;
         return true;
+    }
+    if (theSlots.empty()) {
+        if (Find(aKey) >= 0) return false;
+        if (std::max(theCount + 1, theReserved) <= theFew) {
+            theKeys.resize(theCount++);
+            theKeys.push_back(aKey);
+            return true;
+        }
+        Grow(std::max(theCount + 1, theReserved) * 4);
+        theSlotsValid = false;
     }
     if (!theSlotsValid) FillSlots();
     // Room that was reserved is made by the first key; items without a key need none.
@@ -117,7 +132,7 @@ void KeyIndex::Forget(qsizetype aPosition) {
     if (static_cast<std::size_t>(aPosition) >= theKeys.size()) return;
     QString &key = theKeys[static_cast<std::size_t>(aPosition)];
     if (key.isEmpty()) return;
-    if (theSlotsValid) {
+    if (theSlotsValid && !theSlots.empty()) {
         const std::size_t mask = theSlots.size() - 1;
         std::size_t hole = HashOf(key) & mask;
         while (theSlots[hole].Position != static_cast<quint32>(aPosition + 1))
