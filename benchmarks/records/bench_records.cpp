@@ -1,135 +1,174 @@
-// What the record classes cost over the database itself: beside plain queries that take the same
-// columns into plain structs.
+// What the records of an office cost beside SQLite's C API, which takes the same columns into plain
+// structs.
 #include <cstdio>
-#include <vector>
 
-#include <QCoreApplication>
-#include <QSqlDatabase>
-#include <QSqlQuery>
+#include <QApplication>
+#include <QCollator>
+#include <QDate>
 #include <QTemporaryDir>
 
 #include <Vk_DocQuery/ClassRegistry.h>
 #include <Vk_DocQuery/Failure.h>
 #include <Vk_DocQuery/Providers.h>
+#include <Vk_DocQuery/VkDocQueryData.h>
 #include <Vk_Records/Database.h>
 
+#include "browser/TemplateQuerierForm.h"
 #include "Figure.h"
 #include "LargeOffice.h"
+#include "Plain.h"
+#include "QueryFile.h"
+#include "RussianOrder.h"
 
 namespace {
 
 using namespace Vk_DocQuery;
+using VkBench::PlainOffice;
 
-constexpr int thePersons = 100000;
+constexpr int theRecords = 100000;
 constexpr int theLoads = 10000;
+constexpr int thePickersDays = 1461;
+constexpr int theBrowsersDays = 1827;
 
-struct PlainPerson {
-    qint64 ID = 0;
-    int Kind = 0;
-    QString Inn;
-    QString Kpp;
-    QString Name;
-    QString OwnerName;
-    bool IsMain = false;
-    qint64 ParentID = 0;
-};
-
-PlainPerson PlainPersonOf(const QSqlQuery &aRow, int aFirst) {
-    return {aRow.value(aFirst).toLongLong(),     aRow.value(aFirst + 1).toInt(),
-            aRow.value(aFirst + 2).toString(),   aRow.value(aFirst + 3).toString(),
-            aRow.value(aFirst + 4).toString(),   aRow.value(aFirst + 5).toString(),
-            aRow.value(aFirst + 6).toInt() != 0, aRow.value(aFirst + 7).toLongLong()};
+void Check(std::size_t aCount, std::size_t aLeast = theRecords) {
+    if (aCount < aLeast) qFatal("%zu records are not all", aCount);
+}
+void Check(const std::shared_ptr<RecordCollection> &aRecords) {
+    Check(static_cast<std::size_t>(aRecords->Count()));
 }
 
-const QString theColumns = QStringLiteral(
-    "%1.id, %1.kind, %1.inn, %1.kpp, %1.display_name, %1.owner_name, %1.is_main, %1.parent_id");
-
-std::vector<PlainPerson> PlainPersons(const QSqlDatabase &aDatabase) {
-    QSqlQuery query(aDatabase);
-    query.setForwardOnly(true);
-    query.exec(QStringLiteral("SELECT %1 FROM person p ORDER BY p.display_name, p.id")
-                   .arg(theColumns.arg(QChar(u'p'))));
-    std::vector<PlainPerson> persons;
-    while (query.next()) persons.push_back(PlainPersonOf(query, 0));
-    return persons;
+template <class Provider>
+std::shared_ptr<Provider> Made(const char16_t *aName) {
+    return std::dynamic_pointer_cast<Provider>(ClassRegistry::Create(QString::fromUtf16(aName)));
 }
 
-/// The identity that is loaded in round i: all over the table.
-qint64 IdentityAt(int i) {
-    return static_cast<qint64>(i) * 7919 % thePersons + 1;
+QString DayBefore(int aDays) {
+    return QDate::currentDate().addDays(-aDays).toString(Qt::ISODate);
 }
 
-std::vector<PlainPerson> PlainLoads(const QSqlDatabase &aDatabase) {
-    QSqlQuery query(aDatabase);
-    query.setForwardOnly(true);
-    query.prepare(
-        QStringLiteral(
-            "SELECT %1, %2 FROM person p LEFT JOIN person q ON q.id = p.parent_id WHERE p.id = ?")
-            .arg(theColumns.arg(QChar(u'p')), theColumns.arg(QChar(u'q'))));
-    std::vector<PlainPerson> persons;
-    for (int i = 0; i < theLoads; ++i) {
-        query.bindValue(0, IdentityAt(i));
-        query.exec();
-        if (!query.next()) continue;
-        persons.push_back(PlainPersonOf(query, 0));
-        if (persons.back().ParentID != 0) persons.push_back(PlainPersonOf(query, 8));
-    }
-    return persons;
+void Measure(const QString &aName, const QString &aPeer, double aBar,
+             const std::function<void()> &aOurs, const std::function<void()> &aTheirs) {
+    VkBench::Measure(
+        {QStringLiteral("records: ") + aName, aPeer, aBar, 9, aOurs, aTheirs, nullptr, nullptr});
 }
 
-void Check(qsizetype aCount) {
-    if (aCount < theLoads) qFatal("the records were not read");
+void MeasureLists(const PlainOffice &aPlain) {
+    constexpr double bar = 1.35;
+    const QString peer = QStringLiteral("SQLite's C API into structs in the same order");
+    const auto persons = Made<PersonQueries>(u"Vk_DBProvider.PersonQueries");
+    const auto streams = Made<DBQAccStream>(u"Vk_DBProvider.DBQAccStream");
+    const auto forms = Made<BlankQueries>(u"Vk_DBProvider.BlankQueries");
+    const QDate from = QDate::currentDate().addDays(-thePickersDays);
+    Measure(
+        QStringLiteral("GetPersons, 100000 persons"), peer, bar,
+        [&] { Check(persons->GetPersons(QString(), 0)); },
+        [&] { Check(aPlain.Persons(true).size()); });
+    Measure(
+        QStringLiteral("GetAccStreams, 100000 streams"), peer, bar,
+        [&] { Check(streams->GetAccStreams(QString(), 0)); },
+        [&] { Check(aPlain.Streams().Owners.size()); });
+    Measure(
+        QStringLiteral("GetTemplates, 100000 forms"), peer, bar,
+        [&] { Check(forms->GetTemplates(from, Null(), true)); },
+        [&] { Check(aPlain.Forms(DayBefore(thePickersDays)).size()); });
+    Measure(
+        QStringLiteral("GetTemplates, versions of 100000 forms"), peer, bar,
+        [&] { Check(forms->GetTemplates(from, Null(), false)); },
+        [&] { Check(aPlain.Versions(DayBefore(thePickersDays)).size()); });
 }
 
-void MeasureAll(const QSqlDatabase &aDatabase) {
-    const auto queries = std::dynamic_pointer_cast<PersonQueries>(
-        ClassRegistry::Create(QStringLiteral("Vk_DBProvider.PersonQueries")));
-    VkBench::Figure persons;
-    persons.Name = QStringLiteral("records: GetPersons, 100000 persons");
-    persons.PeerName = QStringLiteral("forward-only QSqlQuery into structs");
-    persons.Bar = 1.3;
-    persons.Ours = [&] { Check(queries->GetPersons(QString(), 0)->Count()); };
-    persons.Peer = [&] { Check(static_cast<qsizetype>(PlainPersons(aDatabase).size())); };
-    VkBench::Measure(persons);
-
-    VkBench::Figure loads;
-    loads.Name = QStringLiteral("records: 10000 SetID of persons");
-    loads.PeerName = QStringLiteral("prepared QSqlQuery into structs");
-    loads.Bar = 1.3;
-    loads.Ours = [] {
-        std::vector<std::shared_ptr<Object>> records;
-        for (int i = 0; i < theLoads; ++i) {
-            records.push_back(ClassRegistry::Create(QStringLiteral("Vk_Records.VkPerson")));
-            static_cast<Record &>(*records.back()).SetID(static_cast<double>(IdentityAt(i)));
-        }
-        Check(static_cast<qsizetype>(records.size()));
+/// What the order costs by itself, beside a collator of Qt's, and beside reading what is put in
+/// order.
+void MeasureOrder(const PlainOffice &aPlain) {
+    const auto persons =
+        Made<PersonQueries>(u"Vk_DBProvider.PersonQueries")->GetPersons(QString(), 0);
+    std::vector<std::shared_ptr<Record>> shuffled;
+    for (qsizetype i = 0; i < persons->Count(); ++i)
+        shuffled.push_back(persons->At(i * 7919 % persons->Count()));
+    std::vector<QString> names;
+    for (const auto &record : shuffled) names.push_back(record->GetDisplayName());
+    const auto order = [&] {
+        Vk_Records::InRussianOrder ordered;
+        for (std::size_t i = 0; i < names.size(); ++i) ordered.Take(names[i], shuffled[i]);
+        Check(ordered.Ordered());
     };
-    loads.Peer = [&] { Check(static_cast<qsizetype>(PlainLoads(aDatabase).size())); };
-    VkBench::Measure(loads);
+    Measure(QStringLiteral("the Russian order of 100000 names"),
+            QStringLiteral("sort keys of QCollator"), 1.0, order, [&] {
+                const QCollator collator(QLocale(QLocale::Russian, QLocale::Russia));
+                std::vector<QCollatorSortKey> keys;
+                keys.reserve(names.size());
+                for (const QString &name : names) keys.push_back(collator.sortKey(name));
+                std::sort(keys.begin(), keys.end());
+                Check(keys.size());
+            });
+    Measure(QStringLiteral("the Russian order of 100000 persons"),
+            QStringLiteral("reading them by the C API without an order"), 1.0, order,
+            [&] { Check(aPlain.Persons(false).size()); });
+}
+
+void MeasureLoads(const PlainOffice &aPlain) {
+    std::vector<qint64> ids;  // all over the table
+    for (qint64 i = 0; i < theLoads; ++i) ids.push_back(i * 7919 % theRecords + 1);
+    Measure(
+        QStringLiteral("10000 SetID of persons"),
+        QStringLiteral("one prepared statement of the C API into structs"), 1.6,
+        [&] {
+            std::vector<std::shared_ptr<Object>> records;
+            for (const qint64 id : ids) {
+                records.push_back(ClassRegistry::Create(QStringLiteral("Vk_Records.VkPerson")));
+                static_cast<Record &>(*records.back()).SetID(static_cast<double>(id));
+            }
+            Check(records.size(), theLoads);
+        },
+        [&] { Check(aPlain.OneByOne(ids).size(), theLoads); });
+}
+
+void MeasureRoads(const PlainOffice &aPlain, const QString &aFolder) {
+    constexpr double bar = 1.6;
+    const QByteArray ids = '[' + VkBench::ScatteredIDs(theRecords) + ']';
+    const QString path = VkBench::WriteQueryFile(aFolder, theRecords);
+    Measure(
+        QStringLiteral("read a query file of 100000 streams"),
+        QStringLiteral("the same by one joined SELECT into structs"), bar,
+        [&] {
+            VkDocQueryData query;
+            if (!query.ReadFromXmlFile(path)) qFatal("not read");
+            Check(query.AccStreamsList);
+        },
+        [&] { Check(aPlain.StreamsOf(ids).size()); });
+    Measure(
+        QStringLiteral("open the browser with 100000 forms"),
+        QStringLiteral("the same by one joined SELECT into structs"), bar,
+        [&] {
+            TemplateQuerierForm form;
+            form.Prepare();
+            form.show();
+            QApplication::sendPostedEvents();
+            QApplication::processEvents();
+        },
+        [&] { Check(aPlain.FormsWithNames(DayBefore(theBrowsersDays)).size()); });
 }
 
 }  // namespace
 
 int main(int aCount, char **aArguments) try {
-    QCoreApplication application(aCount, aArguments);
+    QApplication application(aCount, aArguments);
     if (aCount > 1) VkBench::SetFilter(QString::fromLocal8Bit(aArguments[1]));
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("office.db"));
-    Vk_Records::MakeLargeOffice(QStringLiteral("sqlite:") + path, {thePersons, 0, 0});
+    Vk_Records::MakeLargeOffice(QStringLiteral("sqlite:") + path,
+                                {theRecords, theRecords, theRecords});
     Vk_Records::OpenDatabase(QStringLiteral("sqlite:") + path);
     {
-        QSqlDatabase peer =
-            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("peer"));
-        peer.setDatabaseName(path);
-        if (!peer.open()) return 1;
-        // As much memory for pages of the file as the records take.
-        if (!QSqlQuery(peer).exec(QStringLiteral("PRAGMA cache_size = -65536"))) return 1;
-        MeasureAll(peer);
+        const PlainOffice plain(path);
+        MeasureLists(plain);
+        MeasureOrder(plain);
+        MeasureLoads(plain);
+        MeasureRoads(plain, folder.path());
     }
-    QSqlDatabase::removeDatabase(QStringLiteral("peer"));
     Vk_Records::CloseDatabase();
     return 0;
-} catch (const Vk_DocQuery::Failure &failure) {
+} catch (const Failure &failure) {
     std::fprintf(stderr, "%s\n", failure.what());
     return 1;
 }
