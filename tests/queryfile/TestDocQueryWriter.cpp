@@ -345,6 +345,7 @@ private slots:
         QTest::newRow("beyond 32 bits") << 99999999999.0 << QStringLiteral("99999999999");
         QTest::newRow("fraction") << 1.5 << QStringLiteral("1.5");
         QTest::newRow("exponent") << 1e15 << QStringLiteral("1E+15");
+        QTest::newRow("negative exponent") << -1e15 << QStringLiteral("-1E+15");
         QTest::newRow("last plain") << 999999999999999.0 << QStringLiteral("999999999999999");
     }
     void Identities() {
