@@ -153,6 +153,9 @@ public:
         Calendar->setHorizontalHeaderFormat(QCalendarWidget::ShortDayNames);
         Calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
         Calendar->setDateRange(aBox.theEarliest, aBox.theLatest);
+        // Dates are typed in the box. The calendar would take digits in a form of its own, even with
+        // Alt, and keep them to the end of the program when it is closed in the middle.
+        Calendar->setDateEditEnabled(false);
         layout->addWidget(Calendar);
         auto *buttons = new QHBoxLayout;
         layout->addLayout(buttons);

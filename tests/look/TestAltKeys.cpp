@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
@@ -220,6 +221,7 @@ private slots:
         QTest::keyClick(window.focusWidget(), Qt::Key_F4);
         QWidget *popup = QApplication::activePopupWidget();
         QVERIFY(popup);
+        const auto labels = popup->findChildren<QLabel *>().size();
         const auto press = [&](QChar aKey) {
             QWidget *focus = popup->focusWidget() ? popup->focusWidget() : popup;
             QTest::sendKeyEvent(QTest::Click, focus, Qt::Key(aKey.unicode()),
@@ -231,6 +233,8 @@ private slots:
             QCOMPARE(QApplication::activePopupWidget(), popup);
             QCOMPARE(text(), before);
             QCOMPARE(bar->currentIndex(), tab);
+            // A calendar would put a date to be typed over its days.
+            QCOMPARE(popup->findChildren<QLabel *>().size(), labels);
         }
         // In the calendar this one is "Очистить"; in the dialog it would be "Отмена".
         press(u'О');
