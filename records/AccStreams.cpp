@@ -27,23 +27,25 @@ constexpr ManySql theManyStreamsSql = {VK_STREAMS_BY_ID VK_IS_ONE_OF_A_FILE,
 
 /// The streams with these identities, those that are there.
 NotedByID<AccStreamColumns> StreamsOf(Connection &aConnection, const std::vector<double> &aIDs) {
-    SharedPersons persons;
+    SharedPersons persons(aIDs.size());
+    QString icon;
     return ReadMany<AccStreamColumns>(
         aConnection, theManyStreamsSql, aIDs, [&](const Row &row, AccStreamColumns &rColumns) {
-            rColumns.Read(row);
+            rColumns.Read(row, icon);
+            icon = rColumns.theIcon;
             rColumns.thePerson = persons.At(row, AccStreamColumns::theCount);
         });
 }
 
 }  // namespace
 
-void AccStreamColumns::Read(const Row &aRow) {
+void AccStreamColumns::Read(const Row &aRow, const QString &aLikelyIcon) {
     theID = aRow.Integer(0);
     thePersonID = aRow.Integer(1);
     theName = aRow.Text(2);
     theKpp = aRow.Text(3);
     theOffices = aRow.Text(4);
-    theIcon = aRow.Text(5);
+    theIcon = aRow.Text(5, aLikelyIcon);
 }
 
 void AccStreamRecord::SetID(double aID) {
@@ -56,9 +58,11 @@ void AccStreamRecord::SetID(double aID) {
 
 std::shared_ptr<Vk_DocQuery::RecordCollection> AllAccStreams(Connection &aConnection) {
     std::vector<std::shared_ptr<AccStreamRecord>> streams;
+    QString icon;
     aConnection.Read(theAllStreamsSql, {}, [&](const Row &row) {
         streams.push_back(std::make_shared<AccStreamRecord>());
-        streams.back()->Read(row);
+        streams.back()->Read(row, icon);
+        icon = streams.back()->theIcon;
     });
     const PersonLoad owners = Owners(aConnection);
     std::vector<double> strays;

@@ -50,7 +50,7 @@ void PersonColumns::Read(const Row &aRow, int aFirst) {
     theInn = aRow.Text(aFirst + 2);
     theKpp = aRow.Text(aFirst + 3);
     theName = aRow.Text(aFirst + 4);
-    theOwnerName = aRow.Text(aFirst + 5);
+    theOwnerName = aRow.Text(aFirst + 5, theName);
     theIsMain = aRow.Integer(aFirst + 6) != 0;
     theParentID = aRow.Integer(aFirst + 7);
 }

@@ -75,6 +75,11 @@ private:
 /// Persons that come in any order, with their organisations behind them; each has one record.
 class SharedPersons {
 public:
+    SharedPersons() = default;
+    /// For about so many persons.
+    explicit SharedPersons(std::size_t aCount) {
+        thePersons.reserve(static_cast<qsizetype>(aCount));
+    }
     /// The person whose columns begin there.
     std::shared_ptr<PersonRecord> At(const Row &aRow, int aFirst);
 

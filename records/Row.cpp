@@ -3,6 +3,7 @@
 #include <limits>
 #include <sqlite3.h>
 
+#include <QAnyStringView>
 #include <QSqlQuery>
 #include <QVariant>
 
@@ -53,6 +54,16 @@ qint64 Row::Integer(int aColumn) const {
 QString Row::Text(int aColumn) const {
     if (theStatement) return QString::fromUtf8(Utf8(theStatement, aColumn));
     return theQuery->value(aColumn).toString();
+}
+
+QString Row::Text(int aColumn, const QString &aLikely) const {
+    if (!theStatement) {
+        const QString text = Text(aColumn);
+        return text == aLikely ? aLikely : text;
+    }
+    const QByteArrayView utf8 = Utf8(theStatement, aColumn);
+    return QAnyStringView::equal(QUtf8StringView(utf8), aLikely) ? aLikely
+                                                                 : QString::fromUtf8(utf8);
 }
 
 QDate Row::Date(int aColumn) const {

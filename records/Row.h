@@ -20,6 +20,9 @@ public:
     qint64 Integer(int aColumn) const;
     /// Empty for NULL.
     QString Text(int aColumn) const;
+    /// The same, which shares its memory with aLikely where the two are equal: of what often is the
+    /// same, only one is kept.
+    QString Text(int aColumn, const QString &aLikely) const;
     /// Invalid for NULL.
     QDate Date(int aColumn) const;
     Vk_DocQuery::LooseValue Value(int aColumn) const;
