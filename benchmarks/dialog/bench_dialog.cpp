@@ -47,7 +47,9 @@ public:
 
     bool eventFilter(QObject *aObject, QEvent *aEvent) override {
         if (aEvent->type() != QEvent::Paint || theSeen) return false;
-        auto *dialog = qobject_cast<QDialog *>(aObject);
+        // The dialog itself is not painted where what lies in it covers it.
+        auto *painted = qobject_cast<QWidget *>(aObject);
+        auto *dialog = painted ? qobject_cast<QDialog *>(painted->window()) : nullptr;
         if (!dialog) return false;
         theSeen = true;
         // All of the dialog is painted in this turn of the event loop.
@@ -156,12 +158,15 @@ void Describe(const QWidget &aWidget, int aParent, std::vector<WidgetFacts> &rFa
 /// Looks at the widgets of our dialog once, when it is up.
 std::vector<WidgetFacts> DescribeOurs() {
     std::vector<WidgetFacts> facts;
-    QTimer::singleShot(0, qApp, [&] {
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, [&] {
         QWidget *dialog = QApplication::activeModalWidget();
-        if (!dialog) return;
+        if (!dialog) return;  // events are also handled before it is up
+        look.stop();
         Describe(*dialog, -1, facts);
         dialog->hide();
     });
+    look.start();
     DocQueryEditor editor;
     editor.Execute();
     return facts;
