@@ -67,14 +67,13 @@ private:
 struct Place {
     QByteArray Folder;
     QByteArray Name;
-    bool IsThere;  // at the moment when it was looked for
     QByteArray Path() const { return Folder + '/' + Name; }
 };
 
-Place Split(const QByteArray &aPath, bool aIsThere) {
+Place Split(const QByteArray &aPath) {
     const qsizetype slash = aPath.lastIndexOf('/');
-    if (slash < 0) return {".", aPath, aIsThere};
-    return {slash == 0 ? QByteArray("/") : aPath.left(slash), aPath.mid(slash + 1), aIsThere};
+    if (slash < 0) return {".", aPath};
+    return {slash == 0 ? QByteArray("/") : aPath.left(slash), aPath.mid(slash + 1)};
 }
 
 /// The path without links, as the file system finds it; empty, with errno, where there is nothing.
@@ -125,12 +124,12 @@ Place PlaceOf(const QString &aFileName) {
     QByteArray path = QFile::encodeName(aFileName);
     for (int link = 0; link < theMostLinks; ++link) {
         const QByteArray real = RealPath(path);
-        if (!real.isEmpty()) return Split(real, true);
+        if (!real.isEmpty()) return Split(real);
         const int code = errno;
-        const Place named = Split(path, false);
+        const Place named = Split(path);
         const QByteArray folder = named.Name.isEmpty() ? QByteArray() : RealPath(named.Folder);
         if (folder.isEmpty()) RaiseNoFolder(named.Folder, errno);
-        const Place place{folder, named.Name, false};
+        const Place place{folder, named.Name};
         const QByteArray target = code == ELOOP ? QByteArray() : LinkTarget(place.Path());
         if (target.isEmpty() && code != ENOENT) RaiseNoFolder(folder, code);
         if (target.isEmpty()) return place;
@@ -139,13 +138,19 @@ Place PlaceOf(const QString &aFileName) {
     RaiseCircle();
 }
 
-/// The file that is to be replaced; none where there is none. Raises a failure for what cannot be
-/// replaced.
+bool IsGone(const QByteArray &aPath) {
+    struct stat stat {};
+    return lstat(aPath.constData(), &stat) != 0 && errno == ENOENT;
+}
+
+/// The file that is to be replaced; none where there is none, or not any more: another save may
+/// take its own back. Whether one has come is asked again before anything is replaced. Raises a
+/// failure for what cannot be replaced.
 std::optional<FileRights> OldFile(const Place &aPlace) {
     const QByteArray path = aPlace.Path();
     struct stat stat {};
     if (lstat(path.constData(), &stat) != 0) {
-        if (errno == ENOENT && !aPlace.IsThere) return std::nullopt;
+        if (errno == ENOENT) return std::nullopt;
         RaiseSystem(QStringLiteral("Свойства файла не удалось узнать"), errno);
     }
     if (S_ISDIR(stat.st_mode))
@@ -156,11 +161,17 @@ std::optional<FileRights> OldFile(const Place &aPlace) {
             QStringLiteral("По этому пути находится не обычный файл, а канал или устройство."));
     }
     if (access(path.constData(), W_OK) != 0) {
+        if (errno == ENOENT) return std::nullopt;
         if (errno == EACCES || errno == EPERM)
             RaiseFiles(PermissionDenied, QStringLiteral("Файл доступен только для чтения."));
         RaiseSystem(theNotWritten, errno);
     }
-    return RightsOf(path, stat);
+    try {
+        return RightsOf(path, stat);
+    } catch (const Failure &) {
+        if (IsGone(path)) return std::nullopt;
+        throw;
+    }
 }
 
 /// A folder, for calls that take names in it.
@@ -540,13 +551,12 @@ bool HasReplaced(const Folder &aFolder, const Place &aPlace, const std::optional
 }  // namespace
 
 void ReplaceFile(const QString &aFileName, const QByteArray &aBytes) {
-    Place place = PlaceOf(aFileName);
+    const Place place = PlaceOf(aFileName);
     std::optional<FileRights> old = OldFile(place);
     const Folder folder(place.Folder);
     ClearLeftovers(folder, place.Name);
     for (int attempt = 0; attempt < theMostSaves; ++attempt) {
         if (HasReplaced(folder, place, old, aBytes)) return;
-        place.IsThere = false;  // it comes and goes
         old = OldFile(place);
     }
     RaiseSystem(theNotReplaced, EBUSY);

@@ -437,6 +437,48 @@ private slots:
             QCOMPARE(QFile::permissions(theName) & 0x0077, QFileDevice::Permissions());
     }
 
+    /// A file that another save takes back, at whichever call.
+    void FileThatGoes_data() {
+        QTest::addColumn<int>("way");
+        QTest::newRow("unnamed") << int(Unnamed);
+        QTest::newRow("named") << int(Named);
+        QTest::newRow("without exchange") << int(WithoutExchange);
+    }
+    void FileThatGoes() {
+        MakeFolder(FolderInMemory());
+        QFETCH(int, way);
+        int early = 0;
+        for (int number = 1; number < 200; ++number) {
+            MakeOld();
+            int calls = 0;
+            bool isRenamed = false;
+            bool isEarly = false;
+            QString raised;
+            const bool answered = WithCalls(
+                theFileCalls,
+                [&](const Call &aCall) {
+                    const int code = AnswerOf(Way(way), aCall);
+                    if (++calls == number) {
+                        isEarly = !isRenamed;
+                        QFile::remove(theName);
+                    }
+                    isRenamed = isRenamed || (code == 0 && (aCall.Number == SYS_renameat2 ||
+                                                            aCall.Number == SYS_renameat));
+                    return code;
+                },
+                [&] { raised = Saved(theName); });
+            if (!answered) QSKIP("calls of the system cannot be answered here");
+            if (calls < number) break;
+            QVERIFY2(raised.isEmpty(),
+                     QStringLiteral("call %1: %2").arg(number).arg(raised).toUtf8());
+            if (!isEarly) continue;
+            ++early;
+            QCOMPARE(Bytes(), QByteArray(theNew));
+            QCOMPARE(Files(), QStringList{QStringLiteral("a.qvk")});
+        }
+        QVERIFY(early >= 10);
+    }
+
     /// Each call of a save fails once, with each of some errors.
     void EveryCallThatFails_data() {
         QTest::addColumn<int>("way");
