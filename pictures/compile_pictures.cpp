@@ -283,7 +283,7 @@ QByteArray SourceText(Parts &aParts) {
                 ", " + name + ", " + name + "Sharp},\n";
     }
     return "// Made by vk_compile_pictures.\n// NOLINTBEGIN\n"
-           "#include \"controls/CompiledPictures.h\"\n\nnamespace Vk_DocQuery {\nnamespace {\n\n" +
+           "#include \"look/CompiledPictures.h\"\n\nnamespace Vk_DocQuery {\nnamespace {\n\n" +
            arrays + "constexpr CompiledPicture thePictures[] = {\n" + rows +
            "};\n\n}  // namespace\n\n"
            "std::span<const CompiledPicture> CompiledPictures() { return thePictures; }\n\n"

@@ -10,8 +10,8 @@
 #include <QImage>
 #include <QPainter>
 
-#include "controls/CompiledPictures.h"
-#include "controls/Pictures.h"
+#include "look/CompiledPictures.h"
+#include "look/Pictures.h"
 
 using namespace Vk_DocQuery;
 

@@ -52,7 +52,7 @@ RULES = [  # pattern, replacement; tried at each place outside of comments and t
      r"switch|do|try|QString |[A-Z]\w* \w+[;({])([\w:>.\-]+\(.*\);)$", r"\1;  // \2"),
 ]
 
-WINDOWS = ("panel", "dialog", "picker", "browser")
+WINDOWS = ("windows", "lists", "controls", "panel", "dialog", "picker", "browser")
 
 Mutant = collections.namedtuple("Mutant", "path text line start end old new")
 TestClass = collections.namedtuple("TestClass", "program name environment")

@@ -16,11 +16,11 @@
 
 #include "browser/TemplateQuerierForm.h"
 #include "browser/TextPane.h"
-#include "controls/ListView.h"
 #include "Figure.h"
 #include "foundation/mVkCommonCalc.h"
 #include "foundation/mVkDBProvider.h"
 #include "LargeOffice.h"
+#include "lists/ListView.h"
 
 using namespace Vk_DocQuery;
 

@@ -7,8 +7,8 @@
 #include <QApplication>
 #include <QTreeWidget>
 
-#include "controls/ListView.h"
 #include "Figure.h"
+#include "lists/ListView.h"
 
 using Vk_DocQuery::ListRow;
 using Vk_DocQuery::ListView;

@@ -4,8 +4,8 @@
 
 #include <Vk_DocQuery/Records.h>
 
-#include "controls/Fonts.h"
-#include "controls/Pictures.h"
+#include "look/Fonts.h"
+#include "look/Pictures.h"
 
 namespace VkBench {
 

@@ -17,11 +17,11 @@
 #include <Vk_DocQuery/Providers.h>
 #include <Vk_Records/Database.h>
 
-#include "controls/ListView.h"
-#include "controls/SearchTexts.h"
 #include "Figure.h"
 #include "foundation/mVkDBProvider.h"
 #include "LargeOffice.h"
+#include "lists/ListView.h"
+#include "lists/SearchTexts.h"
 #include "panel/VkDocQueryCriteries.h"
 #include "PeerTree.h"
 #include "picker/SelectObjectsForm.h"

@@ -9,7 +9,7 @@
 #include "browser/IntCategoryCluster.h"
 #include "browser/IntTemplateClass.h"
 #include "browser/TimeTable.h"
-#include "controls/SearchTexts.h"
+#include "lists/SearchTexts.h"
 
 class QLineEdit;
 class QPushButton;

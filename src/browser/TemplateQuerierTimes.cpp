@@ -3,11 +3,11 @@
 #include <array>
 
 #include "browser/TemplateQuerierForm.h"
-#include "controls/ListView.h"
 #include "foundation/Clock.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkCommonCalc.h"
-#include "foundation/mVkPics.h"
+#include "lists/ListView.h"
+#include "look/mVkPics.h"
 
 namespace Vk_DocQuery {
 

@@ -4,9 +4,9 @@
 
 #include <QTextCursor>
 
-#include "controls/TouchScrolling.h"
-#include "controls/WheelLatch.h"
-#include "foundation/Colours.h"
+#include "look/Colours.h"
+#include "windows/TouchScrolling.h"
+#include "windows/WheelLatch.h"
 
 namespace Vk_DocQuery {
 

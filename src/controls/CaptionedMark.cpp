@@ -5,7 +5,7 @@
 #include <QStylePainter>
 #include <QTextLayout>
 
-#include "foundation/Colours.h"
+#include "look/Colours.h"
 
 namespace Vk_DocQuery {
 

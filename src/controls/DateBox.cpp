@@ -23,9 +23,10 @@
 #include "controls/AltKeys.h"
 #include "controls/TextBox.h"
 #include "foundation/Clock.h"
-#include "foundation/Colours.h"
-#include "foundation/mErrorHandling.h"
-#include "foundation/mVkGraphLight.h"
+#include "look/Colours.h"
+#include "windows/Boxes.h"
+#include "windows/ErrorReport.h"
+#include "windows/mVkGraphLight.h"
 
 namespace Vk_DocQuery {
 
@@ -153,8 +154,8 @@ public:
         Calendar->setHorizontalHeaderFormat(QCalendarWidget::ShortDayNames);
         Calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
         Calendar->setDateRange(aBox.theEarliest, aBox.theLatest);
-        // Dates are typed in the box. The calendar would take digits in a form of its own, even with
-        // Alt, and keep them to the end of the program when it is closed in the middle.
+        // Dates are typed in the box. The calendar would take digits in a form of its own, even
+        // with Alt, and keep them to the end of the program when it is closed in the middle.
         Calendar->setDateEditEnabled(false);
         layout->addWidget(Calendar);
         auto *buttons = new QHBoxLayout;

@@ -5,7 +5,7 @@
 
 #include "controls/TextBox.h"
 #include "foundation/mErrorHandling.h"
-#include "foundation/mVkGraphLight.h"
+#include "windows/mVkGraphLight.h"
 
 namespace Vk_DocQuery {
 

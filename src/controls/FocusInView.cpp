@@ -5,8 +5,8 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
-#include "controls/ListView.h"
-#include "foundation/mVkGraphLight.h"
+#include "lists/ListView.h"
+#include "windows/mVkGraphLight.h"
 
 namespace Vk_DocQuery {
 

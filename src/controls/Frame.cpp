@@ -3,8 +3,8 @@
 #include <QAccessibleWidget>
 #include <QPainter>
 
-#include "foundation/Colours.h"
-#include "foundation/mVkGraphLight.h"
+#include "look/Colours.h"
+#include "windows/mVkGraphLight.h"
 
 namespace Vk_DocQuery {
 

@@ -6,9 +6,9 @@
 #include <QFileInfo>
 #include <QUrl>
 
-#include "controls/Pictures.h"
-#include "foundation/mErrorHandling.h"
-#include "foundation/mVkGraphLight.h"
+#include "look/Pictures.h"
+#include "windows/Boxes.h"
+#include "windows/ErrorReport.h"
 
 namespace Vk_DocQuery {
 

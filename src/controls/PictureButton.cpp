@@ -4,7 +4,7 @@
 #include <QStylePainter>
 
 #include "controls/DateBox.h"
-#include "controls/Pictures.h"
+#include "look/Pictures.h"
 
 namespace Vk_DocQuery {
 

@@ -1,8 +1,8 @@
 #include "controls/ScrollBox.h"
 
-#include "controls/TouchScrolling.h"
-#include "controls/WheelLatch.h"
-#include "foundation/Colours.h"
+#include "look/Colours.h"
+#include "windows/TouchScrolling.h"
+#include "windows/WheelLatch.h"
 
 namespace Vk_DocQuery {
 

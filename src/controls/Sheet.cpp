@@ -2,8 +2,8 @@
 
 #include <QEvent>
 
-#include "controls/TouchScrolling.h"
-#include "controls/WheelLatch.h"
+#include "windows/TouchScrolling.h"
+#include "windows/WheelLatch.h"
 
 namespace Vk_DocQuery {
 

@@ -9,8 +9,8 @@
 
 #include <Vk_DocQuery/Failure.h>
 
-#include "foundation/Colours.h"
-#include "foundation/mVkGraphLight.h"
+#include "look/Colours.h"
+#include "windows/mVkGraphLight.h"
 
 namespace Vk_DocQuery {
 

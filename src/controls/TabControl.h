@@ -5,7 +5,7 @@
 
 #include <QWidget>
 
-#include "controls/ImageList.h"
+#include "look/ImageList.h"
 
 class QTabBar;
 

@@ -1,8 +1,8 @@
 #include "dialog/AskFileAndLoadDocQuery.h"
 
 #include "foundation/mErrorHandling.h"
-#include "foundation/mFileOpenSaveDialog.h"
-#include "foundation/mVkGraphLight.h"
+#include "windows/Boxes.h"
+#include "windows/mFileOpenSaveDialog.h"
 
 namespace Vk_DocQuery {
 

@@ -71,10 +71,6 @@ ClassRegistry::Factory UsedFactoryOf(const QString &aClass) {
 
 }  // namespace
 
-Object::~Object() = default;
-VkErrorHandler::~VkErrorHandler() = default;
-SplashWindow::~SplashWindow() = default;
-
 Takeover ClassRegistry::Register(const QString &aClass, Factory aFactory) {
     Classes &classes = TheClasses();
     const QString name = aClass.toCaseFolded();

@@ -65,10 +65,6 @@ QString TextOfDate(QDate aDate) {
 
 }  // namespace
 
-void RaiseOverflow() {
-    throw Failure(ArithmeticOverflow, QString(), QStringLiteral("Переполнение."));
-}
-
 QDate ZeroDate() noexcept {
     return QDate(1899, 12, 30);
 }

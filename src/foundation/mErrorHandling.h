@@ -18,13 +18,14 @@ enum ErrorFlags : qint32 {
 [[noreturn]] void RaiseErrorUp(const char *aModule, const char *aProc,
                                const QString &aDetail = QString(), qint32 aFlags = 0);
 
-/// The tail of a procedure that the window system calls: puts the current failure before the user
-/// and returns.
-void ReportErrorToUser(const char *aModule, const char *aProc, const QString &aDetail = QString(),
-                       qint32 aFlags = 0) noexcept;
-
 /// The exception being handled, as a failure.
 Failure CurrentFailure();
+
+/// The failure that a tail with these flags treats.
+Failure FailureToTreat(qint32 aFlags);
+/// Its description with the entry of the procedure in front.
+QString DescriptionWithEntry(const QString &aModule, const QString &aProc, const QString &aDetail,
+                             const Failure &aFailure);
 
 /// Keeps a failure for a tail with UseSavedFailure, per thread.
 void SaveFailure(const Failure &aFailure);

@@ -1,12 +1,12 @@
 #include <algorithm>
 
-#include "controls/mListView.h"
-#include "foundation/mErrorHandling.h"
-#include "foundation/mVkGraphLight.h"
 #include "foundation/Present.h"
+#include "lists/mListView.h"
 #include "panel/VkDocQueryCriteries.h"
 #include "picker/ObjectTypes.h"
 #include "picker/SelectObjectsForm.h"
+#include "windows/Boxes.h"
+#include "windows/ErrorReport.h"
 
 namespace Vk_DocQuery {
 

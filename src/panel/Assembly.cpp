@@ -10,9 +10,9 @@
 #include "controls/OptionButton.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkCommonCalc.h"
-#include "foundation/mVkGraphLight.h"
 #include "panel/OptionGroups.h"
 #include "panel/VkDocQueryCriteries.h"
+#include "windows/mVkGraphLight.h"
 
 namespace Vk_DocQuery {
 

@@ -9,11 +9,11 @@
 #include "controls/NumberBox.h"
 #include "controls/OptionButton.h"
 #include "foundation/mErrorHandling.h"
-#include "foundation/mVkGraphLight.h"
 #include "foundation/RussDate.h"
 #include "panel/Draft.h"
 #include "panel/OptionGroups.h"
 #include "panel/VkDocQueryCriteries.h"
+#include "windows/mVkGraphLight.h"
 
 namespace Vk_DocQuery {
 

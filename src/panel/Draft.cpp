@@ -3,8 +3,8 @@
 #include <QLineEdit>
 #include <QScrollBar>
 
-#include "controls/ListView.h"
 #include "controls/OptionButton.h"
+#include "lists/ListView.h"
 
 namespace Vk_DocQuery {
 

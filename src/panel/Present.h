@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "controls/ListView.h"
 #include "foundation/mErrorHandling.h"
 #include "foundation/Present.h"
+#include "lists/ListView.h"
 
 namespace Vk_DocQuery {
 

@@ -5,9 +5,9 @@
 
 #include "controls/CheckBox.h"
 #include "controls/OptionButton.h"
-#include "foundation/mErrorHandling.h"
-#include "foundation/mVkGraphLight.h"
 #include "panel/VkDocQueryCriteries.h"
+#include "windows/ErrorReport.h"
+#include "windows/mVkGraphLight.h"
 
 namespace Vk_DocQuery {
 

@@ -1,9 +1,9 @@
-#include "controls/mListView.h"
 #include "controls/OptionButton.h"
-#include "controls/RecordIcons.h"
-#include "foundation/mErrorHandling.h"
+#include "lists/mListView.h"
+#include "lists/RecordIcons.h"
 #include "panel/Present.h"
 #include "panel/VkDocQueryCriteries.h"
+#include "windows/ErrorReport.h"
 
 namespace Vk_DocQuery {
 

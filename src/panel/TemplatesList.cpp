@@ -1,10 +1,10 @@
-#include "controls/mListView.h"
 #include "controls/OptionButton.h"
-#include "controls/RecordIcons.h"
-#include "foundation/mErrorHandling.h"
+#include "lists/mListView.h"
+#include "lists/RecordIcons.h"
 #include "panel/LastTemplates.h"
 #include "panel/Present.h"
 #include "panel/VkDocQueryCriteries.h"
+#include "windows/ErrorReport.h"
 
 namespace Vk_DocQuery {
 

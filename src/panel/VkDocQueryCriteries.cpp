@@ -13,19 +13,19 @@
 #include "controls/CheckBox.h"
 #include "controls/ComboBox.h"
 #include "controls/DateBox.h"
-#include "controls/Fonts.h"
 #include "controls/Frame.h"
 #include "controls/NumberBox.h"
 #include "controls/OptionButton.h"
-#include "controls/Pictures.h"
 #include "controls/ScrollBox.h"
 #include "controls/Sheet.h"
 #include "controls/TabControl.h"
 #include "controls/TextBox.h"
 #include "foundation/Clock.h"
-#include "foundation/mErrorHandling.h"
-#include "foundation/mVkGraphLight.h"
 #include "foundation/mVkRecords.h"
+#include "look/Fonts.h"
+#include "look/Pictures.h"
+#include "windows/ErrorReport.h"
+#include "windows/mVkGraphLight.h"
 
 namespace Vk_DocQuery {
 

@@ -6,7 +6,7 @@
 
 #include <Vk_DocQuery/VkDocQueryData.h>
 
-#include "controls/ListView.h"
+#include "lists/ListView.h"
 #include "panel/Elements.h"
 
 namespace Vk_DocQuery {

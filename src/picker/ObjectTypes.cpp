@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "controls/RecordIcons.h"
 #include "foundation/Clock.h"
 #include "foundation/mVkCommonCalc.h"
 #include "foundation/mVkDBProvider.h"
 #include "foundation/Present.h"
+#include "lists/RecordIcons.h"
 
 namespace Vk_DocQuery {
 

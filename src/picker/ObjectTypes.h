@@ -8,7 +8,7 @@
 #include <Vk_DocQuery/KeyedCollection.h>
 #include <Vk_DocQuery/Records.h>
 
-#include "controls/ListView.h"
+#include "lists/ListView.h"
 
 namespace Vk_DocQuery {
 

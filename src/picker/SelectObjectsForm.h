@@ -7,7 +7,7 @@
 
 #include <Vk_DocQuery/KeyedCollection.h>
 
-#include "controls/SearchTexts.h"
+#include "lists/SearchTexts.h"
 
 class QKeyEvent;
 class QPushButton;

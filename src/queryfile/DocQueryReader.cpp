@@ -2,9 +2,9 @@
 
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkDBProvider.h"
+#include "foundation/OpenNotes.h"
 #include "query/Fields.h"
 #include "queryfile/mVkXmlToolsErr.h"
-#include "queryfile/OpenNotes.h"
 #include "queryfile/StoredIdentities.h"
 
 namespace Vk_DocQuery {

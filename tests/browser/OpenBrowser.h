@@ -5,7 +5,7 @@
 
 #include "browser/TemplateQuerierForm.h"
 #include "browser/TextPane.h"
-#include "controls/ListView.h"
+#include "lists/ListView.h"
 #include "support/MemoryRecords.h"
 
 namespace VkTests {

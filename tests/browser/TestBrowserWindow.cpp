@@ -6,12 +6,12 @@
 
 #include <Vk_DocQuery/TemplateQuerier.h>
 
-#include "controls/Pictures.h"
 #include "controls/Sheet.h"
-#include "foundation/mVkGraphLight.h"
+#include "look/Pictures.h"
 #include "OpenBrowser.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"
+#include "windows/mVkGraphLight.h"
 
 using namespace Vk_DocQuery;
 using namespace VkTests;

@@ -6,10 +6,10 @@
 #include <QTest>
 
 #include "controls/FilterBox.h"
-#include "controls/ListView.h"
-#include "foundation/mVkGraphLight.h"
+#include "lists/ListView.h"
 #include "support/Keys.h"
 #include "support/TestMain.h"
+#include "windows/mVkGraphLight.h"
 
 using namespace Vk_DocQuery;
 using VkTests::TypeText;

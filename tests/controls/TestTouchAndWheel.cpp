@@ -12,11 +12,11 @@
 #include "controls/CheckBox.h"
 #include "controls/ComboBox.h"
 #include "controls/DateBox.h"
-#include "controls/ListView.h"
 #include "controls/NumberBox.h"
 #include "controls/ScrollBox.h"
 #include "controls/Sheet.h"
 #include "controls/TabControl.h"
+#include "lists/ListView.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;

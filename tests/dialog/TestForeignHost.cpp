@@ -12,10 +12,10 @@
 #include <Vk_DocQuery/HostServices.h>
 #include <Vk_DocQuery/TemplateQuerier.h>
 
-#include "foundation/mVkGraphLight.h"
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"
+#include "windows/Boxes.h"
 
 using namespace Vk_DocQuery;
 using namespace VkTests;

@@ -15,7 +15,7 @@
 #include <Vk_DocQuery/TemplateQuerier.h>
 
 #include "controls/DateBox.h"
-#include "controls/ListView.h"
+#include "lists/ListView.h"
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"

@@ -17,8 +17,8 @@
 #include <Vk_DocQuery/Failure.h>
 
 #include "controls/DateBox.h"
-#include "controls/Pictures.h"
 #include "DialogUser.h"
+#include "look/Pictures.h"
 #include "support/MemoryRecords.h"
 #include "support/TestMain.h"
 

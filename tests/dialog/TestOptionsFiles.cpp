@@ -13,14 +13,14 @@
 #include <Vk_DocQuery/Failure.h>
 
 #include "controls/DateBox.h"
-#include "controls/ListView.h"
 #include "controls/TabControl.h"
 #include "DialogUser.h"
-#include "foundation/FilePlatform.h"
-#include "foundation/mFileOpenSaveDialog.h"
+#include "lists/ListView.h"
 #include "support/MemoryRecords.h"
 #include "support/RaisedBy.h"
 #include "support/TestMain.h"
+#include "windows/FilePlatform.h"
+#include "windows/mFileOpenSaveDialog.h"
 
 using namespace Vk_DocQuery;
 using namespace VkTests;

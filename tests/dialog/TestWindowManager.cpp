@@ -13,8 +13,7 @@
 #include <Vk_DocQuery/DocQueryEditor.h>
 #include <Vk_DocQuery/TemplateQuerier.h>
 
-#include "controls/ListView.h"
-#include "foundation/mVkGraphLight.h"
+#include "lists/ListView.h"
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"

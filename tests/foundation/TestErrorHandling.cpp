@@ -12,9 +12,9 @@
 #include <Vk_DocQuery/ClassRegistry.h>
 #include <Vk_DocQuery/HostServices.h>
 
-#include "foundation/mErrorHandling.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"
+#include "windows/ErrorReport.h"
 
 using namespace Vk_DocQuery;
 using namespace VkTests;

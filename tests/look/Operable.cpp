@@ -8,7 +8,7 @@
 #include <QWidget>
 
 #include "browser/TextPane.h"
-#include "controls/ListView.h"
+#include "lists/ListView.h"
 
 using namespace Vk_DocQuery;
 

@@ -23,18 +23,19 @@
 #include "browser/TextPane.h"
 #include "controls/DateBox.h"
 #include "controls/Frame.h"
-#include "controls/ListView.h"
 #include "controls/NumberBox.h"
 #include "controls/ScrollBox.h"
 #include "dialog/DocQueryOptionsFrm.h"
-#include "foundation/Colours.h"
-#include "foundation/mVkGraphLight.h"
+#include "lists/ListView.h"
+#include "look/Colours.h"
 #include "look/Overlaps.h"
 #include "picker/SelectObjectsForm.h"
 #include "support/Contrast.h"
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"
+#include "windows/Boxes.h"
+#include "windows/mVkGraphLight.h"
 
 using namespace Vk_DocQuery;
 using namespace VkTests;

@@ -15,10 +15,9 @@
 #include <QWindow>
 
 #include "browser/TemplateQuerierForm.h"
-#include "controls/ListView.h"
 #include "controls/Sheet.h"
 #include "dialog/DocQueryOptionsFrm.h"
-#include "foundation/mVkGraphLight.h"
+#include "lists/ListView.h"
 #include "look/Operable.h"
 #include "look/Overlaps.h"
 #include "picker/SelectObjectsForm.h"
@@ -26,6 +25,8 @@
 #include "support/ModalDriver.h"
 #include "support/ScreenSize.h"
 #include "support/TestMain.h"
+#include "windows/Boxes.h"
+#include "windows/mVkGraphLight.h"
 
 using namespace Vk_DocQuery;
 using namespace VkTests;

@@ -7,7 +7,7 @@
 #include <QTest>
 
 #include "browser/TemplateQuerierForm.h"
-#include "controls/ListView.h"
+#include "lists/ListView.h"
 #include "picker/ObjectTypes.h"
 #include "picker/SelectObjectsForm.h"
 #include "support/MemoryRecords.h"

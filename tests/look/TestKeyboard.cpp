@@ -9,8 +9,8 @@
 #include <QTest>
 
 #include "browser/TemplateQuerierForm.h"
-#include "controls/ListView.h"
 #include "dialog/DocQueryOptionsFrm.h"
+#include "lists/ListView.h"
 #include "look/Operable.h"
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"

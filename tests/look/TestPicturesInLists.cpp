@@ -2,8 +2,8 @@
 #include <QImage>
 #include <QTest>
 
-#include "controls/ListView.h"
-#include "controls/Pictures.h"
+#include "lists/ListView.h"
+#include "look/Pictures.h"
 #include "support/Contrast.h"
 #include "support/TestMain.h"
 

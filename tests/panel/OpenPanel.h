@@ -4,9 +4,9 @@
 
 #include "controls/CheckBox.h"
 #include "controls/ComboBox.h"
-#include "controls/ListView.h"
 #include "controls/OptionButton.h"
 #include "controls/TabControl.h"
+#include "lists/ListView.h"
 #include "panel/VkDocQueryCriteries.h"
 #include "support/MemoryRecords.h"
 

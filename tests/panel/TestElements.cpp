@@ -11,17 +11,17 @@
 #include <Vk_DocQuery/Failure.h>
 
 #include "controls/DateBox.h"
-#include "controls/Fonts.h"
 #include "controls/Frame.h"
 #include "controls/NumberBox.h"
-#include "controls/Pictures.h"
 #include "controls/ScrollBox.h"
 #include "foundation/Clock.h"
-#include "foundation/mVkGraphLight.h"
+#include "look/Fonts.h"
+#include "look/Pictures.h"
 #include "panel/OpenPanel.h"
 #include "support/CellImage.h"
 #include "support/RaisedBy.h"
 #include "support/TestMain.h"
+#include "windows/mVkGraphLight.h"
 
 using namespace VkTests;
 

@@ -3,7 +3,7 @@
 
 #include <Vk_DocQuery/PictureKeys.h>
 
-#include "controls/Pictures.h"
+#include "look/Pictures.h"
 #include "panel/OpenPanel.h"
 #include "picker/ObjectTypes.h"
 #include "support/RaisedBy.h"

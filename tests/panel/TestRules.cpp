@@ -4,7 +4,6 @@
 
 #include <Vk_DocQuery/Failure.h>
 
-#include "foundation/mVkGraphLight.h"
 #include "panel/OpenPanel.h"
 #include "panel/ShownFailures.h"
 #include "support/RaisedBy.h"

@@ -7,11 +7,11 @@
 
 #include "controls/CheckBox.h"
 #include "controls/ComboBox.h"
-#include "controls/Fonts.h"
 #include "controls/Frame.h"
 #include "controls/OptionButton.h"
 #include "controls/ScrollBox.h"
 #include "foundation/Clock.h"
+#include "look/Fonts.h"
 #include "support/RaisedBy.h"
 #include "support/TestMain.h"
 

@@ -11,7 +11,7 @@
 
 #include <Vk_DocQuery/Records.h>
 
-#include "controls/ListView.h"
+#include "lists/ListView.h"
 #include "picker/SelectObjectsForm.h"
 #include "support/Keys.h"
 #include "support/MemoryRecords.h"

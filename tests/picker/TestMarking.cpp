@@ -1,10 +1,10 @@
 #include <QTest>
 
-#include "controls/ListView.h"
-#include "foundation/ModalRun.h"
+#include "lists/ListView.h"
 #include "picker/Picker.h"
 #include "picker/SelectObjectsForm.h"
 #include "support/TestMain.h"
+#include "windows/ModalRun.h"
 
 using namespace Vk_DocQuery;
 using namespace VkTests;

@@ -5,14 +5,14 @@
 
 #include <Vk_DocQuery/Failure.h>
 
-#include "controls/ListView.h"
-#include "controls/Pictures.h"
 #include "foundation/Clock.h"
-#include "foundation/mVkGraphLight.h"
+#include "lists/ListView.h"
+#include "look/Pictures.h"
 #include "picker/Picker.h"
 #include "picker/SelectObjectsForm.h"
 #include "support/CellImage.h"
 #include "support/TestMain.h"
+#include "windows/mVkGraphLight.h"
 
 using namespace Vk_DocQuery;
 using namespace VkTests;

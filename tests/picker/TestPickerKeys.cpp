@@ -2,7 +2,7 @@
 #include <QGuiApplication>
 #include <QTest>
 
-#include "controls/ListView.h"
+#include "lists/ListView.h"
 #include "picker/Picker.h"
 #include "picker/SelectObjectsForm.h"
 #include "support/TestMain.h"

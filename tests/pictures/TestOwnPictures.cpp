@@ -7,7 +7,7 @@
 #include <Vk_DocQuery/Failure.h>
 #include <Vk_DocQuery/PictureKeys.h>
 
-#include "controls/Pictures.h"
+#include "look/Pictures.h"
 #include "support/RaisedBy.h"
 #include "support/TestMain.h"
 

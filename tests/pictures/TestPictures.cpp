@@ -9,8 +9,8 @@
 
 #include <Vk_DocQuery/Failure.h>
 
-#include "controls/CompiledPictures.h"
-#include "controls/Pictures.h"
+#include "look/CompiledPictures.h"
+#include "look/Pictures.h"
 #include "support/TestMain.h"
 
 using namespace Vk_DocQuery;

@@ -17,9 +17,9 @@
 #include <Vk_DocQuery/Failure.h>
 #include <Vk_DocQuery/VkDocQueryData.h>
 
-#include "foundation/FilePlatform.h"
 #include "support/MemoryRecords.h"
 #include "support/TestMain.h"
+#include "windows/FilePlatform.h"
 
 // This program's own malloc, which all libraries in it use: the allocation of a chosen number
 // fails, and on demand all that follow.

@@ -9,7 +9,7 @@
 
 #include "browser/TemplateQuerierForm.h"
 #include "foundation/mVkDBProvider.h"
-#include "queryfile/OpenNotes.h"
+#include "foundation/OpenNotes.h"
 #include "queryfile/XmlNode.h"
 #include "SmallOffice.h"
 #include "StatementLog.h"

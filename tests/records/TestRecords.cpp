@@ -4,7 +4,7 @@
 #include <Vk_DocQuery/VkDocQueryData.h>
 #include <Vk_Records/Database.h>
 
-#include "queryfile/OpenNotes.h"
+#include "foundation/OpenNotes.h"
 #include "queryfile/XmlNode.h"
 #include "SmallOffice.h"
 #include "support/TestMain.h"

@@ -8,8 +8,8 @@
 #include <Vk_Records/Database.h>
 
 #include "browser/TemplateQuerierForm.h"
-#include "controls/ListView.h"
 #include "LargeOffice.h"
+#include "lists/ListView.h"
 #include "picker/SelectObjectsForm.h"
 #include "StatementLog.h"
 #include "support/ModalDriver.h"

@@ -3,7 +3,7 @@
 #include <QImage>
 #include <QPixmap>
 
-#include "controls/ListView.h"
+#include "lists/ListView.h"
 
 namespace VkTests {
 

@@ -15,8 +15,8 @@
 
 #include "browser/TemplateQuerierForm.h"
 #include "controls/DateBox.h"
-#include "controls/ListView.h"
 #include "dialog/DialogUser.h"
+#include "lists/ListView.h"
 #include "support/MemoryRecords.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"

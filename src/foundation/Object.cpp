@@ -1,0 +1,7 @@
+#include <Vk_DocQuery/Object.h>
+
+namespace Vk_DocQuery {
+
+Object::~Object() = default;
+
+}  // namespace Vk_DocQuery
