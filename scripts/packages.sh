@@ -8,7 +8,7 @@ packages_run="libqt6sql6-sqlite libqt6svg6 qt6-translations-l10n fonts-liberatio
 packages_tour="xvfb openbox xdotool maim x11-utils x11-xkb-utils"
 packages_test="libqt6sql6-sqlite libqt6sql6-psql libqt6svg6 qt6-translations-l10n fonts-liberation fonts-dejavu-core postgresql-15 xvfb openbox xdotool x11-xkb-utils x11-xserver-utils weston qt6-wayland xauth dbus at-spi2-core python3-pyatspi"
 packages_bench="libqt6sql6-psql postgresql-15"
-packages_clang="clang-14 clang-tidy-14"
+packages_clang="clang-14 clang-tidy-14 clang-format-14 git"
 
 say() { printf '%s: %s\n' "${0##*/}" "$*"; }
 fail() {
