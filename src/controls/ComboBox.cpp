@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QCompleter>
 #include <QStyleOptionComboBox>
 #include <QStylePainter>
 #include <QWheelEvent>
@@ -14,11 +15,19 @@ ComboBox::ComboBox(Kind aKind, QWidget *aParent) : QComboBox(aParent) {
     // All entries of the longest list of periods are seen at once.
     setMaxVisibleItems(24);
     setFocusPolicy(Qt::StrongFocus);
-    if (aKind == Fixed) return;
-    setEditable(true);
-    setLineEdit(new TextBox(this));
-    setInsertPolicy(NoInsert);
+    if (aKind == Editable) TakeTexts();
+}
+
+/// A combo that is made editable makes a line, a completer and its drop-down list, which comes up
+/// seldom. One that gets its line makes the list when it drops down, and no completer for a line
+/// that has one.
+void ComboBox::TakeTexts() {
+    auto *line = new TextBox(this);
+    QCompleter none;
+    line->setCompleter(&none);
+    setLineEdit(line);
     setCompleter(nullptr);
+    setInsertPolicy(NoInsert);
 }
 
 void ComboBox::AddItem(const QString &aText, qint32 aItemData) {

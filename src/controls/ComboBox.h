@@ -28,6 +28,7 @@ protected:
     void wheelEvent(QWheelEvent *aEvent) override;
 
 private:
+    void TakeTexts();
     void PaintArrow(QStylePainter &aPainter, const QStyleOptionComboBox &aOption) const;
 };
 

@@ -1,3 +1,4 @@
+#include <QAbstractItemView>
 #include <QLabel>
 #include <QSignalSpy>
 #include <QTest>
@@ -129,6 +130,29 @@ private slots:
         QCOMPARE(combo.count(), 1);
         combo.SetText(QStringLiteral("2024"));
         QCOMPARE(combo.currentIndex(), 0);
+    }
+
+    /// Most windows are closed before anything has dropped down in them.
+    void DropDownListIsMadeWhenItIsWanted_data() {
+        QTest::addColumn<ComboBox::Kind>("kind");
+        QTest::newRow("fixed") << ComboBox::Fixed;
+        QTest::newRow("editable") << ComboBox::Editable;
+    }
+    void DropDownListIsMadeWhenItIsWanted() {
+        QFETCH(ComboBox::Kind, kind);
+        ComboBox combo(kind);
+        for (const int year : {2024, 2025}) combo.AddItem(QString::number(year), year);
+        combo.SetText(QStringLiteral("2025"));
+        combo.show();
+        QVERIFY(!combo.completer());
+        QVERIFY(combo.findChildren<QAbstractItemView *>().isEmpty());
+        QTest::keyClick(&combo, Qt::Key_Down, Qt::AltModifier);
+        QTRY_VERIFY(!combo.findChildren<QAbstractItemView *>().isEmpty());
+        QTRY_VERIFY(combo.view()->isVisible());
+        QCOMPARE(combo.view()->currentIndex().data().toString(), QStringLiteral("2025"));
+        QTest::keyClick(combo.view(), Qt::Key_Up);
+        QTest::keyClick(combo.view(), Qt::Key_Return);
+        QCOMPARE(combo.Text(), QStringLiteral("2024"));
     }
 
     void ScrollBoxScrollsWhatDoesNotFit() {
