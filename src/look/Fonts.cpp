@@ -3,6 +3,8 @@
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QGuiApplication>
+#include <QHash>
+#include <QPointer>
 #include <QScreen>
 
 namespace Vk_DocQuery {
@@ -36,6 +38,21 @@ QFont Narrowed(QFont aFont) {
     return aFont;
 }
 
+/// The system takes as long to look a face up as a window to make dozens of elements. What it has
+/// answered holds until fonts come or go.
+bool IsInstalled(const QString &aFace) {
+    static QHash<QString, bool> known;
+    static QPointer<QCoreApplication> asked;
+    if (asked != qApp) {
+        known.clear();
+        asked = qApp;
+        QObject::connect(qApp, &QGuiApplication::fontDatabaseChanged, [] { known.clear(); });
+    }
+    const auto found = known.constFind(aFace);
+    if (found != known.constEnd()) return *found;
+    return *known.insert(aFace, QFontDatabase::hasFamily(aFace));
+}
+
 }  // namespace
 
 QFont WindowFont() {
@@ -45,7 +62,7 @@ QFont WindowFont() {
 
 QFont WindowFontOutOf(const QStringList &aFaces) {
     for (const QString &face : aFaces) {
-        if (!QFontDatabase::hasFamily(face)) continue;
+        if (!IsInstalled(face)) continue;
         QFont font(face);
         font.setPointSizeF(theSize);
         return Narrowed(font);

@@ -1,6 +1,9 @@
 #include <QAbstractItemView>
+#include <QFile>
+#include <QFontDatabase>
 #include <QLabel>
 #include <QSignalSpy>
+#include <QStringEncoder>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -23,6 +26,18 @@ namespace {
 
 QColor At(const QImage &aImage, int aX, int aY) {
     return aImage.pixelColor(aX, aY);
+}
+
+/// A face under a name as long as its own. Names stand in a font in one and in two bytes a letter.
+QByteArray RenamedFace(const QString &aName) {
+    const QString name = QStringLiteral("Liberation Sans");
+    QFile file(QStringLiteral("/usr/share/fonts/truetype/liberation/LiberationSans-Regular.ttf"));
+    if (!file.open(QIODevice::ReadOnly)) return QByteArray();
+    QStringEncoder wide(QStringEncoder::Utf16BE);
+    QByteArray face = file.readAll().replace(name.toLatin1(), aName.toLatin1());
+    const QByteArray wideName = wide(name);
+    const QByteArray wideOther = wide(aName);
+    return face.replace(wideName, wideOther);
 }
 
 }  // namespace
@@ -204,6 +219,18 @@ private slots:
         QCOMPARE(font.pointSizeF(), 8.25);
         QVERIFY(QFontMetrics(font).horizontalAdvance(text) <=
                 QFontMetrics(WindowFont()).horizontalAdvance(text) * 1.03);
+    }
+
+    /// A host may bring a face along, and take it away again.
+    void FaceThatComesAndGoes() {
+        const QString name = QStringLiteral("Liberation Sanz");
+        const QString before = WindowFontOutOf({name}).family();
+        QVERIFY(before != name);
+        const int id = QFontDatabase::addApplicationFontFromData(RenamedFace(name));
+        QCOMPARE(QFontDatabase::applicationFontFamilies(id), QStringList{name});
+        QCOMPARE(WindowFontOutOf({name}).family(), name);
+        QVERIFY(QFontDatabase::removeApplicationFont(id));
+        QCOMPARE(WindowFontOutOf({name}).family(), before);
     }
 
     void TodayCanBeFixed() {
