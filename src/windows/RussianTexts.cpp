@@ -1,5 +1,7 @@
 #include "windows/RussianTexts.h"
 
+#include <vector>
+
 #include <QAbstractButton>
 #include <QAbstractItemModel>
 #include <QAction>
@@ -12,6 +14,7 @@
 #include <QLocale>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPointer>
 
 namespace Vk_DocQuery {
 
@@ -142,21 +145,28 @@ void Translate(QAbstractItemModel &aModel) {
     }
 }
 
-/// Stays with a window and looks at what Qt makes in it.
+/// Stays with a window and looks at what Qt makes in it. The elements of a window are watched from
+/// when it comes up, all at once: until then they are made and polished one by one, and nobody can
+/// have asked for a menu.
 class RussianTexts : public QObject {
 public:
     explicit RussianTexts(QWidget &aWindow)
         : QObject(&aWindow), theIsFileDialog(qobject_cast<QFileDialog *>(&aWindow)) {
         aWindow.setLocale(QLocale(QLocale::Russian, QLocale::Russia));
-        Follow(aWindow);
+        aWindow.installEventFilter(this);
+        if (theIsFileDialog || aWindow.isVisible()) FollowAll(aWindow);
         if (theIsFileDialog) TranslateFileDialog(aWindow);
     }
 
     bool eventFilter(QObject *aWatched, QEvent *aEvent) override {
-        if (aEvent->type() == QEvent::ChildPolished) {
+        if (aEvent->type() == QEvent::Polish) {
+            thePolished.emplace_back(aWatched);
+        } else if (aEvent->type() == QEvent::ChildPolished) {
             // Its actions and texts are there, its size is not taken yet.
             auto *child = qobject_cast<QWidget *>(static_cast<QChildEvent *>(aEvent)->child());
-            if (child) TakeNewChild(*child);
+            if (child) TakeChild(*child);
+        } else if (aEvent->type() == QEvent::Show && aWatched == parent()) {
+            if (!theFollowsAll) FollowAll(static_cast<QWidget &>(*aWatched));
         } else if (theIsFileDialog && aEvent->type() == QEvent::Paint) {
             // Qt names the button anew when a folder is chosen.
             if (auto *button = qobject_cast<QAbstractButton *>(aWatched)) Translate(*button);
@@ -165,15 +175,28 @@ public:
     }
 
 private:
+    void FollowAll(QWidget &aWindow) {
+        theFollowsAll = true;
+        for (QWidget *part : aWindow.findChildren<QWidget *>()) Follow(*part);
+    }
+
     void Follow(QWidget &aWidget) {
         aWidget.removeEventFilter(this);
         aWidget.installEventFilter(this);
-        for (QWidget *child : aWidget.findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
-            Follow(*child);
     }
 
-    void TakeNewChild(QWidget &aChild) {
-        Follow(aChild);
+    /// A child that was watched when it was polished itself is an old one, with all that it has.
+    bool IsNew(const QWidget &aChild) {
+        if (thePolished.empty() || thePolished.back() != &aChild) return true;
+        thePolished.pop_back();
+        return false;
+    }
+
+    void TakeChild(QWidget &aChild) {
+        if (IsNew(aChild) && theFollowsAll) {
+            Follow(aChild);
+            for (QWidget *part : aChild.findChildren<QWidget *>()) Follow(*part);
+        }
         const bool isQts = qobject_cast<QMenu *>(&aChild) ||
                            (theIsFileDialog && qobject_cast<QMessageBox *>(&aChild));
         if (!isQts) return;
@@ -196,6 +219,8 @@ private:
     }
 
     bool theIsFileDialog;
+    bool theFollowsAll = false;
+    std::vector<QPointer<QObject>> thePolished;  ///< whose parents have not heard of it yet
 };
 
 }  // namespace

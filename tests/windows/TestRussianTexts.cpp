@@ -127,9 +127,10 @@ private slots:
         QDialog window;
         MakeElements(window);
         SpeakRussian(window);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
         auto *late = new QLineEdit(&window);  // as an editor in a list
         late->setObjectName(QStringLiteral("late"));
-        window.show();
         late->show();
         auto *widget = window.findChild<QWidget *>(element);
         // A platform has another key for the same.
