@@ -90,6 +90,7 @@ enum class Kind {
     Tree,
     TabBar,
     Scroll,
+    Content,  ///< what a scroll area shows
     Group,
     Plain
 };
@@ -103,6 +104,7 @@ struct WidgetFacts {
     QStringList Columns;
     bool Hidden = false;
     bool Editable = false;
+    bool Sheet = false;  ///< a scroll area without a frame, whose content fills it
 };
 
 bool IsOf(const QWidget &aWidget, const char *aClass) {
@@ -149,6 +151,13 @@ void Describe(const QWidget &aWidget, int aParent, std::vector<WidgetFacts> &rFa
     rFacts.push_back(facts);
     if (whole) return;
     const int self = int(rFacts.size()) - 1;
+    // The viewport and the bars come with the area.
+    if (const auto *area = qobject_cast<const QScrollArea *>(&aWidget)) {
+        rFacts.back().Sheet = area->widgetResizable() && area->frameShape() == QFrame::NoFrame;
+        Describe(*area->widget(), self, rFacts);
+        rFacts[std::size_t(self) + 1].What = Kind::Content;
+        return;
+    }
     for (const QObject *child : aWidget.children()) {
         const auto *widget = qobject_cast<const QWidget *>(child);
         if (widget && !widget->isWindow()) Describe(*widget, self, rFacts);
@@ -206,8 +215,17 @@ QWidget *MakeBare(const WidgetFacts &aFacts, QWidget *aParent) {
             for (const QString &caption : aFacts.Columns) bar->addTab(caption);
             return bar;
         }
-        case Kind::Scroll:
-            return new QScrollArea(aParent);
+        case Kind::Scroll: {
+            auto *area = new QScrollArea(aParent);
+            if (aFacts.Sheet) area->setFrameShape(QFrame::NoFrame);
+            area->setWidgetResizable(aFacts.Sheet);
+            return area;
+        }
+        case Kind::Content: {
+            auto *content = new QWidget;
+            static_cast<QScrollArea *>(aParent)->setWidget(content);
+            return content;
+        }
         case Kind::Group:
             return new QGroupBox(aParent);
         case Kind::Plain:
