@@ -22,9 +22,9 @@ ComboBox::ComboBox(Kind aKind, QWidget *aParent) : QComboBox(aParent) {
 /// seldom. One that gets its line makes the list when it drops down, and no completer for a line
 /// that has one.
 void ComboBox::TakeTexts() {
+    static auto *none = new QCompleter;  // stays: it must not outlive the application object
     auto *line = new TextBox(this);
-    QCompleter none;
-    line->setCompleter(&none);
+    line->setCompleter(none);
     setLineEdit(line);
     setCompleter(nullptr);
     setInsertPolicy(NoInsert);
