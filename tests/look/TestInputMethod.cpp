@@ -7,6 +7,7 @@
 #include <QTest>
 
 #include "browser/TemplateQuerierForm.h"
+#include "controls/Sheet.h"
 #include "lists/ListView.h"
 #include "picker/ObjectTypes.h"
 #include "picker/SelectObjectsForm.h"
@@ -112,6 +113,8 @@ private slots:
     void PickerAnswersForItsFilter() {
         InPicker([&](const Typist &typist, QLineEdit &filter, ListView &list) {
             QVERIFY(list.testAttribute(Qt::WA_InputMethodEnabled));
+            const auto &sheet = *list.window()->findChild<Sheet *>();
+            QVERIFY(!sheet.testAttribute(Qt::WA_InputMethodEnabled));  // never has the focus
             typist.Commit(QStringLiteral("ооо вега"));
             filter.setCursorPosition(3);
             QCOMPARE(typist.Ask(Qt::ImEnabled).toBool(), true);
@@ -122,6 +125,8 @@ private slots:
             const QRect caret = typist.Ask(Qt::ImCursorRectangle).toRectF().toAlignedRect();
             QVERIFY(line.bottom() < 0);
             QVERIFY(line.contains(caret));
+            for (const auto query : {Qt::ImAnchorRectangle, Qt::ImInputItemClipRectangle})
+                QVERIFY(line.contains(typist.Ask(query).toRectF().toAlignedRect()));
             filter.setCursorPosition(8);
             QVERIFY(typist.Ask(Qt::ImCursorRectangle).toRectF().left() > caret.left());
         });
@@ -141,6 +146,13 @@ private slots:
             typist.Commit(QStringLiteral("о"));
             typist.Commit(QStringLiteral(" "));
             QCOMPARE(filter.text(), QStringLiteral("о "));
+            // A blank that ends a word while the next one is composed belongs to the text.
+            list.setFocus();
+            QInputMethodEvent goesOn(QStringLiteral("в"), {});
+            goesOn.setCommitString(QStringLiteral(" "));
+            QCoreApplication::sendEvent(&list, &goesOn);
+            QVERIFY(!list.Row(0)->IsChecked());
+            QCOMPARE(filter.text(), QStringLiteral("о  "));
         });
     }
 
