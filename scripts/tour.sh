@@ -8,7 +8,7 @@
 # waits now and then for what has to come up.
 #
 # Positions are those of the windows' design, in twips; at 100 % the display has 96 dots per inch, 15
-# twips each.
+# twips each. TestTour holds them against the windows: the element at a place is named behind it.
 set -euo pipefail
 rounds="1920x1080-100-light
     1366x768-100-light 1366x768-100-dark 1366x768-100-black-on-white
@@ -301,7 +301,7 @@ look_at_picker() {
 
 # With a name that is longer than its column.
 look_at_streams() {
-    on_page 8280 7620
+    on_page 8280 7620   # theAccStreamAdd
     await "Добавление комплектов отчетности"
     hover 3000 1560
     picture pick-streams
@@ -314,19 +314,19 @@ look_at_streams() {
 look_at_pickers() {
     open_tab taxpayer
     on_page 420 180     # theIsTaxpayers
-    look_at_picker 8340 6900 "Добавление налогоплательщиков, сдающих отчетность" pick-taxpayers
+    look_at_picker 8340 6900 "Добавление налогоплательщиков, сдающих отчетность" pick-taxpayers # theTaxpayerAdd
     on_page 4260 540    # theOptMainOrgs
     [ "$1" = some ] ||
-        look_at_picker 8340 6900 "Добавление головных организаций" pick-main-organisations
+        look_at_picker 8340 6900 "Добавление головных организаций" pick-main-organisations # theTaxpayerAdd
     open_tab accstream
     on_page 420 3300    # theIsAccStreamsList
     look_at_streams
     open_tab template
     on_page 420 180     # theIsTemplate
     [ "$1" = some ] ||
-        look_at_picker 8220 6420 "Добавление бланков отчетных документов" pick-forms
+        look_at_picker 8220 6420 "Добавление бланков отчетных документов" pick-forms # theTemplatesAdd
     on_page 3780 600    # theOptTemplate
-    look_at_picker 8220 6420 "Бланки отчетных документов в различных версиях" pick-versions
+    look_at_picker 8220 6420 "Бланки отчетных документов в различных версиях" pick-versions # theTemplatesAdd
 }
 
 # Two taxpayers are found by typing, marked and added to those of the query.
@@ -474,7 +474,7 @@ find_form() {
     click 5000 585      # theFilterA
     press ctrl+a
     write "$2"
-    click 2000 1650     # the first row of theFormList
+    click 2000 1650     # theFormList, its first row
     picture "forms-$1"
 }
 
