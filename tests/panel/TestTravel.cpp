@@ -1,6 +1,7 @@
 #include <functional>
 
 #include <QLineEdit>
+#include <QTabBar>
 #include <QTest>
 
 #include <Vk_DocQuery/Failure.h>
@@ -192,6 +193,110 @@ QString Ids(const RecordCollection &aRecords) {
     QStringList ids;
     for (const auto &record : aRecords) ids << GeneralNumberText(record->ID());
     return ids.join(u' ');
+}
+
+/// The object name of an element, or of that which a line is part of.
+QString NameOfElement(const QObject *aObject) {
+    while (aObject && !aObject->objectName().startsWith(QStringLiteral("the")))
+        aObject = aObject->parent();
+    return aObject ? aObject->objectName() : QString();
+}
+
+/// Notes which elements change, in their order, until it goes.
+class Changes : public QObject {
+public:
+    explicit Changes(const OpenPanel &aPanel) {
+        for (const auto *box : aPanel.findChildren<CheckBox *>())
+            connect(box, &CheckBox::Click, this, [this, box] { Note(box); });
+        for (const auto *option : aPanel.findChildren<OptionButton *>())
+            connect(option, &OptionButton::Click, this, [this, option] { Note(option); });
+        for (const auto *line : aPanel.findChildren<QLineEdit *>())
+            connect(line, &QLineEdit::textChanged, this, [this, line] { Note(line); });
+        for (const auto *combo : aPanel.findChildren<ComboBox *>())
+            connect(combo, &ComboBox::currentIndexChanged, this, [this, combo] { Note(combo); });
+        connect(aPanel.Tabs().Bar(), &QTabBar::currentChanged, this,
+                [this] { Names << QStringLiteral("tab"); });
+        MemoryOffice::The().OnCall = [this](const QString &aMember) {
+            const QHash<QString, QString> lists = {
+                {QStringLiteral("VkTemplate.GetDisplayName"), QStringLiteral("theTemplatesList")},
+                {QStringLiteral("VkAccStream.DisplayName"), QStringLiteral("theAccStreamsList")},
+                {QStringLiteral("VkPerson.IsBranch"), QStringLiteral("theTaxpayersList")},
+            };
+            if (lists.contains(aMember)) Names << lists.value(aMember);
+        };
+    }
+    ~Changes() override { MemoryOffice::The().OnCall = nullptr; }
+    Q_DISABLE_COPY_MOVE(Changes)
+
+    QStringList Names;
+
+private:
+    void Note(const QObject *aElement) {
+        const QString name = NameOfElement(aElement);
+        if (Names.isEmpty() || Names.last() != name) Names << name;
+    }
+};
+
+/// A record of which every element differs from those of a new one.
+Data ChangedEverywhere() {
+    Data record;
+    for (bool Data::*tick : {&Data::IsDocStatus,
+                             &Data::IsNotes,
+                             &Data::IsSignDate,
+                             &Data::IsSignerFio,
+                             &Data::IsDocNum,
+                             &Data::IsOrvex,
+                             &Data::IsOrvexStages,
+                             &Data::IsOrvexTerms,
+                             &Data::IsFss,
+                             &Data::IsFssStages,
+                             &Data::IsFssTerms,
+                             &Data::WholePfrCluster,
+                             &Data::IsTemplate,
+                             &Data::IsPeriods,
+                             &Data::IsPeriodTypes,
+                             &Data::IsAccStreamType,
+                             &Data::IsAccStreamOpeness,
+                             &Data::IsContoraPrefix1,
+                             &Data::IsContoraPrefix2,
+                             &Data::IsAccStreamsList,
+                             &Data::IsTaxpayers,
+                             &Data::IncludeMainOrgDocs})
+        record.*tick = true;
+    record.DocStatuses = DocQueryDocStatuses(15);
+    record.NotesMode = DocQueryNotesMode(9);
+    record.Notes = QStringLiteral("a");
+    record.SignDate1 = record.SignDate2 = QDate(2024, 2, 29);
+    record.SignerSurname = QStringLiteral("b");
+    record.DocNumMode = DocQueryDocNumMode(9);
+    record.DocNum1 = record.DocNum2 = record.LastDocNumsCount = 77;
+    record.OrvexStages = DocQueryOrvexStages(63);
+    record.OrvexTerms = DocQueryOrvexTerms(7);
+    record.FssStages = DocQueryFssStages(63);
+    record.FssTerms = DocQueryFssTerms(7);
+    record.TemplatesMode = TemplateVersion;
+    record.Templates = Records({MakeVersion(31)});
+    record.PeriodCriterion = OtherPeriod;
+    record.OnePeriodYear = record.RangePeriodYear1 = record.RangePeriodYear2 = 1999;
+    record.OnePeriodMonthID = record.RangePeriodMonth1 = record.RangePeriodMonth2 = 5;
+    record.PeriodTypes = DocQueryPeriodTypes(127);
+    record.AccStreamTypes = DocQueryAccStreamTypes(287);
+    record.AccStreamOpen = StreamClosed;
+    record.ContoraPrefix1 = record.ContoraPrefix2 = QStringLiteral("77");
+    record.ContoraJoining = JoinOr;
+    record.AccStreamsList = Records({MakeStream(11)});
+    record.TaxpayersType = MainOrgs;
+    record.TaxpayersList = Records({MakePerson(1)});
+    record.LastTab = QStringLiteral("doc");
+    return record;
+}
+
+/// "theDocStatuses(0)" to the one before the count.
+QString Boxes(const char *aArray, int aCount) {
+    QStringList names;
+    for (int i = 0; i < aCount; ++i)
+        names << QStringLiteral("%1(%2)").arg(QString::fromLatin1(aArray)).arg(i);
+    return names.join(u' ');
 }
 
 template <class Body>
@@ -547,6 +652,52 @@ private slots:
     }
 
     // One refresh, at the last unlock.
+
+    void ElementsAreWrittenInTheirOrder_data() {
+        QTest::addColumn<QString>("beforeTheNumbers");
+        QTest::addColumn<QString>("behindTheNumbers");
+        QTest::addColumn<int>("numMode");
+        QTest::newRow("the range was chosen") << "theDocNumRange"
+                                              << "" << int(DocNumRange);
+        QTest::newRow("the last were chosen") << ""
+                                              << "theDocLastNumMode" << int(DocLastNums);
+    }
+    /// The choice of document numbers is written in two pieces, that of notes before their text.
+    void ElementsAreWrittenInTheirOrder() {
+        QFETCH(QString, beforeTheNumbers);
+        QFETCH(QString, behindTheNumbers);
+        QFETCH(int, numMode);
+        const QString expected =
+            QStringLiteral("theIsDocStatus ") + Boxes("theDocStatuses", 4) +
+            QStringLiteral(
+                " theIsNotes theNotesEmpty theNotes theIsSignDate theSignDate1 theSignDate2"
+                " theIsSignerFio theSignerSurname theIsDocNum ") +
+            beforeTheNumbers + QStringLiteral(" theDocNum1 theDocNum2 ") + behindTheNumbers +
+            QStringLiteral(" theDocLastNumCount theIsOrvex theIsOrvexStages ") +
+            Boxes("theOrvexStages", 6) + QStringLiteral(" theIsOrvexTerms ") +
+            Boxes("theOrvexTerms", 3) + QStringLiteral(" theIsFss theIsFssStages ") +
+            Boxes("theFssStages", 6) + QStringLiteral(" theIsFssTerms ") + Boxes("theFssTerms", 3) +
+            QStringLiteral(
+                " theWholePfrCluster theIsTemplate theOptTemplateClass theOptTemplate"
+                " theTemplatesList theIsPeriods theOnePeriod theOtherPeriod theOnePerYear"
+                " thePeriodTime thePerYear1 thePerMonth1 thePerYear2 thePerMonth2"
+                " theIsPeriodTypes ") +
+            Boxes("thePeriodTypes", 7) + QStringLiteral(" theIsAccStreamType ") +
+            Boxes("theAccStreamTypes", 6) +
+            QStringLiteral(
+                " theIsAccStreamOpeness theAccStreamOpen theAccStreamClosed theIsContoraPrefix1"
+                " theContoraPrefix1 theIsContoraPrefix2 theContoraPrefix2 theContoraJoinAnd"
+                " theContoraJoinOr theIsAccStreamsList theAccStreamsList theIsTaxpayers"
+                " theOptTaxpayers theOptMainOrgs theTaxpayersList theIncludeMainOrgDocs tab");
+        OpenPanel panel;
+        Data before;
+        before.DocNumMode = DocQueryDocNumMode(numMode);
+        panel.DistributeValues(before);
+        Data record = ChangedEverywhere();
+        const Changes changes(panel);
+        panel.DistributeValues(record);
+        QCOMPARE(changes.Names, expected.split(u' ', Qt::SkipEmptyParts));
+    }
 
     void DistributionRefreshesOnce() {
         OpenPanel panel;
