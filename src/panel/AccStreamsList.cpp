@@ -1,6 +1,6 @@
 #include "lists/mListView.h"
 #include "lists/RecordIcons.h"
-#include "panel/Present.h"
+#include "panel/Tags.h"
 #include "panel/VkDocQueryCriteries.h"
 #include "windows/ErrorReport.h"
 

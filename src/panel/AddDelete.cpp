@@ -1,7 +1,7 @@
 #include <algorithm>
 
-#include "foundation/Present.h"
 #include "lists/mListView.h"
+#include "panel/Tags.h"
 #include "panel/VkDocQueryCriteries.h"
 #include "picker/ObjectTypes.h"
 #include "picker/SelectObjectsForm.h"
@@ -14,14 +14,6 @@ namespace {
 
 constexpr char theModule[] = "VkDocQueryCriteries";
 const QString theDeleteTitle = QStringLiteral("Удаление из списка");
-
-std::shared_ptr<const RecordCollection> ListedObjects(const ListView &aList) {
-    auto objects = std::make_shared<RecordCollection>();
-    objects->Reserve(aList.RowCount());
-    for (int i = 0; i < aList.RowCount(); ++i)
-        objects->Add(std::dynamic_pointer_cast<Record>(aList.Row(i)->Tag()));
-    return objects;
-}
 
 bool ConfirmDeletion(std::size_t aCount) {
     if (aCount == 0) {
@@ -41,7 +33,7 @@ bool ConfirmDeletion(std::size_t aCount) {
 }  // namespace
 
 void VkDocQueryCriteries::PerformAddItems(ListView &aList, qint32 aObjectsType) try {
-    const auto chosen = SelectObjectsForm().Execute(aObjectsType, ListedObjects(aList));
+    const auto chosen = SelectObjectsForm().Execute(aObjectsType, TagsOf(aList));
     if (!chosen) return;
     UnselectAllListItems(aList);
     const auto sorting = StoreListViewSorting(aList);

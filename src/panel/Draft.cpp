@@ -4,6 +4,7 @@
 #include <QScrollBar>
 
 #include "controls/OptionButton.h"
+#include "foundation/mErrorHandling.h"
 #include "lists/ListView.h"
 
 namespace Vk_DocQuery {
@@ -83,6 +84,45 @@ OptionDrafts::OptionDrafts(const QWidget &aPanel) {
 
 void OptionDrafts::PutBack() const {
     for (const auto &[option, chosen] : theValues) option->SetValue(chosen);
+}
+
+std::shared_ptr<VkDocQueryCriteries::Draft> VkDocQueryCriteries::TakeDraft() {
+    auto draft = std::make_shared<Draft>(Draft{
+        {}, theCurTemplatesMode, theCurTaxpayersType, TextDrafts(*this), OptionDrafts(*this), {}});
+    AssembleValuesTo(draft->Values);
+    for (const auto list : theObjectLists) draft->Lists.emplace_back(The(list));
+    return draft;
+}
+
+bool VkDocQueryCriteries::PutBack(Draft &aDraft) noexcept {
+    bool distributed = false;
+    IgnoringFailures([&] {
+        DistributeValues(aDraft.Values);
+        distributed = true;
+    });
+    IgnoringFailures([&] {
+        if (!distributed) DistributeWithoutLists(aDraft.Values);
+        UpdateLock lock(*this);
+        PutTheRestBack(aDraft);
+        RefreshControls(false);
+        lock.Unlock();
+    });
+    return distributed;
+}
+
+/// Asks no supplier either.
+void VkDocQueryCriteries::DistributeWithoutLists(VkDocQueryData aRecord) {
+    aRecord.Templates = aRecord.AccStreamsList = aRecord.TaxpayersList = nullptr;
+    DistributeValues(aRecord);
+}
+
+/// The rows as they were shown, without asking a supplier for them, and what no record holds.
+void VkDocQueryCriteries::PutTheRestBack(const Draft &aDraft) {
+    for (const ListDraft &list : aDraft.Lists) list.PutBack();
+    theCurTemplatesMode = aDraft.TemplatesMode;
+    theCurTaxpayersType = aDraft.TaxpayersType;
+    aDraft.Texts.PutBack();
+    aDraft.Options.PutBack();
 }
 
 }  // namespace Vk_DocQuery

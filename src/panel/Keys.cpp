@@ -11,9 +11,9 @@ namespace {
 /// A button beside a list is pressed by Alt with its letter from the whole page, and by a key of
 /// its own in the list.
 struct ButtonKeys {
-    const char *Button;
+    ElementOf<QPushButton> Button;
     char16_t AltKey;
-    const char *List;
+    ElementOf<ListView> List;
     Qt::Key KeyInList;
 };
 
@@ -30,10 +30,10 @@ constexpr ButtonKeys theButtonKeys[] = {
 
 void VkDocQueryCriteries::GiveKeys() {
     for (const ButtonKeys &keys : theButtonKeys) {
-        auto *button = &The<QPushButton>(keys.Button);
+        auto *button = &The(keys.Button);
         const QKeySequence inList(keys.KeyInList);
         GiveAltKey(*button, keys.AltKey, inList.toString(QKeySequence::NativeText));
-        auto *shortcut = new QShortcut(inList, &The<ListView>(keys.List));
+        auto *shortcut = new QShortcut(inList, &The(keys.List));
         shortcut->setContext(Qt::WidgetShortcut);
         connect(shortcut, &QShortcut::activated, button, [button] {
             if (button->isVisible()) button->click();

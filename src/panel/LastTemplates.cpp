@@ -5,7 +5,7 @@
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkCommonCalc.h"
 #include "foundation/mVkDBProvider.h"
-#include "panel/Present.h"
+#include "foundation/Present.h"
 
 namespace Vk_DocQuery {
 

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <optional>
+#include <string_view>
 #include <vector>
 
 #include <QPushButton>
@@ -15,44 +17,46 @@ namespace {
 
 constexpr char theModule[] = "VkDocQueryCriteries";
 
-using Names = std::vector<const char *>;
-
 enum class Test { Chosen, AnyTicked, AllTicked };
 enum class Action { Show, Enable, Mark };
 
 struct Condition {
     Test What;
-    Names Switches;
+    std::vector<ElementOf<CheckBox>> Boxes = {};
+    std::optional<ElementOf<OptionButton>> Option = {};
 };
 
 struct Rule {
     Action Do;
-    const char *Element;  ///< or the key of a tab
+    const char *Target;  ///< name of an element, or key of a tab
     Condition When;
-    const char *Label = nullptr;
+    const char *Label = nullptr;  ///< name of the element that goes along
 };
 
-Condition Chosen(const char *aOption) {
-    return {Test::Chosen, {aOption}};
+Condition Chosen(ElementOf<OptionButton> aOption) {
+    return {Test::Chosen, {}, aOption};
 }
-Condition Ticked(const char *aCheckBox) {
-    return {Test::AllTicked, {aCheckBox}};
+Condition Ticked(ElementOf<CheckBox> aBox) {
+    return {Test::AllTicked, {aBox}};
 }
-Condition BothTicked(const char *aFirst, const char *aSecond) {
+Condition BothTicked(ElementOf<CheckBox> aFirst, ElementOf<CheckBox> aSecond) {
     return {Test::AllTicked, {aFirst, aSecond}};
 }
-Condition AnyTicked(Names aCheckBoxes) {
-    return {Test::AnyTicked, std::move(aCheckBoxes)};
+Condition AnyTicked(std::vector<ElementOf<CheckBox>> aBoxes) {
+    return {Test::AnyTicked, std::move(aBoxes)};
 }
 
-Rule Show(const char *aElement, Condition aWhen) {
-    return {Action::Show, aElement, std::move(aWhen)};
+Rule Show(ElementName aElement, Condition aWhen) {
+    return {Action::Show, aElement.Text(), std::move(aWhen)};
 }
-Rule Enable(const char *aElement, Condition aWhen, const char *aLabel = nullptr) {
-    return {Action::Enable, aElement, std::move(aWhen), aLabel};
+Rule Enable(ElementName aElement, Condition aWhen) {
+    return {Action::Enable, aElement.Text(), std::move(aWhen)};
 }
-Rule Mark(const char *aTab, Condition aWhen) {
-    return {Action::Mark, aTab, std::move(aWhen)};
+Rule Enable(ElementName aElement, Condition aWhen, ElementName aLabel) {
+    return {Action::Enable, aElement.Text(), std::move(aWhen), aLabel.Text()};
+}
+Rule Mark(TabKey aTab, Condition aWhen) {
+    return {Action::Mark, aTab.Text(), std::move(aWhen)};
 }
 
 /// Each rule looks at its own condition only, so the inner rules of a criterion that is switched
@@ -111,46 +115,52 @@ const std::vector<Rule> &AllRules() {
     return rules;
 }
 
-constexpr const char *theRefreshingCheckBoxes[] = {
-    "theIsAccStreamOpeness", "theIsAccStreamsList", "theIsAccStreamType", "theIsContoraPrefix1",
-    "theIsContoraPrefix2",   "theIsDocNum",         "theIsDocStatus",     "theIsFss",
-    "theIsFssStages",        "theIsFssTerms",       "theIsOrvex",         "theIsOrvexStages",
-    "theIsOrvexTerms",       "theIsPeriods",        "theIsPeriodTypes",   "theIsSignDate",
-    "theIsSignerFio",        "theIsTaxpayers",      "theIsTemplate",      "theIsNotes",
-};
+/// An option stands for its whole group, the options in one frame: choosing one ends the choice of
+/// another.
+bool IsInGroupOf(ElementOf<OptionButton> aOption, const ElementRow &aRow) {
+    return aRow.Kind == ElementKind::Option &&
+           std::string_view(aRow.Inside) == aOption.Row().Inside;
+}
 
-constexpr const char *theRefreshingOptions[] = {
-    "theDocLastNumMode", "theDocNumRange", "theNotesEmpty",  "theNotesNotEmpty",
-    "theNotesLike",      "theOnePeriod",   "theOtherPeriod", "theRangePeriods",
-};
+bool IsIn(const Condition &aCondition, const ElementRow &aRow) {
+    const auto isIt = [&](ElementName name) { return &name.Row() == &aRow; };
+    return std::ranges::any_of(aCondition.Boxes, isIt) ||
+           (aCondition.Option && IsInGroupOf(*aCondition.Option, aRow));
+}
+
+/// Whether a click on the element may change what a rule says.
+bool IsLookedAt(const ElementRow &aRow) {
+    return std::ranges::any_of(AllRules(), [&](const Rule &rule) { return IsIn(rule.When, aRow); });
+}
 
 }  // namespace
 
 struct VkDocQueryCriteries::Rules {
-    static bool Holds(const VkDocQueryCriteries &aPanel, const Condition &aCondition) {
-        const auto &names = aCondition.Switches;
-        const auto ticked = [&](const char *name) { return aPanel.IsTicked(name); };
-        switch (aCondition.What) {
+    static bool Holds(const VkDocQueryCriteries &aPanel, const Condition &aWhen) {
+        const auto ticked = [&](ElementOf<CheckBox> box) { return aPanel.IsTicked(box); };
+        switch (aWhen.What) {
             case Test::Chosen:
-                return aPanel.IsChosen(names.front());
+                return aPanel.IsChosen(*aWhen.Option);
             case Test::AnyTicked:
-                return std::any_of(names.begin(), names.end(), ticked);
+                return std::ranges::any_of(aWhen.Boxes, ticked);
             case Test::AllTicked:
-                return std::all_of(names.begin(), names.end(), ticked);
+                return std::ranges::all_of(aWhen.Boxes, ticked);
         }
         Q_UNREACHABLE();
     }
 
     static void Apply(VkDocQueryCriteries &aPanel, const Rule &aRule) {
         const bool holds = Holds(aPanel, aRule.When);
+        const QString target = QString::fromLatin1(aRule.Target);
         switch (aRule.Do) {
             case Action::Show:
-                return aPanel.Element(aRule.Element).setVisible(holds);
+                return aPanel.Named(target).setVisible(holds);
             case Action::Enable:
-                return EnableControl(aPanel.Element(aRule.Element), holds,
-                                     aRule.Label ? &aPanel.Element(aRule.Label) : nullptr);
+                return EnableControl(
+                    aPanel.Named(target), holds,
+                    aRule.Label ? &aPanel.Named(QString::fromLatin1(aRule.Label)) : nullptr);
             case Action::Mark:
-                return aPanel.SetTabUsing(QString::fromLatin1(aRule.Element), holds);
+                return aPanel.SetTabUsing(target, holds);
         }
         Q_UNREACHABLE();
     }
@@ -163,10 +173,21 @@ struct VkDocQueryCriteries::Clicks {
         ReportErrorToUser(theModule, (QByteArray(aName) + "_Click").constData());
     }
 
-    static void OptionClicked(VkDocQueryCriteries &aPanel, const char *aName) try {
-        if (aPanel.IsChosen(aName)) aPanel.RefreshControls(false);
+    static void OptionClicked(VkDocQueryCriteries &aPanel, const OptionButton &aOption,
+                              const char *aName) try {
+        if (aOption.Value()) aPanel.RefreshControls(false);
     } catch (...) {
         ReportErrorToUser(theModule, (QByteArray(aName) + "_Click").constData());
+    }
+
+    static void ConnectSwitch(VkDocQueryCriteries &aPanel, const char *aName) {
+        QWidget *element = &aPanel.Named(ObjectName(aName));
+        if (const auto *option = qobject_cast<OptionButton *>(element))
+            connect(option, &OptionButton::Click, &aPanel,
+                    [&aPanel, option, aName] { OptionClicked(aPanel, *option, aName); });
+        else if (const auto *box = qobject_cast<CheckBox *>(element))
+            connect(box, &CheckBox::Click, &aPanel,
+                    [&aPanel, aName] { CheckBoxClicked(aPanel, aName); });
     }
 };
 
@@ -198,26 +219,22 @@ void VkDocQueryCriteries::RefreshControls(bool aForce) try {
 }
 
 void VkDocQueryCriteries::ConnectClicks() {
-    for (const char *name : theRefreshingCheckBoxes) {
-        connect(&The<CheckBox>(name), &CheckBox::Click, this,
-                [this, name] { Clicks::CheckBoxClicked(*this, name); });
-    }
-    for (const char *name : theRefreshingOptions) {
-        connect(&The<OptionButton>(name), &OptionButton::Click, this,
-                [this, name] { Clicks::OptionClicked(*this, name); });
-    }
-
     using Panel = VkDocQueryCriteries;
-    const auto option = [this](const char *aName, void (Panel::*aHandler)()) {
-        connect(&The<OptionButton>(aName), &OptionButton::Click, this, aHandler);
+    std::vector<const ElementRow *> handled;  // elsewhere, which refreshes where it has to
+    const auto option = [&](ElementOf<OptionButton> aOption, void (Panel::*aHandler)()) {
+        connect(&The(aOption), &OptionButton::Click, this, aHandler);
+        handled.push_back(&aOption.Row());
     };
     option("theOptTemplateClass", &Panel::theOptTemplateClass_Click);
     option("theOptTemplate", &Panel::theOptTemplate_Click);
     option("theOptTaxpayers", &Panel::theOptTaxpayers_Click);
     option("theOptMainOrgs", &Panel::theOptMainOrgs_Click);
+    for (const ElementRow &row : theElementRows)
+        if (IsLookedAt(row) && std::ranges::count(handled, &row) == 0)
+            Clicks::ConnectSwitch(*this, row.Name);
 
-    const auto button = [this](const char *aName, void (Panel::*aHandler)()) {
-        connect(&The<QPushButton>(aName), &QPushButton::clicked, this, aHandler);
+    const auto button = [this](ElementOf<QPushButton> aName, void (Panel::*aHandler)()) {
+        connect(&The(aName), &QPushButton::clicked, this, aHandler);
     };
     button("theTemplatesAdd", &Panel::theTemplatesAdd_Click);
     button("theAccStreamAdd", &Panel::theAccStreamAdd_Click);
@@ -226,8 +243,9 @@ void VkDocQueryCriteries::ConnectClicks() {
     button("theAccStreamDelete", &Panel::theAccStreamDelete_Click);
     button("theTaxpayerDelete", &Panel::theTaxpayerDelete_Click);
 
-    const auto list = [this](const char *aName, void (Panel::*aHandler)(const ListColumn &)) {
-        connect(&The<ListView>(aName), &ListView::ColumnClick, this, aHandler);
+    const auto list = [this](ElementOf<ListView> aName,
+                             void (Panel::*aHandler)(const ListColumn &)) {
+        connect(&The(aName), &ListView::ColumnClick, this, aHandler);
     };
     list("theTemplatesList", &Panel::theTemplatesList_ColumnClick);
     list("theAccStreamsList", &Panel::theAccStreamsList_ColumnClick);

@@ -1,7 +1,7 @@
 #include "controls/OptionButton.h"
 #include "lists/mListView.h"
 #include "lists/RecordIcons.h"
-#include "panel/Present.h"
+#include "panel/Tags.h"
 #include "panel/VkDocQueryCriteries.h"
 #include "windows/ErrorReport.h"
 

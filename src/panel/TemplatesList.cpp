@@ -2,7 +2,7 @@
 #include "lists/mListView.h"
 #include "lists/RecordIcons.h"
 #include "panel/LastTemplates.h"
-#include "panel/Present.h"
+#include "panel/Tags.h"
 #include "panel/VkDocQueryCriteries.h"
 #include "windows/ErrorReport.h"
 

@@ -33,11 +33,6 @@ namespace {
 
 constexpr char theModule[] = "VkDocQueryCriteries";
 
-constexpr double theLowestNumber = -999999999999999;
-constexpr double theHighestNumber = 99999999999999;
-const QDate theEarliestDate(100, 1, 1);
-const QDate theLatestDate(9999, 12, 31);
-
 constexpr int thePageMargin = 120;  // twips
 
 constexpr int theYearsBefore = 6;
@@ -46,9 +41,9 @@ constexpr int theMonths = 12;
 /// As the user reads them: each quarter behind its months.
 constexpr qint32 thePeriodCodes[] = {1, 2,  3,  13, 4,  5,  6,  14, 19, 7, 8,
                                      9, 15, 10, 11, 12, 16, 20, 17, 21, 24};
-constexpr const char *theYearCombos[] = {"theOnePerYear", "thePerYear1", "thePerYear2"};
-constexpr const char *theDateBoxes[] = {"theSignDate1", "theSignDate2"};
-constexpr const char *theLists[] = {"theTemplatesList", "theAccStreamsList", "theTaxpayersList"};
+constexpr ElementOf<ComboBox> theYearCombos[] = {"theOnePerYear", "thePerYear1", "thePerYear2"};
+constexpr TabKey theTabOfDates = "doc";
+constexpr ElementOf<DateBox> theDateBoxes[] = {"theSignDate1", "theSignDate2"};
 
 QSize DesignSize() {
     return {PixelsFromTwips(thePanelWidth), PixelsFromTwips(thePanelHeight)};
@@ -57,18 +52,6 @@ QSize DesignSize() {
 QRect PixelRect(const ElementRow &aRow) {
     return {PixelsFromTwips(aRow.Left), PixelsFromTwips(aRow.Top), PixelsFromTwips(aRow.Width),
             PixelsFromTwips(aRow.Height)};
-}
-
-NumberBox *MadeNumberBox(QWidget *aParent) {
-    auto *box = new NumberBox(aParent);
-    box->SetBounds(theLowestNumber, theHighestNumber);
-    return box;
-}
-
-DateBox *MadeDateBox(QWidget *aParent) {
-    auto *box = new DateBox(aParent);
-    box->SetBounds(theEarliestDate, theLatestDate);
-    return box;
 }
 
 Frame *MadeFrame(const ElementRow &aRow, QWidget *aParent) {
@@ -130,25 +113,25 @@ void VkDocQueryCriteries::MakeTabs() {
     theTabs->resize(DesignSize());
     theTabs->SetPagePlace(PixelsFromTwips(thePageLeft), PixelsFromTwips(thePageTop));
     theTabs->SetImages(TabImages());
-    for (const TabRow &row : TabRows()) {
+    for (const TabRow &row : theTabRows) {
         auto *page = new Sheet;
         page->setObjectName(QString::fromLatin1(row.Page));
         page->setAccessibleName(QString::fromUtf16(row.Caption));
         theTabs->AddTab(QString::fromLatin1(row.Key), QString::fromUtf16(row.Caption), page);
         SetTabUsing(QString::fromLatin1(row.Key), false);
-        theElements.insert(page->objectName(), page);
+        theNamedWidgets.insert(page->objectName(), page);
     }
 }
 
 void VkDocQueryCriteries::MakeElements() {
-    theElements.reserve(qsizetype(ElementRows().size()) + qsizetype(TabRows().size()));
-    for (const ElementRow &row : ElementRows()) {
-        QWidget *parent = &Element(row.Inside);
+    theNamedWidgets.reserve(std::ssize(theElementRows) + std::ssize(theTabRows));
+    for (const ElementRow &row : theElementRows) {
+        QWidget *parent = &Named(QString::fromLatin1(row.Inside));
         if (auto *area = qobject_cast<QScrollArea *>(parent)) parent = area->widget();
         QWidget *element = MadeElement(row, parent);
-        element->setObjectName(ElementName(row.Name, row.Index));
+        element->setObjectName(ObjectName(row.Name, row.Index));
         element->setGeometry(PixelRect(row));
-        theElements.insert(element->objectName(), element);
+        theNamedWidgets.insert(element->objectName(), element);
     }
 }
 
@@ -156,8 +139,8 @@ void VkDocQueryCriteries::MakeElements() {
 /// be a pixel short at the design size, where places are rounded one by one.
 void VkDocQueryCriteries::FitPages() {
     const int margin = PixelsFromTwips(thePageMargin);
-    for (const TabRow &row : TabRows()) {
-        auto &page = The<Sheet>(row.Page);
+    for (const TabRow &row : theTabRows) {
+        auto &page = NamedAs<Sheet>(QString::fromLatin1(row.Page));
         QRect used;
         for (const QWidget *element :
              page.Content()->findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
@@ -192,10 +175,10 @@ QWidget *VkDocQueryCriteries::MadeElement(const ElementRow &aRow, QWidget *aPare
             return new ComboBox(ComboBox::Fixed, aParent);
         case ElementKind::EditableCombo:
             return new ComboBox(ComboBox::Editable, aParent);
-        case ElementKind::NumberBox:
-            return MadeNumberBox(aParent);
+        case ElementKind::NumberBox:  // the bounds of both are those that such boxes begin with
+            return new NumberBox(aParent);
         case ElementKind::DateBox:
-            return MadeDateBox(aParent);
+            return new DateBox(aParent);
         case ElementKind::Image:
             return MadeImage(aRow, aParent);
     }
@@ -204,7 +187,7 @@ QWidget *VkDocQueryCriteries::MadeElement(const ElementRow &aRow, QWidget *aPare
 
 void VkDocQueryCriteries::SetTabOrder() {
     std::vector<const ElementRow *> rows;
-    for (const ElementRow &row : ElementRows()) {
+    for (const ElementRow &row : theElementRows) {
         if (row.TabOrder != theNoTabOrder) rows.push_back(&row);
     }
     std::ranges::sort(rows, {}, [](const ElementRow *row) { return row->TabOrder; });
@@ -212,7 +195,7 @@ void VkDocQueryCriteries::SetTabOrder() {
     setFocusProxy(theTabs->Bar());
     QWidget *last = theTabs->Bar();
     for (const ElementRow *row : rows) {
-        QWidget *next = &Element(row->Name, row->Index);
+        QWidget *next = &Named(ObjectName(row->Name, row->Index));
         if (next->focusPolicy() == Qt::NoFocus) continue;
         setTabOrder(last, next);
         last = next;
@@ -221,10 +204,10 @@ void VkDocQueryCriteries::SetTabOrder() {
 
 void VkDocQueryCriteries::NameForReaders() {
     QHash<QString, QString> captions;
-    for (const ElementRow &row : ElementRows())
+    for (const ElementRow &row : theElementRows)
         captions.insert(QString::fromLatin1(row.Name), QString::fromUtf16(row.Caption));
-    for (const ElementRow &row : ElementRows()) {
-        QWidget &element = Element(row.Name, row.Index);
+    for (const ElementRow &row : theElementRows) {
+        QWidget &element = Named(ObjectName(row.Name, row.Index));
         const QString caption = *row.ExplainedBy
                                     ? captions.value(QString::fromLatin1(row.ExplainedBy))
                                     : QString::fromUtf16(row.Caption);
@@ -236,7 +219,7 @@ void VkDocQueryCriteries::NameForReaders() {
 /// A label such as "по:" tells little without the criterion that it belongs to.
 void VkDocQueryCriteries::DescribeForReaders(const ElementRow &aRow, QWidget &aElement,
                                              const QString &aCaption) {
-    auto *label = qobject_cast<QLabel *>(&Element(aRow.ExplainedBy));
+    auto *label = qobject_cast<QLabel *>(&Named(QString::fromLatin1(aRow.ExplainedBy)));
     if (!label) return;
     if (!label->buddy()) label->setBuddy(&aElement);
     const QString criterion = CriterionAround(aElement);
@@ -251,27 +234,14 @@ void VkDocQueryCriteries::DescribeForReaders(const ElementRow &aRow, QWidget &aE
     line->setAccessibleDescription(criterion);
 }
 
-void VkDocQueryCriteries::SetUpLists() {
-    for (const char *list : theLists) The<ListView>(list).SetMultiSelect(true);
-    for (const ColumnRow &row : ColumnRows()) {
-        The<ListView>(row.List).AddColumn(QString::fromUtf16(row.Caption), row.Width,
-                                          QString::fromLatin1(row.Key));
-    }
-    for (const FirstSortRow &row : FirstSortRows()) {
-        auto &list = The<ListView>(row.List);
-        list.SetSortKey(row.Column);
-        list.SetSortOrder(0);
-        list.SetSorted(true);
-    }
-}
-
 /// A text that is no date brings its page up before the user is asked. Whoever is on the way to
 /// switch the criterion off is not asked, and what is switched off keeps its last whole date.
 void VkDocQueryCriteries::SetUpDates() {
     The<CheckBox>("theIsSignDate").setProperty(DateBox::theChecksProperty, false);
-    for (const char *name : theDateBoxes) {
-        auto *box = &The<DateBox>(name);
-        connect(box, &DateBox::WrongText, this, [this] { SetCurrentTab(QStringLiteral("doc")); });
+    for (const auto name : theDateBoxes) {
+        DateBox *box = &The(name);
+        connect(box, &DateBox::WrongText, this,
+                [this] { SetCurrentTab(QString::fromLatin1(theTabOfDates.Text())); });
         connect(this, &VkDocQueryCriteries::Refreshed, box, [box] {
             if (box->parentWidget()->isHidden()) box->DropUnfinished();
         });
@@ -279,14 +249,14 @@ void VkDocQueryCriteries::SetUpDates() {
 }
 
 void VkDocQueryCriteries::Init() try {
-    for (const char *list : theLists) The<ListView>(list).SetSmallIcons(PanelImages());
+    for (const auto list : theObjectLists) The(list).SetSmallIcons(PanelImages());
 
-    for (const char *combo : theYearCombos) The<ComboBox>(combo).clear();
+    for (const auto combo : theYearCombos) The(combo).clear();
     const int year = Today().year();
     for (int y = year - theYearsBefore; y <= year + theYearsAfter; ++y) {
-        for (const char *combo : theYearCombos) The<ComboBox>(combo).AddItem(QString::number(y), y);
+        for (const auto combo : theYearCombos) The(combo).AddItem(QString::number(y), y);
     }
-    for (const char *combo : theYearCombos) The<ComboBox>(combo).setCurrentIndex(theYearsBefore);
+    for (const auto combo : theYearCombos) The(combo).setCurrentIndex(theYearsBefore);
 
     auto &periods = The<ComboBox>("thePeriodTime");
     periods.clear();
@@ -305,28 +275,30 @@ void VkDocQueryCriteries::Init() try {
     RaiseErrorUp(theModule, "Init");
 }
 
-QWidget &VkDocQueryCriteries::Element(const char *aName, int aIndex) const {
-    const QString name = ElementName(aName, aIndex);
-    QWidget *element = theElements.value(name);
-    if (!element) RaiseWrongElement(name);
+QWidget &VkDocQueryCriteries::Element(ElementName aName) const {
+    return Named(ObjectName(aName.Text()));
+}
+
+QWidget &VkDocQueryCriteries::Named(const QString &aObjectName) const {
+    QWidget *element = theNamedWidgets.value(aObjectName);
+    if (!element) RaiseWrongElement(aObjectName);
     return *element;
 }
 
-bool VkDocQueryCriteries::IsTicked(const char *aCheckBox) const {
-    return The<CheckBox>(aCheckBox).Value() == 1;
+bool VkDocQueryCriteries::IsTicked(ElementOf<CheckBox> aCheckBox) const {
+    return The(aCheckBox).Value() == 1;
 }
 
-bool VkDocQueryCriteries::IsChosen(const char *aOption) const {
-    return The<OptionButton>(aOption).Value();
+bool VkDocQueryCriteries::IsChosen(ElementOf<OptionButton> aOption) const {
+    return The(aOption).Value();
 }
 
 void VkDocQueryCriteries::SetTabUsing(const QString &aTabKey, bool aUsed) try {
     theTabs->SetTabPicture(aTabKey, aUsed ? QStringLiteral("active") : QStringLiteral("passive"));
     // The picture alone would tell it to those who see only.
-    const auto tabs = TabRows();
     const auto row = std::ranges::find(
-        tabs, aTabKey, [](const TabRow &aRow) { return QString::fromLatin1(aRow.Key); });
-    if (row != tabs.end())
+        theTabRows, aTabKey, [](const TabRow &aRow) { return QString::fromLatin1(aRow.Key); });
+    if (row != std::end(theTabRows))
         theTabs->SetTabSpokenName(aTabKey, QString::fromUtf16(row->Caption) +
                                                (aUsed ? QStringLiteral(", критерий задан")
                                                       : QStringLiteral(", критерий не задан")));
@@ -379,8 +351,8 @@ void RaiseWrongElement(const QString &aName) {
 }
 
 bool VkDocQueryCriteries::FinishInput() try {
-    for (const char *name : theDateBoxes) {
-        auto &box = The<DateBox>(name);
+    for (const auto name : theDateBoxes) {
+        DateBox &box = The(name);
         if (!box.IsAcceptable() && !box.parentWidget()->isHidden() && !box.CheckText())
             return false;
     }

@@ -7,7 +7,7 @@
 #include <Vk_DocQuery/VkDocQueryData.h>
 
 #include "lists/ListView.h"
-#include "panel/Elements.h"
+#include "panel/ElementNames.h"
 
 namespace Vk_DocQuery {
 
@@ -16,6 +16,11 @@ class TabControl;
 /// The tabbed surface on which a user states a search. It holds no record: DistributeValues copies
 /// one into the elements and AssembleValuesTo copies the elements back; in between every criterion
 /// lives in the state of its element, and an object list's rows carry the objects as tags.
+///
+/// How the elements are made and filled stands in VkDocQueryCriteries.cpp, the way of the values in
+/// Criteria.cpp, what is shown when in Rules.cpp, the draft in Draft.cpp, each of the three lists
+/// in a file of its name, their columns in ListColumns.cpp, their buttons in AddDelete.cpp and
+/// Keys.cpp.
 class VkDocQueryCriteries : public QWidget {
     Q_OBJECT
 
@@ -52,11 +57,13 @@ signals:
 
 protected:
     // Elements, by name.
-    template <class Kind>
-    Kind &The(const char *aName, int aIndex = theNoIndex) const;
-    QWidget &Element(const char *aName, int aIndex = theNoIndex) const;
-    bool IsTicked(const char *aCheckBox) const;
-    bool IsChosen(const char *aOption) const;
+    template <class Class>
+    Class &The(ElementOf<Class> aName) const;
+    template <class Class>
+    Class &The(ArrayOf<Class> aName, int aIndex) const;
+    QWidget &Element(ElementName aName) const;
+    bool IsTicked(ElementOf<CheckBox> aCheckBox) const;
+    bool IsChosen(ElementOf<OptionButton> aOption) const;
 
     // Tabs.
     void SetTabUsing(const QString &aTabKey, bool aUsed);
@@ -121,12 +128,15 @@ protected:
 private:
     class UpdateLock;
     struct Rules;
-    struct Distribution;
-    struct Assembly;
+    struct Criteria;
     struct Clicks;
 
     void DistributeWithoutLists(VkDocQueryData aRecord);
     void PutTheRestBack(const Draft &aDraft);
+
+    QWidget &Named(const QString &aObjectName) const;
+    template <class Class>
+    Class &NamedAs(const QString &aObjectName) const;
 
     void MakeElements();
     void FitPages();
@@ -156,16 +166,26 @@ private:
     void theAccStreamsList_ColumnClick(const ListColumn &aColumn);
     void theTaxpayersList_ColumnClick(const ListColumn &aColumn);
 
-    QHash<QString, QWidget *> theElements;
+    QHash<QString, QWidget *> theNamedWidgets;  // elements and pages by object name
     TabControl *theTabs = nullptr;
 };
 
 [[noreturn]] void RaiseWrongElement(const QString &aName);
 
-template <class Kind>
-Kind &VkDocQueryCriteries::The(const char *aName, int aIndex) const {
-    auto *element = qobject_cast<Kind *>(&Element(aName, aIndex));
-    if (!element) RaiseWrongElement(ElementName(aName, aIndex));
+template <class Class>
+Class &VkDocQueryCriteries::The(ElementOf<Class> aName) const {
+    return NamedAs<Class>(ObjectName(aName.Text()));
+}
+
+template <class Class>
+Class &VkDocQueryCriteries::The(ArrayOf<Class> aName, int aIndex) const {
+    return NamedAs<Class>(ObjectName(aName.Text(), aIndex));
+}
+
+template <class Class>
+Class &VkDocQueryCriteries::NamedAs(const QString &aObjectName) const {
+    auto *element = qobject_cast<Class *>(&Named(aObjectName));
+    if (!element) RaiseWrongElement(aObjectName);
     return *element;
 }
 

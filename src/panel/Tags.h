@@ -2,6 +2,9 @@
 
 #include <memory>
 
+#include <Vk_DocQuery/KeyedCollection.h>
+#include <Vk_DocQuery/Records.h>
+
 #include "foundation/mErrorHandling.h"
 #include "foundation/Present.h"
 #include "lists/ListView.h"
@@ -15,6 +18,15 @@ std::shared_ptr<Kind> TagAs(const ListRow &aRow, const char *aWhat) {
     auto record = std::dynamic_pointer_cast<Kind>(aRow.Tag());
     if (!record) RaiseTypeMismatch(QString::fromLatin1(aWhat));
     return record;
+}
+
+/// The records of all rows, in their order; null for a row without one.
+inline std::shared_ptr<RecordCollection> TagsOf(const ListView &aList) {
+    auto records = std::make_shared<RecordCollection>();
+    records->Reserve(aList.RowCount());
+    for (int i = 0; i < aList.RowCount(); ++i)
+        records->Add(std::dynamic_pointer_cast<Record>(aList.Row(i)->Tag()));
+    return records;
 }
 
 }  // namespace Vk_DocQuery
