@@ -10,7 +10,6 @@
 
 namespace Vk_DocQuery {
 
-class StringAccumulator;
 class XmlNode;
 
 /// What VkDocQueryData::TaxpayersList holds.
@@ -109,8 +108,7 @@ enum DocQueryFssTerms : qint32 { FssInProgress = 1, FssSucceeded = 2, FssFailed 
 /// null pointer counts as an empty collection.
 class VkDocQueryData {
 public:
-    /// All switches off, no collections, no dates; what else is not zero or empty is said at its
-    /// field.
+    /// As the fields say, with the year of today in the three fields of years.
     VK_DOCQUERY_EXPORT VkDocQueryData();
     VK_DOCQUERY_EXPORT VkDocQueryData(const VkDocQueryData &);
     VK_DOCQUERY_EXPORT VkDocQueryData &operator=(const VkDocQueryData &);
@@ -120,35 +118,35 @@ public:
     QString FileName;
 
     bool IsTaxpayers = false;
-    DocQueryTaxpayersType TaxpayersType{};            ///< Taxpayers on creation
+    DocQueryTaxpayersType TaxpayersType = Taxpayers;
     std::shared_ptr<RecordCollection> TaxpayersList;  ///< of VkPerson
     bool IncludeMainOrgDocs = false;  ///< also the documents of the head organisation itself
 
     bool IsAccStreamType = false;
     DocQueryAccStreamTypes AccStreamTypes{};
     bool IsAccStreamOpeness = false;
-    DocQueryAccStreamOpen AccStreamOpen{};  ///< StreamOpen on creation
+    DocQueryAccStreamOpen AccStreamOpen = StreamOpen;
     bool IsContoraPrefix1 = false;
     QString ContoraPrefix1;  ///< what the first office code begins with
     bool IsContoraPrefix2 = false;
     QString ContoraPrefix2;
-    DocQueryContoraJoining ContoraJoining{};
+    DocQueryContoraJoining ContoraJoining = JoinAnd;
     bool IsAccStreamsList = false;
     std::shared_ptr<RecordCollection> AccStreamsList;  ///< of VkAccStream
 
     bool IsPeriods = false;
-    DocQueryPeriodCriterion PeriodCriterion{};  ///< OnePeriod on creation
-    qint32 OnePeriodYear = 0;                   ///< this year on creation
-    qint32 OnePeriodMonthID = 0;   ///< period code; 16, the fourth quarter, on creation
-    qint32 RangePeriodYear1 = 0;   ///< this year on creation
-    qint32 RangePeriodMonth1 = 0;  ///< 1 to 12; 1 on creation
-    qint32 RangePeriodYear2 = 0;   ///< this year on creation
-    qint32 RangePeriodMonth2 = 0;  ///< 1 to 12; 12 on creation
+    DocQueryPeriodCriterion PeriodCriterion = OnePeriod;
+    qint32 OnePeriodYear;           ///< this year on creation
+    qint32 OnePeriodMonthID = 16;   ///< period code; 16 is the fourth quarter
+    qint32 RangePeriodYear1;        ///< this year on creation
+    qint32 RangePeriodMonth1 = 1;   ///< 1 to 12
+    qint32 RangePeriodYear2;        ///< this year on creation
+    qint32 RangePeriodMonth2 = 12;  ///< 1 to 12
     bool IsPeriodTypes = false;
     DocQueryPeriodTypes PeriodTypes{};
 
     bool IsTemplate = false;
-    DocQueryTemplatesMode TemplatesMode{};  ///< TemplateClass on creation
+    DocQueryTemplatesMode TemplatesMode = TemplateClass;
     std::shared_ptr<RecordCollection>
         Templates;  ///< of VkTemplType or VkTemplate, by TemplatesMode
 
@@ -160,13 +158,13 @@ public:
     bool IsSignerFio = false;
     QString SignerSurname;
     bool IsNotes = false;
-    DocQueryNotesMode NotesMode{};
+    DocQueryNotesMode NotesMode = NotesEmpty;
     QString Notes;  ///< what to look for when NotesMode is NotesLike
     bool IsDocNum = false;
-    DocQueryDocNumMode DocNumMode{};  ///< DocLastNums on creation
+    DocQueryDocNumMode DocNumMode = DocLastNums;
     qint32 DocNum1 = 0;
     qint32 DocNum2 = 0;
-    qint32 LastDocNumsCount = 0;  ///< how many of the documents created last; 10 on creation
+    qint32 LastDocNumsCount = 10;  ///< how many of the documents created last
     /// When a found document belongs to a pack of individual records about persons, add the whole
     /// pack.
     bool WholePfrCluster = false;
@@ -206,17 +204,6 @@ public:
     bool ReadFromXml(const XmlNode &aNode);
     /// Judges the record before a search; shows the first fault in a box and returns false.
     bool Validate();
-
-private:
-    QString Indent() const;
-    void WriteCollectedIDsToXmlString(StringAccumulator &aAccumulator, const QString &aName,
-                                      const std::shared_ptr<RecordCollection> &aCollection);
-    QString ShieldString(QString aText) const;
-    std::shared_ptr<RecordCollection> ReadCollectedIDsFromXml(const XmlNode &aNode,
-                                                              const char *aName,
-                                                              const QString &aClassName);
-
-    qint32 IndentLevel = 0;  // depth of the line being written
 };
 
 }  // namespace Vk_DocQuery

@@ -4,11 +4,27 @@
 
 namespace Vk_DocQuery {
 
-VkDocQueryData::VkDocQueryData() try {
-    const qint32 year = Today().year();
+namespace {
+
+// The numbers are part of the public face; none may be lost or doubled.
+consteval bool EveryNumberStandsOnce() {
+    std::array<bool, theFields.size()> seen{};
     for (const Field &field : theFields) {
-        if (field.Creation != 0) field.Reset(*this, year);
+        const auto number = static_cast<std::size_t>(field.Dispatch);
+        if (number >= seen.size() || seen[number]) return false;
+        seen[number] = true;
     }
+    return true;
+}
+
+static_assert(EveryNumberStandsOnce());
+
+}  // namespace
+
+VkDocQueryData::VkDocQueryData() try
+    : OnePeriodYear(Today().year()),
+      RangePeriodYear1(OnePeriodYear),
+      RangePeriodYear2(OnePeriodYear) {
 } catch (...) {
     RaiseErrorUp("VkDocQueryData", "Class_Initialize");
 }

@@ -9,7 +9,7 @@
 #include "foundation/mErrorHandling.h"
 #include "foundation/mVkLib.h"
 #include "foundation/RussDate.h"
-#include "query/Fields.h"
+#include "queryfile/FileTable.h"
 #include "queryfile/StringAccumulator.h"
 
 namespace Vk_DocQuery {
@@ -20,65 +20,7 @@ constexpr char theModule[] = "VkDocQueryData";
 constexpr qint32 theCodePage = 1251;
 constexpr qint32 theIndentStep = 4;
 
-/// One line of the file: a text, or the attributes of some fields, or a list with its two tags.
-struct Line {
-    qint32 Depth;
-    bool Blank;                             // ends in a blank, which belongs to the format
-    const char16_t *Text;                   // null for a line of fields
-    std::array<const Field *, 5> Fields{};  // attributes carry the names of their fields
-};
-
-constexpr const Field *F(const Field *aField) {
-    return aField;
-}
-
 constexpr char16_t theDeclaration[] = u"<?xml version=\"1.0\" encoding=\"windows-1251\"?>";
-
-#define A(Name) F(FieldNamed(#Name))
-// clang-format off
-constexpr Line theLines[] = {
-    {0, false, u"<VkDocQuery ver=\"1\">"},
-    {1, true,  u"<DocCriteria"},
-    {2, true,  nullptr, {A(IsDocStatus), A(DocStatuses)}},
-    {2, true,  nullptr, {A(IsNotes), A(NotesMode), A(Notes)}},
-    {2, true,  nullptr, {A(IsSignDate), A(SignDate1), A(SignDate2)}},
-    {2, true,  nullptr, {A(IsSignerFio), A(SignerSurname)}},
-    {2, true,  nullptr, {A(IsOrvex), A(IsOrvexStages), A(OrvexStages), A(IsOrvexTerms), A(OrvexTerms)}},
-    {2, true,  nullptr, {A(IsFss), A(IsFssStages), A(FssStages), A(IsFssTerms), A(FssTerms)}},
-    {2, true,  nullptr, {A(IsDocNum), A(DocNumMode), A(DocNum1), A(DocNum2), A(LastDocNumsCount)}},
-    {2, true,  nullptr, {A(WholePfrCluster)}},
-    {1, false, u"/>"},
-    {1, true,  u"<TemplateCriteria"},
-    {2, true,  nullptr, {A(IsTemplate), A(TemplatesMode)}},
-    {1, false, u">"},
-    {2, false, nullptr, {A(Templates)}},
-    {1, false, u"</TemplateCriteria>"},
-    {1, true,  u"<PeriodCriteria"},
-    {2, true,  nullptr, {A(IsPeriods), A(PeriodCriterion)}},
-    {2, true,  nullptr, {A(OnePeriodYear), A(OnePeriodMonthID)}},
-    {2, true,  nullptr, {A(RangePeriodYear1), A(RangePeriodMonth1), A(RangePeriodYear2), A(RangePeriodMonth2)}},
-    {2, true,  nullptr, {A(IsPeriodTypes), A(PeriodTypes)}},
-    {1, false, u"/>"},
-    {1, true,  u"<AccStreamCriteria"},
-    {2, true,  nullptr, {A(IsAccStreamType), A(AccStreamTypes)}},
-    {2, true,  nullptr, {A(IsAccStreamOpeness), A(AccStreamOpen)}},
-    {2, true,  nullptr, {A(IsContoraPrefix1), A(ContoraPrefix1), A(IsContoraPrefix2), A(ContoraPrefix2), A(ContoraJoining)}},
-    {2, true,  nullptr, {A(IsAccStreamsList)}},
-    {1, false, u">"},
-    {2, false, nullptr, {A(AccStreamsList)}},
-    {1, false, u"</AccStreamCriteria>"},
-    {1, true,  u"<TaxpayersCriteria"},
-    {2, true,  nullptr, {A(IsTaxpayers), A(TaxpayersType), A(IncludeMainOrgDocs)}},
-    {1, false, u">"},
-    {2, false, nullptr, {A(TaxpayersList)}},
-    {1, false, u"</TaxpayersCriteria>"},
-    {1, true,  u"<OtherOptions"},
-    {2, false, nullptr, {A(LastTab)}},  // the one line of attributes without the blank
-    {1, false, u"/>"},
-    {0, false, u"</VkDocQuery>"},
-};
-// clang-format on
-#undef A
 
 /// The years that a date of four digits can have, and be read again as the same.
 bool IsYearOfFile(int aYear) {
@@ -165,6 +107,128 @@ private:
     bool theFits = false;
 };
 
+QString ShieldString(const QString &aText) try {
+    // In one go: replacing one sign after the other moves a long text again and again.
+    const auto isShielded = [](QChar aSign) { return !ShieldOf(aSign).empty(); };
+    if (std::none_of(aText.cbegin(), aText.cend(), isShielded)) return aText;
+    QString shielded;
+    shielded.reserve(aText.size() + aText.size() / 4);
+    for (const QChar sign : aText) {
+        const std::u16string_view shield = ShieldOf(sign);
+        if (shield.empty())
+            shielded += sign;
+        else
+            shielded += QStringView(shield);
+    }
+    return shielded;
+} catch (...) {
+    RaiseErrorUp(theModule, "ShieldString");
+}
+
+/// Puts the text of a record together.
+class Writer {
+public:
+    /// aDepth is that of the root.
+    Writer(VkDocQueryData &aRecord, qint32 aDepth)
+        : theRecord(aRecord), theRootLevel(aDepth), theIndentLevel(aDepth) {}
+
+    void AddDeclaration() { theText.AddLine(theDeclaration); }
+
+    /// A line of its own, aDeeper steps below the root.
+    void AddTag(qint32 aDeeper, QStringView aTag) {
+        BeginLine(aDeeper);
+        theText.AddLine(aTag);
+    }
+
+    void AddElement(const FileTable::Element &aElement) {
+        const QString name = QString::fromLatin1(aElement.Name);
+        AddTag(1, QString(u'<' + name + u' '));
+        for (const FileTable::Line &line : aElement.Lines) {
+            BeginLine(2);
+            AddAttributes(line);
+            theText.AddLine(aElement.LineEnd);
+        }
+        const Field *list = aElement.Lists.front().Target;
+        AddTag(1, list ? u">" : u"/>");
+        if (!list) return;
+        theIndentLevel = CheckedAdd(theRootLevel, 2);
+        WriteCollectedIDsToXmlString(QString::fromLatin1(list->Name), list->Collection(theRecord));
+        AddTag(1, QString(QStringLiteral("</") + name + u'>'));
+    }
+
+    QString Text() && { return std::move(theText).CurrentString(); }
+
+private:
+    void BeginLine(qint32 aDeeper) {
+        theIndentLevel = CheckedAdd(theRootLevel, aDeeper);
+        theText.Add(Indent());
+    }
+
+    void AddAttributes(const FileTable::Line &aLine) {
+        for (const FileTable::Attribute &attribute : aLine) {
+            if (!attribute.Target) break;
+            if (&attribute != &aLine.front()) theText.Add(u" ");
+            theText.Add(QString::fromLatin1(attribute.Target->Name));
+            theText.Add(u"=\"");
+            AddValue(*attribute.Target);
+            theText.Add(u"\"");
+        }
+    }
+
+    void AddValue(const Field &aField) {
+        switch (aField.Kind) {
+            case FieldKind::Boolean:
+                return theText.Add(aField.Boolean(theRecord) ? u"1" : u"0");
+            case FieldKind::Text:
+                return theText.Add(ShieldString(aField.Text(theRecord)));
+            case FieldKind::Date:
+                return theText.Add(DateText(aField.Date(theRecord)));
+            case FieldKind::Collection:
+                return;
+            case FieldKind::Long:
+            case FieldKind::Enumeration:
+            case FieldKind::Flags:
+                return theText.Add(QString::number(aField.Long(theRecord)));
+        }
+    }
+
+    QString Indent() const try {
+        const qint32 count = CheckedMultiply(theIndentLevel, theIndentStep);
+        if (count < 0) {
+            throw Failure(InvalidArgument, QString(),
+                          QStringLiteral("Отрицательная глубина отступа: %1.").arg(theIndentLevel));
+        }
+        return QString(count, u' ');
+    } catch (...) {
+        RaiseErrorUp(theModule, "Indent");
+    }
+
+    void WriteCollectedIDsToXmlString(const QString &aName,
+                                      const std::shared_ptr<RecordCollection> &aCollection) try {
+        theText.AddLine(QString(Indent() + u'<' + aName + u'>'));
+        theIndentLevel = CheckedAdd(theIndentLevel, 1);
+        if (aCollection && !aCollection->IsEmpty()) {
+            ItemLine line(Indent());
+            for (const std::shared_ptr<Record> &item : *aCollection) {
+                if (!item) {
+                    throw Failure(ObjectNotSet, QString(),
+                                  QStringLiteral("Элемент списка \"%1\" отсутствует.").arg(aName));
+                }
+                line.Add(theText, item->ID());
+            }
+        }
+        theIndentLevel = CheckedSubtract(theIndentLevel, 1);
+        theText.AddLine(QString(Indent() + QStringLiteral("</") + aName + u'>'));
+    } catch (...) {
+        RaiseErrorUp(theModule, "WriteCollectedIDsToXmlString");
+    }
+
+    StringAccumulator theText;
+    VkDocQueryData &theRecord;
+    const qint32 theRootLevel;
+    qint32 theIndentLevel;
+};
+
 }  // namespace
 
 void VkDocQueryData::WriteToFile(const QString &aFileName) try {
@@ -201,108 +265,14 @@ bool VkDocQueryData::WriteToXmlFile(const QString &aFileName) try {
 }
 
 QString VkDocQueryData::WriteToXmlString(bool aWithDeclaration, qint32 aDepth) try {
-    StringAccumulator accumulator;
-    IndentLevel = aDepth;
-    if (aWithDeclaration) accumulator.AddLine(theDeclaration);
-
-    const auto addAttribute = [&](const Field &aField) {
-        accumulator.Add(QString::fromLatin1(aField.Name));
-        accumulator.Add(u"=\"");
-        switch (aField.Kind) {
-            case FieldKind::Boolean:
-                accumulator.Add(aField.Boolean(*this) ? u"1" : u"0");
-                break;
-            case FieldKind::Text:
-                accumulator.Add(ShieldString(aField.Text(*this)));
-                break;
-            case FieldKind::Date:
-                accumulator.Add(DateText(aField.Date(*this)));
-                break;
-            case FieldKind::Collection:
-                break;
-            case FieldKind::Long:
-            case FieldKind::Enumeration:
-            case FieldKind::Flags:
-                accumulator.Add(QString::number(aField.Long(*this)));
-                break;
-        }
-        accumulator.Add(u"\"");
-    };
-
-    for (const Line &line : theLines) {
-        IndentLevel = CheckedAdd(aDepth, line.Depth);
-        const Field *first = line.Fields.front();
-        if (first && first->Kind == FieldKind::Collection) {
-            WriteCollectedIDsToXmlString(accumulator, QString::fromLatin1(first->Name),
-                                         first->Collection(*this));
-            continue;
-        }
-        accumulator.Add(Indent());
-        if (line.Text) accumulator.Add(line.Text);
-        for (const Field *field : line.Fields) {
-            if (!field) break;
-            if (field != first) accumulator.Add(u" ");
-            addAttribute(*field);
-        }
-        accumulator.AddLine(line.Blank ? u" " : u"");
-    }
-    return std::move(accumulator).CurrentString();
+    Writer writer(*this, aDepth);
+    if (aWithDeclaration) writer.AddDeclaration();
+    writer.AddTag(0, u"<VkDocQuery ver=\"1\">");
+    for (const FileTable::Element &element : FileTable::theElements) writer.AddElement(element);
+    writer.AddTag(0, u"</VkDocQuery>");
+    return std::move(writer).Text();
 } catch (...) {
     RaiseErrorUp(theModule, "WriteToXmlString");
-}
-
-QString VkDocQueryData::Indent() const try {
-    const qint32 count = CheckedMultiply(IndentLevel, theIndentStep);
-    if (count < 0) {
-        throw Failure(InvalidArgument, QString(),
-                      QStringLiteral("Отрицательная глубина отступа: %1.").arg(IndentLevel));
-    }
-    return QString(count, u' ');
-} catch (...) {
-    RaiseErrorUp(theModule, "Indent");
-}
-
-void VkDocQueryData::WriteCollectedIDsToXmlString(
-    StringAccumulator &aAccumulator, const QString &aName,
-    const std::shared_ptr<RecordCollection> &aCollection) try {
-    if (!aName.isEmpty()) {
-        aAccumulator.AddLine(QString(Indent() + u'<' + aName + u'>'));
-        IndentLevel = CheckedAdd(IndentLevel, 1);
-    }
-    if (aCollection && !aCollection->IsEmpty()) {
-        ItemLine line(Indent());
-        for (const std::shared_ptr<Record> &item : *aCollection) {
-            if (!item) {
-                throw Failure(ObjectNotSet, QString(),
-                              QStringLiteral("Элемент списка \"%1\" отсутствует.").arg(aName));
-            }
-            line.Add(aAccumulator, item->ID());
-        }
-    }
-    if (!aName.isEmpty()) {
-        IndentLevel = CheckedSubtract(IndentLevel, 1);
-        aAccumulator.AddLine(QString(Indent() + QStringLiteral("</") + aName + u'>'));
-    }
-} catch (...) {
-    RaiseErrorUp(theModule, "WriteCollectedIDsToXmlString");
-}
-
-QString VkDocQueryData::ShieldString(QString aText) const try {
-    // In one go: replacing one sign after the other moves a long text again and again.
-    const auto isShielded = [](QChar aSign) { return !ShieldOf(aSign).empty(); };
-    if (std::none_of(aText.cbegin(), aText.cend(), isShielded)) return aText;
-    QString shielded;
-    shielded.reserve(aText.size() + aText.size() / 4);
-    for (const QChar sign : std::as_const(aText)) {
-        const std::u16string_view shield = ShieldOf(sign);
-        if (shield.empty())
-            shielded += sign;
-        else
-            shielded += QStringView(shield);
-    }
-    return shielded;
-} catch (...) {
-    RaiseErrorUp(theModule, "ShieldString");
 }
 
 }  // namespace Vk_DocQuery

@@ -26,7 +26,7 @@ constexpr bool theNumbersAreKnown =
     false;
 #endif
 
-static_assert(!theNumbersAreKnown || sizeof(VkDocQueryData) == 472, VK_BREAKS_HOSTS);
+static_assert(!theNumbersAreKnown || sizeof(VkDocQueryData) == 464, VK_BREAKS_HOSTS);
 static_assert(!theNumbersAreKnown || sizeof(DocQueryEditor) == 8, VK_BREAKS_HOSTS);
 static_assert(!theNumbersAreKnown || sizeof(TemplateQuerier) == 1, VK_BREAKS_HOSTS);
 static_assert(!theNumbersAreKnown || sizeof(Failure) == 96, VK_BREAKS_HOSTS);
