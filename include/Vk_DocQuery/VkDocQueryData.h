@@ -97,6 +97,32 @@ enum DocQueryFssStages : qint32 {
 /// Flags.
 enum DocQueryFssTerms : qint32 { FssInProgress = 1, FssSucceeded = 2, FssFailed = 4 };
 
+/// Flags are combined without a cast: |, |=, & and ~ give flags again.
+#define VK_DOCQUERY_FLAGS(Flags)                                       \
+    constexpr Flags operator|(Flags aOne, Flags aOther) noexcept {     \
+        return static_cast<Flags>(qint32{aOne} | qint32{aOther});      \
+    }                                                                  \
+    constexpr Flags operator&(Flags aOne, Flags aOther) noexcept {     \
+        return static_cast<Flags>(qint32{aOne} & qint32{aOther});      \
+    }                                                                  \
+    constexpr Flags operator~(Flags aFlags) noexcept {                 \
+        return static_cast<Flags>(~qint32{aFlags});                    \
+    }                                                                  \
+    constexpr Flags &operator|=(Flags &rFlags, Flags aMore) noexcept { \
+        return rFlags = rFlags | aMore;                                \
+    }                                                                  \
+    constexpr Flags &operator&=(Flags &rFlags, Flags aKept) noexcept { \
+        return rFlags = rFlags & aKept;                                \
+    }
+VK_DOCQUERY_FLAGS(DocQueryAccStreamTypes)
+VK_DOCQUERY_FLAGS(DocQueryPeriodTypes)
+VK_DOCQUERY_FLAGS(DocQueryDocStatuses)
+VK_DOCQUERY_FLAGS(DocQueryOrvexStages)
+VK_DOCQUERY_FLAGS(DocQueryOrvexTerms)
+VK_DOCQUERY_FLAGS(DocQueryFssStages)
+VK_DOCQUERY_FLAGS(DocQueryFssTerms)
+#undef VK_DOCQUERY_FLAGS
+
 /// A search over stored reporting documents. The library fills it, saves it and reads it back; the
 /// host runs the search.
 ///

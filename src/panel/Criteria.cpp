@@ -241,10 +241,10 @@ struct VkDocQueryCriteries::Criteria {
     template <class Flags>
     static Flags GatherBitfield(const Panel &aPanel, ArrayOf<CheckBox> aBoxes,
                                 std::span<const Flags> aFlagOfBox) try {
-        qint32 bitfield = 0;
+        Flags bitfield{};
         for (int box = 0; const Flags flag : aFlagOfBox)
             if (aPanel.The(aBoxes, box++).Value() != 0) bitfield |= flag;
-        return Flags(bitfield);
+        return bitfield;
     } catch (...) {
         RaiseErrorUp(theModule, "GatherBitfield");
     }

@@ -63,7 +63,7 @@ void AddStreamRows() {
     AddRow("stream types",
            [](VkDocQueryData &record) {
                record.IsAccStreamType = true;
-               record.AccStreamTypes = DocQueryAccStreamTypes(AccStreamFns | AccStreamOfr);
+               record.AccStreamTypes = AccStreamFns | AccStreamOfr;
            },
            {QStringLiteral("Тип комплекта отчетности: Отчетность в ИФНС; Отчетность ОФР")});
     AddRow("no stream type", [](VkDocQueryData &record) { record.IsAccStreamType = true; },
@@ -118,7 +118,7 @@ void AddPeriodRows() {
                record.RangePeriodMonth1 = 4;
                record.RangePeriodYear2 = 2024;
                record.IsPeriodTypes = true;
-               record.PeriodTypes = DocQueryPeriodTypes(PeriodMonths | PeriodOther);
+               record.PeriodTypes = PeriodMonths | PeriodOther;
            },
            {QStringLiteral("Период отчетности: с: период 4 2023, по: период 12 2024"),
             QStringLiteral("Только периоды следующего типа: месяцы; \"иное\"")});
@@ -150,7 +150,7 @@ void AddPropertyRows() {
     AddRow("states",
            [](VkDocQueryData &record) {
                record.IsDocStatus = true;
-               record.DocStatuses = DocQueryDocStatuses(DocReady | DocCorrected);
+               record.DocStatuses = DocReady | DocCorrected;
            },
            {QStringLiteral("Состояние документа: Готов к сдаче; Уточнён")});
     AddRow("dates",
@@ -198,7 +198,7 @@ void AddPropertyRows() {
            [](VkDocQueryData &record) {
                record.IsOrvex = true;
                record.IsOrvexStages = true;
-               record.OrvexStages = DocQueryOrvexStages(OrvexSent | OrvexNotice);
+               record.OrvexStages = OrvexSent | OrvexNotice;
                record.IsOrvexTerms = true;
                record.OrvexTerms = OrvexSucceeded;
                record.IsFss = true;

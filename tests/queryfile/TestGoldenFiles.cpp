@@ -40,7 +40,7 @@ VkDocQueryData FullRecord() {
     record.LastError = QStringLiteral("not saved");
 
     record.IsDocStatus = true;
-    record.DocStatuses = DocQueryDocStatuses(DocInWork | DocDelivered | DocCorrected);
+    record.DocStatuses = DocInWork | DocDelivered | DocCorrected;
     record.IsNotes = true;
     record.NotesMode = NotesLike;
     // In code page 1251 there is the dash, but no é, ә, ≤ or 😀.
@@ -52,10 +52,10 @@ VkDocQueryData FullRecord() {
     record.SignerSurname = QStringLiteral("О'Хара-Ґ");
     record.IsOrvex = record.IsOrvexStages = record.IsOrvexTerms = true;
     record.OrvexStages = DocQueryOrvexStages(63);
-    record.OrvexTerms = DocQueryOrvexTerms(OrvexInProgress | OrvexFailed);
+    record.OrvexTerms = OrvexInProgress | OrvexFailed;
     record.IsFss = record.IsFssStages = record.IsFssTerms = true;
-    record.FssStages = DocQueryFssStages(FssReceived | FssFormatChecked | FssAccepted);
-    record.FssTerms = DocQueryFssTerms(FssSucceeded | FssFailed);
+    record.FssStages = FssReceived | FssFormatChecked | FssAccepted;
+    record.FssTerms = FssSucceeded | FssFailed;
     record.IsDocNum = true;
     record.DocNumMode = DocNumRange;
     record.DocNum1 = -2147483647 - 1;
@@ -79,7 +79,7 @@ VkDocQueryData FullRecord() {
     record.PeriodTypes = DocQueryPeriodTypes(127);
 
     record.IsAccStreamType = true;
-    record.AccStreamTypes = DocQueryAccStreamTypes(AccStreamFns | AccStreamRosstat | AccStreamOfr);
+    record.AccStreamTypes = AccStreamFns | AccStreamRosstat | AccStreamOfr;
     record.IsAccStreamOpeness = true;
     record.AccStreamOpen = StreamClosed;
     record.IsContoraPrefix1 = record.IsContoraPrefix2 = true;
