@@ -28,6 +28,7 @@
 #include "windows/ErrorReport.h"
 #include "windows/ModalRun.h"
 #include "windows/mVkGraphLight.h"
+#include "windows/Placement.h"
 #include "windows/WindowFit.h"
 
 namespace Vk_DocQuery {
@@ -124,7 +125,7 @@ QWidget *MakeElement(const Element &aElement, QWidget *aParent) {
     Q_UNREACHABLE();
 }
 
-const Element &ElementOf(const QWidget *aWidget) {
+const Element &RowOf(const QWidget *aWidget) {
     for (const Element &element : theElements)
         if (aWidget->objectName() == element.Name) return element;
     Q_UNREACHABLE();
@@ -136,8 +137,7 @@ void Move(QWidget *aWidget, int aLeft, int aTop, int aWidth, int aHeight) {
         throw Failure(InvalidArgument, QStringLiteral("TemplateQuerierForm"),
                       QStringLiteral("Отрицательный размер элемента окна."));
     }
-    aWidget->setGeometry(PixelsFromTwips(aLeft), PixelsFromTwips(aTop), PixelsFromTwips(aWidth),
-                         PixelsFromTwips(aHeight));
+    aWidget->setGeometry(Placement{aLeft, aTop, aWidth, aHeight}.InPixels());
 }
 
 /// The codes of the characters that a key press types, one per UTF-16 unit. Arrows, Delete and keys
@@ -189,12 +189,12 @@ TemplateQuerierForm::TemplateQuerierForm(QWidget *aOwner) : QDialog(aOwner, Qt::
     KeepColoursReadable(*this);
     MakeElements();
     ConnectElements();
-    const QSize least(PixelsFromTwips(theLeastWidth), PixelsFromTwips(theLeastHeight));
+    const QSize least = SizeFromTwips(theLeastWidth, theLeastHeight);
     theSheet->SetLeast(least);
     new WindowFit(*this, {least.width(), least.height() + theBottomFrame->height()});
     new FocusInView(*this);
     AcceptInputMethods(*this);
-    resize(PixelsFromTwips(theClientWidth), PixelsFromTwips(theClientHeight));
+    resize(SizeFromTwips(theClientWidth, theClientHeight));
     theFilterA->setFocus();
 }
 
@@ -253,23 +253,23 @@ void TemplateQuerierForm::resizeEvent(QResizeEvent *aEvent) {
 /// What cannot be set in a window that is too small keeps the place it had.
 void TemplateQuerierForm::Form_Resize() {
     const int gap = theGapInPixels * GetTwipsPerPixel();
-    const int frameHeight = ElementOf(theBottomFrame).Height;
+    const int frameHeight = RowOf(theBottomFrame).Height;
     const QSize room = theSheet->Content()->size();
     const int width = TwipsFromPixels(room.width());
     const int height = TwipsFromPixels(room.height()) + frameHeight;
 
     const auto widen = [&](QWidget *aWidget) {
-        const Element &element = ElementOf(aWidget);
+        const Element &element = RowOf(aWidget);
         Move(aWidget, element.Left, element.Top, width - element.Left - gap, element.Height);
     };
     IgnoringFailures([&] { widen(theFilterA); });
     IgnoringFailures([&] { widen(theFormList); });
     IgnoringFailures([&] {
-        const Element &pane = ElementOf(theCatInfo);
+        const Element &pane = RowOf(theCatInfo);
         Move(theCatInfo, pane.Left, pane.Top, pane.Width, height - pane.Top - frameHeight);
     });
     IgnoringFailures([&] {
-        const Element &list = ElementOf(theTimeList);
+        const Element &list = RowOf(theTimeList);
         Move(theTimeList, list.Left, list.Top, width - list.Left - gap,
              height - list.Top - frameHeight);
     });
@@ -278,7 +278,7 @@ void TemplateQuerierForm::Form_Resize() {
         Move(theBottomFrame, 0, bottom - frameHeight, TwipsFromPixels(this->width()), frameHeight);
     });
     IgnoringFailures([&] {
-        const Element &close = ElementOf(theClose);
+        const Element &close = RowOf(theClose);
         const double left = (TwipsFromPixels(theBottomFrame->width()) - close.Width) / 2.0;
         Move(theClose, static_cast<int>(std::lround(left)), close.Top, close.Width, close.Height);
     });

@@ -23,7 +23,7 @@
 #include "windows/ErrorReport.h"
 #include "windows/mFileOpenSaveDialog.h"
 #include "windows/ModalRun.h"
-#include "windows/mVkGraphLight.h"
+#include "windows/Placement.h"
 #include "windows/WindowFit.h"
 
 namespace Vk_DocQuery {
@@ -35,11 +35,17 @@ constexpr qsizetype theLongestNameInCaption = 100;
 
 // Twips.
 constexpr int theDesignWidth = 12315;
-constexpr int theFrameTop = 8880;
-constexpr int theFrameHeight = 855;
-constexpr int theGapBehindCancel = 240;
-constexpr int theGapBehindOK = 180;
-constexpr int theGapBeforeOK = 180;  // in the narrowest window
+constexpr int theDesignHeight = 9735;
+constexpr int theGapBetweenButtons = 180;  // in the narrowest window
+constexpr Placement thePanelPlace{0, 0, theDesignWidth, 8880, Placement::Width | Placement::Height};
+constexpr Placement theBottomPlace{0, 8880, theDesignWidth, 855, Placement::Width | Placement::Top};
+// In the row at the bottom.
+constexpr Placement theLoadPlace{180, 180, 1575, 495};
+constexpr Placement theSavePlace{1800, 180, 1575, 495};
+constexpr Placement theSaveAsPlace{3420, 180, 1695, 495};
+constexpr Placement theHelpPlace{6300, 180, 1395, 495};
+constexpr Placement theOkPlace{8865, 180, 1395, 495, Placement::Left};
+constexpr Placement theCancelPlace{10440, 180, 1635, 495, Placement::Left};
 
 const QString theTitle = QStringLiteral("Поиск документов");
 const QString theHelpPage = QStringLiteral("../service/Program_setting.htm");
@@ -49,12 +55,6 @@ const QString theDefaultFileName = QStringLiteral("Query.qvk");
 /// name is the one in which "Сохранить" would save.
 QString OfferedName(const QString &aFileName) {
     return aFileName.isEmpty() ? theDefaultFileName : QDir::current().absoluteFilePath(aFileName);
-}
-
-void Place(QWidget &aControl, const QString &aName, int aLeft, int aTop, int aWidth, int aHeight) {
-    aControl.setObjectName(aName);
-    aControl.setGeometry(PixelsFromTwips(aLeft), PixelsFromTwips(aTop), PixelsFromTwips(aWidth),
-                         PixelsFromTwips(aHeight));
 }
 
 }  // namespace
@@ -289,24 +289,22 @@ void DocQueryOptionsFrm::resizeEvent(QResizeEvent *aEvent) {
 
 void DocQueryOptionsFrm::Form_Resize() {
     if (!theData) return;
-    const int gapBehindCancel = PixelsFromTwips(theGapBehindCancel);
-    const int gapBehindOK = PixelsFromTwips(theGapBehindOK);
-    const QSize room = theSheet->Content()->size();
-    theBottomFrame->setGeometry(0, room.height() - theBottomFrame->height(), room.width(),
-                                theBottomFrame->height());
+    const QSize growth =
+        theSheet->Content()->size() - SizeFromTwips(theDesignWidth, theDesignHeight);
+    theData->setGeometry(thePanelPlace.InPixels(growth));
+    theBottomFrame->setGeometry(theBottomPlace.InPixels(growth));
     theBottomStitch->resize(theBottomFrame->width(), theBottomStitch->height());
-    theCancel->move(theBottomFrame->width() - theCancel->width() - gapBehindCancel, theCancel->y());
-    theOK->move(theCancel->x() - theOK->width() - gapBehindOK, theOK->y());
-    theData->setGeometry(0, 0, room.width(), room.height() - theBottomFrame->height());
+    theOK->setGeometry(theOkPlace.InPixels(growth));
+    theCancel->setGeometry(theCancelPlace.InPixels(growth));
 }
 
 /// The room of the tabs and of the buttons below them, which keep clear of one another.
 QSize DocQueryOptionsFrm::LeastSize() const {
     const QSize tabs = theData->minimumSizeHint();
-    const int buttons = theHelp->geometry().right() + 1 + PixelsFromTwips(theGapBeforeOK) +
-                        theOK->width() + PixelsFromTwips(theGapBehindOK) + theCancel->width() +
-                        PixelsFromTwips(theGapBehindCancel);
-    return {std::max(tabs.width(), buttons), tabs.height() + theBottomFrame->height()};
+    const int free = theOkPlace.theLeft - (theHelpPlace.theLeft + theHelpPlace.theWidth);
+    const QSize bottom =
+        SizeFromTwips(theDesignWidth - free + theGapBetweenButtons, theBottomPlace.theHeight);
+    return {std::max(tabs.width(), bottom.width()), tabs.height() + bottom.height()};
 }
 
 void DocQueryOptionsFrm::LoadControls() {
@@ -317,8 +315,8 @@ void DocQueryOptionsFrm::LoadControls() {
     theData = new VkDocQueryCriteries(theSheet->Content());
     theData->setObjectName(QStringLiteral("theData"));
     theBottomFrame = new QWidget(theSheet->Content());
-    Place(*theBottomFrame, QStringLiteral("theBottomFrame"), 0, theFrameTop, theDesignWidth,
-          theFrameHeight);
+    theBottomFrame->setObjectName(QStringLiteral("theBottomFrame"));
+    theBottomFrame->setGeometry(theBottomPlace.InPixels());
     theBottomStitch = new DStitch(theBottomFrame);
     theBottomStitch->setObjectName(QStringLiteral("theBottomStitch"));
 
@@ -328,37 +326,38 @@ void DocQueryOptionsFrm::LoadControls() {
         QString Caption;
         char16_t AltKey;
         int Picture;  // 0: none
-        int Width;
+        Placement Place;
         void (DocQueryOptionsFrm::*Handler)();
-        int Left = {};  // none: the right edge tells
     };
     const ButtonRow rows[] = {
-        {theLoad, QStringLiteral("theLoad"), QStringLiteral("Загрузить ..."), u'З', 0, 1575,
-         &DocQueryOptionsFrm::theLoad_Click, 180},
-        {theSave, QStringLiteral("theSave"), QStringLiteral("Сохранить"), u'С', 0, 1575,
-         &DocQueryOptionsFrm::theSave_Click, 1800},
-        {theSaveAs, QStringLiteral("theSaveAs"), QStringLiteral("Сохранить как ..."), u'А', 0, 1695,
-         &DocQueryOptionsFrm::theSaveAs_Click, 3420},
-        {theOK, QStringLiteral("theOK"), QStringLiteral("OK"), u'К', 5, 1395,
+        {theLoad, QStringLiteral("theLoad"), QStringLiteral("Загрузить ..."), u'З', 0, theLoadPlace,
+         &DocQueryOptionsFrm::theLoad_Click},
+        {theSave, QStringLiteral("theSave"), QStringLiteral("Сохранить"), u'С', 0, theSavePlace,
+         &DocQueryOptionsFrm::theSave_Click},
+        {theSaveAs, QStringLiteral("theSaveAs"), QStringLiteral("Сохранить как ..."), u'А', 0,
+         theSaveAsPlace, &DocQueryOptionsFrm::theSaveAs_Click},
+        {theOK, QStringLiteral("theOK"), QStringLiteral("OK"), u'К', OkPicture, theOkPlace,
          &DocQueryOptionsFrm::theOK_Click},
-        {theCancel, QStringLiteral("theCancel"), QStringLiteral("Отмена"), u'О', 2, 1635,
-         &DocQueryOptionsFrm::theCancel_Click},
+        {theCancel, QStringLiteral("theCancel"), QStringLiteral("Отмена"), u'О', CancelPicture,
+         theCancelPlace, &DocQueryOptionsFrm::theCancel_Click},
     };
     for (const ButtonRow &row : rows) {
         row.Element = row.Picture != 0 ? new DButton(row.Caption, row.Picture, theBottomFrame)
                                        : new QPushButton(row.Caption, theBottomFrame);
-        Place(*row.Element, row.Name, row.Left, 180, row.Width, 495);
+        row.Element->setObjectName(row.Name);
+        row.Element->setGeometry(row.Place.InPixels());
         GiveAltKey(*row.Element, row.AltKey);
         connect(row.Element, &QPushButton::clicked, this, row.Handler);
     }
     theHelp = new DHelpButton(theHelpPage, theBottomFrame);
-    Place(*theHelp, QStringLiteral("theHelp"), 6300, 180, 1395, 495);
+    theHelp->setObjectName(QStringLiteral("theHelp"));
+    theHelp->setGeometry(theHelpPlace.InPixels());
     GiveAltKey(*theHelp, u'П', QStringLiteral("F1"));
     theOK->setDefault(true);
     theCancel->setProperty(DateBox::theChecksProperty, false);  // leaves a half typed date alone
 
     setTabOrder(theSaveAs, theHelp);
-    resize(PixelsFromTwips(theDesignWidth), PixelsFromTwips(theFrameTop + theFrameHeight));
+    resize(SizeFromTwips(theDesignWidth, theDesignHeight));
     theSheet->SetLeast(LeastSize());
     theFit = new WindowFit(*this, LeastSize());
     theSheet->Place(rect());

@@ -90,9 +90,9 @@ inline constexpr ElementOf<ListView> theObjectLists[] = {"theTemplatesList", "th
                                                          "theTaxpayersList"};
 
 /// The key of a tab; one that no tab has does not compile.
-class TabKey {
+class TabName {
 public:
-    consteval TabKey(const char *aKey) : theKey(aKey) {
+    consteval TabName(const char *aKey) : theKey(aKey) {
         for (const TabRow &row : theTabRows)
             if (std::string_view(row.Key) == aKey) return;
         throw "the panel has no tab of that key";

@@ -55,7 +55,7 @@ Rule Enable(ElementName aElement, Condition aWhen) {
 Rule Enable(ElementName aElement, Condition aWhen, ElementName aLabel) {
     return {Action::Enable, aElement.Text(), std::move(aWhen), aLabel.Text()};
 }
-Rule Mark(TabKey aTab, Condition aWhen) {
+Rule Mark(TabName aTab, Condition aWhen) {
     return {Action::Mark, aTab.Text(), std::move(aWhen)};
 }
 

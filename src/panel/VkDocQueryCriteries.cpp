@@ -26,6 +26,7 @@
 #include "look/Pictures.h"
 #include "windows/ErrorReport.h"
 #include "windows/mVkGraphLight.h"
+#include "windows/Placement.h"
 
 namespace Vk_DocQuery {
 
@@ -42,16 +43,15 @@ constexpr int theMonths = 12;
 constexpr qint32 thePeriodCodes[] = {1, 2,  3,  13, 4,  5,  6,  14, 19, 7, 8,
                                      9, 15, 10, 11, 12, 16, 20, 17, 21, 24};
 constexpr ElementOf<ComboBox> theYearCombos[] = {"theOnePerYear", "thePerYear1", "thePerYear2"};
-constexpr TabKey theTabOfDates = "doc";
+constexpr TabName theTabOfDates = "doc";
 constexpr ElementOf<DateBox> theDateBoxes[] = {"theSignDate1", "theSignDate2"};
 
 QSize DesignSize() {
-    return {PixelsFromTwips(thePanelWidth), PixelsFromTwips(thePanelHeight)};
+    return SizeFromTwips(thePanelWidth, thePanelHeight);
 }
 
 QRect PixelRect(const ElementRow &aRow) {
-    return {PixelsFromTwips(aRow.Left), PixelsFromTwips(aRow.Top), PixelsFromTwips(aRow.Width),
-            PixelsFromTwips(aRow.Height)};
+    return Placement{aRow.Left, aRow.Top, aRow.Width, aRow.Height}.InPixels();
 }
 
 Frame *MadeFrame(const ElementRow &aRow, QWidget *aParent) {

@@ -42,15 +42,6 @@ constexpr int theLeastHeight = 3300;
 
 }  // namespace
 
-/// Where an element lies in the window as designed, in twips, and what of it follows the window
-/// when that has another size.
-struct SelectObjectsForm::Place {
-    enum Follows : int { Nothing = 0, Left = 1, Top = 2, Width = 4, Height = 8 };
-    QWidget *Element;
-    QRect Design;
-    int Followed;
-};
-
 SelectObjectsForm::SelectObjectsForm(QWidget *aParent) : QDialog(aParent) {
     setObjectName(QStringLiteral("SelectObjectsForm"));
     setWindowTitle(QStringLiteral("Добавление объектов"));
@@ -72,7 +63,7 @@ void SelectObjectsForm::MakeElements() {
     theFilter = new VkFilterBox(content);
     theFilter->setObjectName(QStringLiteral("theFilter"));
     connect(theFilter, &VkFilterBox::Change, this, &SelectObjectsForm::theFilter_Change);
-    thePlaces.push_back({theFilter, QRect(60, 60, 12855, 345), Place::Width});
+    thePlaces.push_back({theFilter, {60, 60, 12855, 345, Placement::Width}});
 
     theIL = PickerImages();
     theList = new ListView(content);
@@ -81,7 +72,7 @@ void SelectObjectsForm::MakeElements() {
     theList->SetCheckBoxes(true);
     theList->SetMultiSelect(true);
     connect(theList, &ListView::ColumnClick, this, &SelectObjectsForm::theList_ColumnClick);
-    thePlaces.push_back({theList, QRect(0, 480, 12915, 7395), Place::Width | Place::Height});
+    thePlaces.push_back({theList, {0, 480, 12915, 7395, Placement::Width | Placement::Height}});
 
     struct ButtonRow {
         QString Name;
@@ -95,17 +86,17 @@ void SelectObjectsForm::MakeElements() {
     };
     const ButtonRow rows[] = {
         {QStringLiteral("theCheckAll"), QStringLiteral("Пометить всё"), u'П', 0, 120, 1635,
-         Place::Top, &SelectObjectsForm::theCheckAll_Click},
+         Placement::Top, &SelectObjectsForm::theCheckAll_Click},
         {QStringLiteral("theUncheckAll"), QStringLiteral("Снять все отметки"), u'С', 0, 1800, 1875,
-         Place::Top, &SelectObjectsForm::theUncheckAll_Click},
+         Placement::Top, &SelectObjectsForm::theUncheckAll_Click},
         {QStringLiteral("theCheckSelected"), QStringLiteral("Пометить выделенные"), u'В', 0, 3780,
-         2115, Place::Top, &SelectObjectsForm::theCheckSelected_Click},
+         2115, Placement::Top, &SelectObjectsForm::theCheckSelected_Click},
         {QStringLiteral("theUncheckSelected"), QStringLiteral("Снять отметки с выделенного"), u'Т',
-         0, 5940, 2715, Place::Top, &SelectObjectsForm::theUncheckSelected_Click},
+         0, 5940, 2715, Placement::Top, &SelectObjectsForm::theUncheckSelected_Click},
         {QStringLiteral("theOK"), QStringLiteral("OK"), u'К', OkPicture, 9600, 1395,
-         Place::Left | Place::Top, &SelectObjectsForm::theOK_Click},
+         Placement::Left | Placement::Top, &SelectObjectsForm::theOK_Click},
         {QStringLiteral("theCancel"), QStringLiteral("Отмена"), u'О', CancelPicture, 11100, 1635,
-         Place::Left | Place::Top, &SelectObjectsForm::theCancel_Click},
+         Placement::Left | Placement::Top, &SelectObjectsForm::theCancel_Click},
     };
     for (const ButtonRow &row : rows) {
         QPushButton *button = row.Picture != 0 ? new DButton(row.Caption, row.Picture, content)
@@ -116,16 +107,15 @@ void SelectObjectsForm::MakeElements() {
         // A click leaves the focus in the list, so that the blank goes on marking rows.
         button->setFocusPolicy(Qt::TabFocus);
         connect(button, &QPushButton::clicked, this, row.Handler);
-        thePlaces.push_back({button, QRect(row.Left, 8100, row.Width, 495), row.Followed});
+        thePlaces.push_back({button, {row.Left, 8100, row.Width, 495, row.Followed}});
         if (row.Picture == OkPicture) button->setDefault(true);
     }
 
-    const QSize design(PixelsFromTwips(theDesignWidth), PixelsFromTwips(theDesignHeight));
-    const QSize least(PixelsFromTwips(theLeastWidth), PixelsFromTwips(theLeastHeight));
+    const QSize least = SizeFromTwips(theLeastWidth, theLeastHeight);
     theSheet->SetLeast(least);
     new WindowFit(*this, least);
     new FocusInView(*this);
-    resize(design);
+    resize(SizeFromTwips(theDesignWidth, theDesignHeight));
     theSheet->Place(rect());
     PlaceElements();
     theList->setFocus();
@@ -135,18 +125,9 @@ void SelectObjectsForm::MakeElements() {
 }
 
 void SelectObjectsForm::PlaceElements() {
-    const QSize room = theSheet->Content()->size();
-    const int wider = room.width() - PixelsFromTwips(theDesignWidth);
-    const int higher = room.height() - PixelsFromTwips(theDesignHeight);
-    for (const Place &place : thePlaces) {
-        QRect rect(PixelsFromTwips(place.Design.left()), PixelsFromTwips(place.Design.top()),
-                   PixelsFromTwips(place.Design.width()), PixelsFromTwips(place.Design.height()));
-        if (place.Followed & Place::Left) rect.translate(wider, 0);
-        if (place.Followed & Place::Top) rect.translate(0, higher);
-        if (place.Followed & Place::Width) rect.setWidth(rect.width() + wider);
-        if (place.Followed & Place::Height) rect.setHeight(rect.height() + higher);
-        place.Element->setGeometry(rect);
-    }
+    const QSize growth =
+        theSheet->Content()->size() - SizeFromTwips(theDesignWidth, theDesignHeight);
+    for (const auto &[element, place] : thePlaces) element->setGeometry(place.InPixels(growth));
 }
 
 void SelectObjectsForm::resizeEvent(QResizeEvent *aEvent) {

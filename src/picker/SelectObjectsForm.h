@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include <QDialog>
@@ -8,6 +9,7 @@
 #include <Vk_DocQuery/KeyedCollection.h>
 
 #include "lists/SearchTexts.h"
+#include "windows/Placement.h"
 
 class QKeyEvent;
 class QPushButton;
@@ -40,8 +42,6 @@ protected:
     void resizeEvent(QResizeEvent *aEvent) override;
 
 private:
-    struct Place;
-
     void MakeElements();
     void PlaceElements();
 
@@ -76,7 +76,7 @@ private:
     ListView *theList = nullptr;
     std::shared_ptr<const ImageList> theIL;
     QPushButton *theOK = nullptr;
-    std::vector<Place> thePlaces;
+    std::vector<std::pair<QWidget *, Placement>> thePlaces;
 
     bool theOKPressed = false;
     qint32 theObjectsType = 0;

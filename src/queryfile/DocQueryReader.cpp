@@ -14,8 +14,8 @@ namespace {
 
 constexpr char theModule[] = "VkDocQueryData";
 
-bool Holds(const FileTable::Conditions &aConditions, VkDocQueryData &aRecord) {
-    return std::ranges::all_of(aConditions, [&](const FileTable::Condition &condition) {
+bool Holds(const FileTable::ReadConditions &aConditions, VkDocQueryData &aRecord) {
+    return std::ranges::all_of(aConditions, [&](const FileTable::ReadCondition &condition) {
         if (!condition.What) return true;
         if (condition.What->Kind == FieldKind::Boolean) return condition.What->Boolean(aRecord);
         return condition.What->Long(aRecord) == condition.Wanted;
@@ -46,7 +46,7 @@ void PutBack(const Field &aField, qint32 aValue, VkDocQueryData &aRecord) {
 
 /// A pass of its own, since an element that is missing is put back as well.
 void PutBackElements(VkDocQueryData &aRecord) {
-    for (const FileTable::Element &element : FileTable::theElements) {
+    for (const FileTable::FileElement &element : FileTable::theElements) {
         if (!element.PutsBack) continue;
         for (const FileTable::Line &line : element.Lines)
             for (const FileTable::Attribute &attribute : line)
@@ -97,13 +97,13 @@ std::shared_ptr<RecordCollection> ReadCollectedIDsFromXml(const XmlNode &aNode, 
     RaiseErrorUp(theModule, "ReadCollectedIDsFromXml");
 }
 
-void ReadElement(const XmlNode &aNode, const FileTable::Element &aElement,
+void ReadElement(const XmlNode &aNode, const FileTable::FileElement &aElement,
                  VkDocQueryData &rRecord) {
     for (const FileTable::Line &line : aElement.Lines)
         for (const FileTable::Attribute &attribute : line)
             if (attribute.Target && Holds(attribute.When, rRecord))
                 ReadAttribute(aNode, *attribute.Target, rRecord);
-    for (const FileTable::List &list : aElement.Lists)
+    for (const FileTable::IdentityList &list : aElement.Lists)
         if (list.Target && Holds(list.When, rRecord))
             list.Target->Collection(rRecord) = ReadCollectedIDsFromXml(
                 aNode, list.Target->Name, QString::fromUtf16(list.ItemClass));
@@ -138,7 +138,7 @@ bool VkDocQueryData::ReadFromXml(const XmlNode &aNode) try {
     }
     const OpenNotes notes;
     PutBackElements(*this);
-    for (const FileTable::Element &element : FileTable::theElements)
+    for (const FileTable::FileElement &element : FileTable::theElements)
         if (const XmlNode node = root.SelectSingleNode(element.Name))
             ReadElement(node, element, *this);
     return true;

@@ -140,7 +140,7 @@ public:
         theText.AddLine(aTag);
     }
 
-    void AddElement(const FileTable::Element &aElement) {
+    void AddElement(const FileTable::FileElement &aElement) {
         const QString name = QString::fromLatin1(aElement.Name);
         AddTag(1, QString(u'<' + name + u' '));
         for (const FileTable::Line &line : aElement.Lines) {
@@ -268,7 +268,7 @@ QString VkDocQueryData::WriteToXmlString(bool aWithDeclaration, qint32 aDepth) t
     Writer writer(*this, aDepth);
     if (aWithDeclaration) writer.AddDeclaration();
     writer.AddTag(0, u"<VkDocQuery ver=\"1\">");
-    for (const FileTable::Element &element : FileTable::theElements) writer.AddElement(element);
+    for (const FileTable::FileElement &element : FileTable::theElements) writer.AddElement(element);
     writer.AddTag(0, u"</VkDocQuery>");
     return std::move(writer).Text();
 } catch (...) {

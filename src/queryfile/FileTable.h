@@ -11,18 +11,18 @@
 namespace Vk_DocQuery::FileTable {
 
 /// A field that must be on, or hold a number.
-struct Condition {
+struct ReadCondition {
     const Field *What = nullptr;  ///< none is always
     qint32 Wanted = 1;
 };
-using Conditions = std::array<Condition, 2>;
+using ReadConditions = std::array<ReadCondition, 2>;
 
 /// An attribute has the name of its field. It is always written, and read where its conditions
 /// hold; one that is missing is read as false, zero, empty or null, not as the value of a new
 /// record.
 struct Attribute {
     const Field *Target = nullptr;
-    Conditions When = {};
+    ReadConditions When = {};
     /// What a read puts back first in an element that does so; zero is false and empty as well.
     std::optional<qint32> Before = 0;
 
@@ -33,16 +33,16 @@ struct Attribute {
 using Line = std::array<Attribute, 5>;
 
 /// Stands behind the lines of its element. Of lists of one name that is read whose conditions hold.
-struct List {
+struct IdentityList {
     const Field *Target = nullptr;
-    Conditions When = {};
+    ReadConditions When = {};
     const char16_t *ItemClass = nullptr;
 };
 
-struct Element {
+struct FileElement {
     const char *Name;
     std::span<const Line> Lines;
-    std::array<List, 2> Lists = {};
+    std::array<IdentityList, 2> Lists = {};
     /// Whether a read puts the fields back before it looks at the file. Those of other elements
     /// keep what they hold where the file has nothing for them.
     bool PutsBack = false;
@@ -59,11 +59,12 @@ consteval Attribute IfBoth(std::string_view aSwitch, std::string_view aOther,
                            std::string_view aName) {
     return {FieldNamed(aName), {{{FieldNamed(aSwitch)}, {FieldNamed(aOther)}}}};
 }
-consteval List ListIf(std::string_view aSwitch, std::string_view aName, const char16_t *aClass) {
+consteval IdentityList ListIf(std::string_view aSwitch, std::string_view aName,
+                              const char16_t *aClass) {
     return {FieldNamed(aName), {{{FieldNamed(aSwitch)}}}, aClass};
 }
-consteval List ListIn(std::string_view aSwitch, std::string_view aMode, qint32 aValue,
-                      std::string_view aName, const char16_t *aClass) {
+consteval IdentityList ListIn(std::string_view aSwitch, std::string_view aMode, qint32 aValue,
+                              std::string_view aName, const char16_t *aClass) {
     return {FieldNamed(aName), {{{FieldNamed(aSwitch)}, {FieldNamed(aMode), aValue}}}, aClass};
 }
 
@@ -115,7 +116,7 @@ inline constexpr Line theOtherLines[] = {
 };
 
 /// The elements under the root, in the order in which they are written and read.
-inline constexpr Element theElements[] = {
+inline constexpr FileElement theElements[] = {
     {"DocCriteria", theDocLines, {}, true},
     {"TemplateCriteria",
      theTemplateLines,

@@ -28,15 +28,15 @@ QString FileOpenSaveDialog::Files(qint32 aIndex) const try {
     }
     return theFiles[aIndex];
 } catch (...) {
-    RaiseErrorUp(theModule, "Files");
+    RaiseErrorUp(theModule, __func__);
 }
 
 bool FileOpenSaveDialog::RunOpenFileDialog() try { return RunDialog(false); } catch (...) {
-    RaiseErrorUp(theModule, "RunOpenFileDialog");
+    RaiseErrorUp(theModule, __func__);
 }
 
 bool FileOpenSaveDialog::RunSaveFileDialog() try { return RunDialog(true); } catch (...) {
-    RaiseErrorUp(theModule, "RunSaveFileDialog");
+    RaiseErrorUp(theModule, __func__);
 }
 
 bool FileOpenSaveDialog::RunDialog(bool aSave) try {
@@ -75,7 +75,7 @@ bool FileOpenSaveDialog::RunDialog(bool aSave) try {
     InitialDir = LoadStringFromZByteBuffer(folder);
     return true;
 } catch (...) {
-    RaiseErrorUp(theModule, "RunDialog");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void FileOpenSaveDialog::TakeSeveralFiles(const QByteArray &aBuffer) {
@@ -106,7 +106,7 @@ char *FileOpenSaveDialog::SaveStringToZByteArray(const QString &aText, QByteArra
     rBytes.append('\0');
     return rBytes.data();
 } catch (...) {
-    RaiseErrorUp(theModule, "SaveStringToZByteArray");
+    RaiseErrorUp(theModule, __func__);
 }
 
 char *FileOpenSaveDialog::SaveStringToZByteBuffer(const QString &aText, QByteArray &rBytes,
@@ -118,7 +118,7 @@ char *FileOpenSaveDialog::SaveStringToZByteBuffer(const QString &aText, QByteArr
     std::copy_n(text.cbegin(), length, rBytes.begin());
     return rBytes.data();
 } catch (...) {
-    RaiseErrorUp(theModule, "SaveStringToZByteBuffer");
+    RaiseErrorUp(theModule, __func__);
 }
 
 QString FileOpenSaveDialog::LoadStringFromZByteBuffer(QByteArray &rBytes) try {
@@ -126,7 +126,7 @@ QString FileOpenSaveDialog::LoadStringFromZByteBuffer(QByteArray &rBytes) try {
     rBytes.back() = '\0';
     return WideText(rBytes, 0, static_cast<qint32>(rBytes.indexOf('\0')));
 } catch (...) {
-    RaiseErrorUp(theModule, "LoadStringFromZByteBuffer");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void FileOpenSaveDialog::CountZZStrings(const QByteArray &aBytes, qint32 aSize, qint32 &rCount,
@@ -143,7 +143,7 @@ void FileOpenSaveDialog::CountZZStrings(const QByteArray &aBytes, qint32 aSize, 
     ++rCount;
     rEnd = aSize;
 } catch (...) {
-    RaiseErrorUp(theModule, "CountZZStrings");
+    RaiseErrorUp(theModule, __func__);
 }
 
 QString FileOpenSaveDialog::ExpandOneStringFromZZStrings(const QByteArray &aBytes, qint32 aSize,
@@ -158,7 +158,7 @@ QString FileOpenSaveDialog::ExpandOneStringFromZZStrings(const QByteArray &aByte
     rPos = aSize + 1;
     return WideText(aBytes, start, aSize);
 } catch (...) {
-    RaiseErrorUp(theModule, "ExpandOneStringFromZZStrings");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void FileOpenSaveDialog::ExpandZZBuffer(const QByteArray &aBytes, qint32 aSize,
@@ -170,7 +170,7 @@ void FileOpenSaveDialog::ExpandZZBuffer(const QByteArray &aBytes, qint32 aSize,
     for (qint32 i = 0; i < rCount; ++i)
         rStrings << ExpandOneStringFromZZStrings(aBytes, aSize, position);
 } catch (...) {
-    RaiseErrorUp(theModule, "ExpandZZBuffer");
+    RaiseErrorUp(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery

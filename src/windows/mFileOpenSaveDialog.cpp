@@ -22,7 +22,7 @@ QString AskFileNameForSaving(const QString &aTitle, const QString &aFilter,
     dialog.DefaultExt = aDefaultExt;
     return dialog.RunSaveFileDialog() ? dialog.FileName : QString();
 } catch (...) {
-    RaiseErrorUp(theModule, "AskFileNameForSaving");
+    RaiseErrorUp(theModule, __func__);
 }
 
 QString AskFileNameForOpening(const QString &aTitle, const QString &aFilter,
@@ -37,7 +37,7 @@ QString AskFileNameForOpening(const QString &aTitle, const QString &aFilter,
     if (!aInitialDir.isEmpty()) dialog.InitialDir = aInitialDir;
     return dialog.RunOpenFileDialog() ? dialog.FileName : QString();
 } catch (...) {
-    RaiseErrorUp(theModule, "AskFileNameForOpening");
+    RaiseErrorUp(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery
