@@ -15,7 +15,7 @@ void TemplateQuerier::Execute() try {
     EnsureEventLoops();
     TemplateQuerierForm().Execute();
 } catch (...) {
-    RaiseErrorUp(theModule, "Execute");
+    RaiseErrorUp(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery

@@ -136,7 +136,7 @@ void TemplateQuerierForm::BuildCategoryMatrix(Recordset *aCategories,
         }
     }
 } catch (...) {
-    RaiseErrorUp(theModule, "BuildCategoryMatrix");
+    RaiseErrorUp(theModule, __func__);
 }
 
 QString CategoryBlock(const IntCategoryCluster &aCluster) {
@@ -178,7 +178,7 @@ void TemplateQuerierForm::DrawCats(Recordset *aCategories) try {
     }
     theCatInfo->SetSelection(0, 0);  // the pane opens at its top
 } catch (...) {
-    RaiseErrorUp(theModule, "DrawCats");
+    RaiseErrorUp(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery

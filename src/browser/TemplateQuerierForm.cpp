@@ -290,7 +290,7 @@ void TemplateQuerierForm::Execute() try {
     Prepare();
     ModalRun(*this).Exec();
 } catch (...) {
-    ReportErrorToUser(theModule, "Execute");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void TemplateQuerierForm::Prepare() {
@@ -327,7 +327,7 @@ void TemplateQuerierForm::LoadAllObjects() try {
         theClasses.AddIfAbsent(std::move(forms[i]), ObjectKey(ids[i]));
     }
 } catch (...) {
-    RaiseErrorUp(theModule, "LoadAllObjects");
+    RaiseErrorUp(theModule, __func__);
 }
 
 /// The rows and what is searched are made by the first fill, the later ones choose among them.
@@ -336,7 +336,7 @@ void TemplateQuerierForm::FillList() try {
     if (!theRowsAreMade) MakeRows();
     theFormList->ShowOnly(theSearchTexts.Matching(needle));
 } catch (...) {
-    RaiseErrorUp(theModule, "FillList");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void TemplateQuerierForm::MakeRows() {
@@ -376,7 +376,7 @@ void TemplateQuerierForm::FormChanged() try {
     DrawTimes(times.get());
     DrawCats(categories.get());
 } catch (...) {
-    RaiseErrorUp(theModule, "FormChanged");
+    RaiseErrorUp(theModule, __func__);
 }
 
 /// 0 if no row is chosen or its record does not tell.
@@ -410,7 +410,7 @@ bool TemplateQuerierForm::eventFilter(QObject *aWatched, QEvent *aEvent) {
 void TemplateQuerierForm::Form_KeyPress(quint16 &aKeyAscii) try {
     if (aKeyAscii != theBlank) OnFormKeyPress(aKeyAscii);
 } catch (...) {
-    ReportErrorToUser(theModule, "Form_KeyPress");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void TemplateQuerierForm::OnFormKeyPress(quint16 &aKeyAscii) try {
@@ -427,7 +427,7 @@ void TemplateQuerierForm::OnFormKeyPress(quint16 &aKeyAscii) try {
         SetFilter(theFilterText.left(start - 1) + behind, start - 1, 0);
     aKeyAscii = 0;
 } catch (...) {
-    RaiseErrorUp(theModule, "OnFormKeyPress");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void TemplateQuerierForm::SetFilter(const QString &aText, int aSelStart, int aSelLength) try {
@@ -435,7 +435,7 @@ void TemplateQuerierForm::SetFilter(const QString &aText, int aSelStart, int aSe
     theFilterA->setText(aText);
     if (!aText.isEmpty()) theFilterA->setSelection(aSelStart, aSelLength);
 } catch (...) {
-    RaiseErrorUp(theModule, "SetFilter");
+    RaiseErrorUp(theModule, __func__);
 }
 
 /// Enter presses the button only while it has the focus; Esc comes as a rejection of the window.
@@ -458,15 +458,15 @@ void TemplateQuerierForm::theFilterA_Change() try {
     FillList();
     FormChanged();
 } catch (...) {
-    ReportErrorToUser(theModule, "theFilterA_Change");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void TemplateQuerierForm::theFormList_Click() try { FormChanged(); } catch (...) {
-    ReportErrorToUser(theModule, "theFormList_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void TemplateQuerierForm::theFormList_ItemClick() try { FormChanged(); } catch (...) {
-    ReportErrorToUser(theModule, "theFormList_ItemClick");
+    ReportErrorToUser(theModule, __func__);
 }
 
 /// Shows the full name, which a narrow column may cut.
@@ -478,18 +478,18 @@ void TemplateQuerierForm::theFormList_DblClick() try {
     const ListRow *row = theFormList->SelectedItem();
     if (row) ShowInfoBox(row->CellText(theFullNameCell), windowTitle());
 } catch (...) {
-    ReportErrorToUser(theModule, "theFormList_DblClick");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void TemplateQuerierForm::theFormList_MouseMove(QPoint aPoint) try {
     theMouseX = static_cast<float>(aPoint.x());
     theMouseY = static_cast<float>(aPoint.y());
 } catch (...) {
-    ReportErrorToUser(theModule, "theFormList_MouseMove");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void TemplateQuerierForm::theClose_Click() try { hide(); } catch (...) {
-    ReportErrorToUser(theModule, "theClose_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery

@@ -105,7 +105,7 @@ void TemplateQuerierForm::BuildTimeTable(Recordset &aTimes, TimeTable &rTable) t
             rTable.At(thisYear - year, month) = 1;
     }
 } catch (...) {
-    RaiseErrorUp(theModule, "BuildTimeTable");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void TemplateQuerierForm::DrawTimes(Recordset *aTimes) try {
@@ -128,14 +128,14 @@ void TemplateQuerierForm::DrawTimes(Recordset *aTimes) try {
                 AddTimeItem(*row, column.MonthID, table.At(year, column.MonthID));
     }
 } catch (...) {
-    RaiseErrorUp(theModule, "DrawTimes");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void TemplateQuerierForm::AddTimeItem(ListRow &aRow, qint32 aMonthID, qint32 aValue) try {
     const QString picture = aValue == 1 ? PictureOf(aMonthID) : QString();
     aRow.SetCell(aRow.CellCount() + 1, QString(), QueryIcon(picture));
 } catch (...) {
-    RaiseErrorUp(theModule, "AddTimeItem");
+    RaiseErrorUp(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery

@@ -340,7 +340,7 @@ bool DateBox::CheckText() try {
     return false;
 } catch (...) {
     theWarning = false;
-    ReportErrorToUser(theModule, "CheckText");
+    ReportErrorToUser(theModule, __func__);
     return false;
 }
 
@@ -522,7 +522,7 @@ void DateBox::OpenCalendar() try {
     thePopup->show();
     thePopup->setFocus();
 } catch (...) {
-    ReportErrorToUser(theModule, "OpenCalendar");
+    ReportErrorToUser(theModule, __func__);
 }
 
 /// An invalid date empties the box.

@@ -67,7 +67,7 @@ bool VkFilterBox::HandleKeyPress(QKeyEvent &aEvent) try {
     aEvent.accept();
     return true;
 } catch (...) {
-    RaiseErrorUp(theModule, "HandleKeyPress");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkFilterBox::resizeEvent(QResizeEvent * /*aEvent*/) {

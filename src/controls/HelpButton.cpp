@@ -43,7 +43,7 @@ void DHelpButton::OpenPage() try {
                            .arg(QDir::toNativeSeparators(path)),
                        theTitle);
 } catch (...) {
-    ReportErrorToUser(theModule, "OpenPage");
+    ReportErrorToUser(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery

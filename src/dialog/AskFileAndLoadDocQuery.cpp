@@ -25,7 +25,7 @@ std::shared_ptr<VkDocQueryData> AskFileAndLoadDocQuery(WId aHwnd) try {
                    QStringLiteral("Ошибка"));
     return nullptr;
 } catch (...) {
-    RaiseErrorUp(theModule, "AskFileAndLoadDocQuery");
+    RaiseErrorUp(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery

@@ -61,7 +61,7 @@ std::shared_ptr<VkDocQueryData> DocQueryEditor::AskAndLoadQuery(WId aHwnd) try {
     EnsureEventLoops();
     return AskFileAndLoadDocQuery(aHwnd);
 } catch (...) {
-    RaiseErrorUp(theModule, "AskAndLoadQuery");
+    RaiseErrorUp(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery

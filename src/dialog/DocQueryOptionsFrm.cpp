@@ -107,7 +107,7 @@ bool DocQueryOptionsFrm::Execute() {
     try {
         confirmed = Run();
     } catch (...) {
-        ReportErrorToUser(theModule, "Execute");
+        ReportErrorToUser(theModule, __func__);
     }
     DialogFinished = true;
     UnloadControls();
@@ -175,7 +175,7 @@ void DocQueryOptionsFrm::EnsureInitialized() try {
     theData->Init();
     PanelInitialized = true;
 } catch (...) {
-    RaiseErrorUp(theModule, "EnsureInitialized");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void DocQueryOptionsFrm::RefreshCaption() try {
@@ -189,7 +189,7 @@ void DocQueryOptionsFrm::RefreshCaption() try {
     }
     SetCaption(name.isEmpty() ? theTitle : theTitle + QStringLiteral(" - [") + name + u']');
 } catch (...) {
-    RaiseErrorUp(theModule, "RefreshCaption");
+    RaiseErrorUp(theModule, __func__);
 }
 
 /// Qt takes "[*]" for the place of its mark of unsaved changes. It may come about with a bracket of
@@ -203,7 +203,7 @@ bool DocQueryOptionsFrm::Validate() try {
     theData->AssembleValuesTo(record);
     return record.Validate();
 } catch (...) {
-    RaiseErrorUp(theModule, "Validate");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void DocQueryOptionsFrm::SaveRecord(VkDocQueryData &aRecord, const QString &aFileName,
@@ -214,7 +214,7 @@ void DocQueryOptionsFrm::SaveRecord(VkDocQueryData &aRecord, const QString &aFil
                        QStringLiteral("\":\r\n") + aRecord.LastError,
                    QStringLiteral("Ошибка"));
 } catch (...) {
-    RaiseErrorUp(theModule, "SaveRecord");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void DocQueryOptionsFrm::SaveRecordAs() {
@@ -240,11 +240,11 @@ void DocQueryOptionsFrm::theOK_Click() try {
     OptionsOk = isVisible();  // a program may close the window behind the question
     hide();
 } catch (...) {
-    ReportErrorToUser(theModule, "theOK_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void DocQueryOptionsFrm::theCancel_Click() try { hide(); } catch (...) {
-    ReportErrorToUser(theModule, "theCancel_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void DocQueryOptionsFrm::theLoad_Click() try {
@@ -254,7 +254,7 @@ void DocQueryOptionsFrm::theLoad_Click() try {
     SetRecord(std::move(record));
     former.Drop();
 } catch (...) {
-    ReportErrorToUser(theModule, "theLoad_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void DocQueryOptionsFrm::theSave_Click() try {
@@ -268,14 +268,14 @@ void DocQueryOptionsFrm::theSave_Click() try {
     bool saved = false;
     SaveRecord(*record, record->FileName, saved);
 } catch (...) {
-    ReportErrorToUser(theModule, "theSave_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void DocQueryOptionsFrm::theSaveAs_Click() try {
     if (!theData->FinishInput()) return;
     SaveRecordAs();
 } catch (...) {
-    ReportErrorToUser(theModule, "theSaveAs_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void DocQueryOptionsFrm::reject() {

@@ -12,7 +12,7 @@ bool VkDocQueryData::Validate() try {
     ShowWarningBox(fault, QStringLiteral("Параметры критериев поиска"));
     return false;
 } catch (...) {
-    RaiseErrorUp("VkDocQueryData", "Validate");
+    RaiseErrorUp("VkDocQueryData", __func__);
 }
 
 }  // namespace Vk_DocQuery

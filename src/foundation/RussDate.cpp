@@ -61,7 +61,7 @@ LooseValue RussStringToDate(const QString &aText, const LooseValue &aDefault, bo
     });
     return date ? LooseValue(*date) : aDefault;
 } catch (...) {
-    RaiseErrorUp(theModule, "RussStringToDate");
+    RaiseErrorUp(theModule, __func__);
 }
 
 LooseValue DateOfField(const LooseValue &aValue) {

@@ -91,7 +91,7 @@ std::shared_ptr<Object> CreateObjectErr(const QString &aClass, const QString &aS
 } catch (...) {
     QString detail = QStringLiteral("Object: ") + aClass;
     if (!aServer.isEmpty()) detail += u'@' + aServer;
-    RaiseErrorUp(theModule, "CreateObjectErr", detail);
+    RaiseErrorUp(theModule, __func__, detail);
 }
 
 void RaiseTypeMismatch(const QString &aWhat) {

@@ -29,21 +29,21 @@ BlankQueries &GetBlankQueries() try {
     thread_local std::shared_ptr<BlankQueries> slot;
     return Accessed(slot, QStringLiteral("Vk_DBProvider.BlankQueries"));
 } catch (...) {
-    RaiseErrorUp(theModule, "GetBlankQueries");
+    RaiseErrorUp(theModule, __func__);
 }
 
 DBQAccStream &GetDBQAccStream() try {
     thread_local std::shared_ptr<DBQAccStream> slot;
     return Accessed(slot, QStringLiteral("Vk_DBProvider.DBQAccStream"));
 } catch (...) {
-    RaiseErrorUp(theModule, "GetDBQAccStream");
+    RaiseErrorUp(theModule, __func__);
 }
 
 PersonQueries &GetPersonQueries() try {
     thread_local std::shared_ptr<PersonQueries> slot;
     return Accessed(slot, QStringLiteral("Vk_DBProvider.PersonQueries"));
 } catch (...) {
-    RaiseErrorUp(theModule, "GetPersonQueries");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void AnnounceRecords(const QString &aClass, const std::vector<double> &aIDs) noexcept {

@@ -8,7 +8,7 @@ FilesLibrary &FilesLib() try {
     thread_local std::shared_ptr<FilesLibrary> slot;
     return Accessed(slot, QStringLiteral("Vk_Lib.FilesLibrary"));
 } catch (...) {
-    RaiseErrorUp("mVkLib", "FilesLib");
+    RaiseErrorUp("mVkLib", __func__);
 }
 
 }  // namespace Vk_DocQuery

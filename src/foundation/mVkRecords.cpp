@@ -8,7 +8,7 @@ VkRecFactory &GetRecFactory() try {
     thread_local std::shared_ptr<VkRecFactory> slot;
     return Accessed(slot, QStringLiteral("Vk_Records.VkRecFactory"));
 } catch (...) {
-    RaiseErrorUp("mVkRecords", "GetRecFactory");
+    RaiseErrorUp("mVkRecords", __func__);
 }
 
 }  // namespace Vk_DocQuery

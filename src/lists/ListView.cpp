@@ -136,7 +136,7 @@ void ListView::ClickHeader(int aPosition) try {
     emit ColumnClick(column);
     if (self) ShowSortState();
 } catch (...) {
-    ReportErrorToUser(theModule, "ClickHeader");
+    ReportErrorToUser(theModule, __func__);
 }
 
 std::vector<int> ListView::ShownColumns() const {
@@ -392,7 +392,7 @@ void ListView::FlushLater() {
 void ListView::Flush() try {
     if (ShowChanges()) viewport()->update();
 } catch (...) {
-    ReportErrorToUser(theModule, "Flush");
+    ReportErrorToUser(theModule, __func__);
 }
 
 /// Brings order and scroll bars up to what the rows have become; false: nothing has changed.

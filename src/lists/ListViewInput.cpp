@@ -37,7 +37,7 @@ void ListView::keyPressEvent(QKeyEvent *aEvent) try {
         aEvent->ignore();
     }
 } catch (...) {
-    ReportErrorToUser(theModule, "keyPressEvent");
+    ReportErrorToUser(theModule, __func__);
 }
 
 bool ListView::MoveByKey(const QKeyEvent &aEvent) {
@@ -186,7 +186,7 @@ void ListView::mousePressEvent(QMouseEvent *aEvent) try {
     if (thePressed) StartDrag(*aEvent, row);
     if (thePressed || moved) emit ItemClick(row);
 } catch (...) {
-    ReportErrorToUser(theModule, "mousePressEvent");
+    ReportErrorToUser(theModule, __func__);
 }
 
 /// In a list of several the selection goes. In one of a single row that is also the chosen one,
@@ -208,7 +208,7 @@ void ListView::mouseReleaseEvent(QMouseEvent *aEvent) try {
     if (thePressedBeside && !theMultiSelect && !HitTest(point)) SetSelectedItem(nullptr);
     emit Click();
 } catch (...) {
-    ReportErrorToUser(theModule, "mouseReleaseEvent");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void ListView::mouseMoveEvent(QMouseEvent *aEvent) try {
@@ -216,7 +216,7 @@ void ListView::mouseMoveEvent(QMouseEvent *aEvent) try {
     if (theDragFrom >= 0 && (aEvent->buttons() & Qt::LeftButton) != 0) DragTo(point);
     emit MouseMove(point);
 } catch (...) {
-    ReportErrorToUser(theModule, "mouseMoveEvent");
+    ReportErrorToUser(theModule, __func__);
 }
 
 // ---- Dragging over rows
@@ -274,7 +274,7 @@ void ListView::timerEvent(QTimerEvent *aEvent) try {
                                                             : QScrollBar::SliderSingleStepAdd);
     DragTo(theDragPoint);
 } catch (...) {
-    ReportErrorToUser(theModule, "timerEvent");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void ListView::mouseDoubleClickEvent(QMouseEvent *aEvent) try {
@@ -287,7 +287,7 @@ void ListView::mouseDoubleClickEvent(QMouseEvent *aEvent) try {
     else
         emit DblClick();
 } catch (...) {
-    ReportErrorToUser(theModule, "mouseDoubleClickEvent");
+    ReportErrorToUser(theModule, __func__);
 }
 
 bool ListView::IsOnCheckBox(QPoint aPoint) const {
@@ -299,7 +299,7 @@ void ListView::ClickRow(ListRow *aRow) try {
     SelectByUser(PositionOf(aRow), Qt::NoModifier);
     TellClick(aRow);
 } catch (...) {
-    ReportErrorToUser(theModule, "ClickRow");
+    ReportErrorToUser(theModule, __func__);
 }
 
 /// A failure that is shown on the way may end with the window gone.
@@ -314,14 +314,14 @@ void ListView::AddToSelection(ListRow *aRow) try {
     SelectByUser(PositionOf(aRow), Qt::ControlModifier);
     TellClick(aRow);
 } catch (...) {
-    ReportErrorToUser(theModule, "AddToSelection");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void ListView::ToggleRow(ListRow *aRow) try {
     theRows->SetCurrent(aRow->Number());
     ToggleCheck({aRow->Number()}, !aRow->IsChecked());
 } catch (...) {
-    ReportErrorToUser(theModule, "ToggleRow");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void ListView::FocusRow(ListRow *aRow) try {
@@ -331,7 +331,7 @@ void ListView::FocusRow(ListRow *aRow) try {
     setFocus(Qt::OtherFocusReason);
     if (moved) emit ItemClick(aRow);
 } catch (...) {
-    ReportErrorToUser(theModule, "FocusRow");
+    ReportErrorToUser(theModule, __func__);
 }
 
 /// The focus alone makes no row the current one.

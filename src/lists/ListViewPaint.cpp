@@ -80,7 +80,7 @@ void ListView::paintEvent(QPaintEvent *aEvent) try {
     // Without a current row the focus would not show.
     if (theRows->Current() < 0 && hasFocus() && isActiveWindow()) DrawFocusOnAll(painter);
 } catch (...) {
-    ReportErrorToUser(theModule, "paintEvent", QString(), UseRepeatLimit);
+    ReportErrorToUser(theModule, __func__, QString(), UseRepeatLimit);
 }
 
 void ListView::DrawFocusOnAll(QPainter &aPainter) const {
@@ -94,7 +94,7 @@ bool ListView::viewportEvent(QEvent *aEvent) {
     try {
         ShowTip(help->pos(), help->globalPos());
     } catch (...) {
-        ReportErrorToUser(theModule, "viewportEvent");
+        ReportErrorToUser(theModule, __func__);
     }
     return true;
 }
@@ -131,7 +131,7 @@ void ListView::FitColumn(int aPosition) try {
     }
     theHeader->resizeSection(aPosition, width);
 } catch (...) {
-    ReportErrorToUser(theModule, "FitColumn");
+    ReportErrorToUser(theModule, __func__);
 }
 
 int ListView::RowHeight() const {

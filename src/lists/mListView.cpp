@@ -27,20 +27,20 @@ void OnListViewColumnClick(ListView &aList, const ListColumn &aColumn) try {
     aList.SetSortOrder(0);
     aList.SetSorted(true);
 } catch (...) {
-    RaiseErrorUp(theModule, "OnListViewColumnClick");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void UnselectAllListItems(ListView &aList) try {
     aList.SetSelectedItem(nullptr);
     aList.UnselectAll();
 } catch (...) {
-    RaiseErrorUp(theModule, "UnselectAllListItems");
+    RaiseErrorUp(theModule, __func__);
 }
 
 StoredSorting StoreListViewSorting(const ListView &aList) try {
     return Sorting{aList.IsSorted(), aList.SortKey(), aList.SortOrder()};
 } catch (...) {
-    RaiseErrorUp(theModule, "StoreListViewSorting");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void RestoreListViewSorting(ListView &aList, const StoredSorting &aSorting) try {
@@ -50,7 +50,7 @@ void RestoreListViewSorting(ListView &aList, const StoredSorting &aSorting) try 
     aList.SetSortOrder(sorting->SortOrder);
     aList.SetSorted(true);
 } catch (...) {
-    RaiseErrorUp(theModule, "RestoreListViewSorting");
+    RaiseErrorUp(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery

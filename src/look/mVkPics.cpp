@@ -59,14 +59,14 @@ bool WeAreUnderIde() try {
         answer.IsUnderIde = IsIdeExecutable(answer.Source ? answer.Source() : PathOfThisProcess());
     return *answer.IsUnderIde;
 } catch (...) {
-    RaiseErrorUp(theModule, "WeAreUnderIde");
+    RaiseErrorUp(theModule, __func__);
 }
 
 std::shared_ptr<const ImageList> QueryImageList(qint32 aSizeKind) try {
     if (WeAreUnderIde()) return nullptr;
     return ThePictureServer().GetImageList(aSizeKind);
 } catch (...) {
-    RaiseErrorUp(theModule, "QueryImageList");
+    RaiseErrorUp(theModule, __func__);
 }
 
 QString QueryIcon(const QString &aKey) {

@@ -26,7 +26,7 @@ void VkDocQueryCriteries::FillAccStreamsList(const RecordCollection &aStreams) t
     for (const std::shared_ptr<Record> &stream : aStreams) AddItemToAccStreamsList(stream, nullptr);
     RestoreListViewSorting(list, sorting);
 } catch (...) {
-    RaiseErrorUp(theModule, "FillAccStreamsList");
+    RaiseErrorUp(theModule, __func__);
 }
 
 ListRow *VkDocQueryCriteries::AddItemToAccStreamsList(const std::shared_ptr<Record> &aObject,
@@ -38,7 +38,7 @@ ListRow *VkDocQueryCriteries::AddItemToAccStreamsList(const std::shared_ptr<Reco
     RefreshItemInAccStreamsList(*row);
     return row;
 } catch (...) {
-    RaiseErrorUp(theModule, "AddItemToAccStreamsList");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::RefreshItemInAccStreamsList(ListRow &aItem) try {
@@ -53,13 +53,13 @@ void VkDocQueryCriteries::RefreshItemInAccStreamsList(ListRow &aItem) try {
     aItem.SetCellText(theInnCell, person.Inn());
     aItem.SetCellText(thePersonCell, person.GetDisplayName());
 } catch (...) {
-    RaiseErrorUp(theModule, "RefreshItemInAccStreamsList");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::theAccStreamsList_ColumnClick(const ListColumn &aColumn) try {
     OnListViewColumnClick(The<ListView>("theAccStreamsList"), aColumn);
 } catch (...) {
-    ReportErrorToUser(theModule, "theAccStreamsList_ColumnClick");
+    ReportErrorToUser(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery

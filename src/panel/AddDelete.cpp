@@ -48,7 +48,7 @@ void VkDocQueryCriteries::PerformAddItems(ListView &aList, qint32 aObjectsType) 
     aList.EnsureVisible(row);
     aList.SetSelectedItem(row);
 } catch (...) {
-    RaiseErrorUp(theModule, "PerformAddItems");
+    RaiseErrorUp(theModule, __func__);
 }
 
 ListRow *VkDocQueryCriteries::AddItemOfType(const std::shared_ptr<Record> &aObject,
@@ -73,7 +73,7 @@ void VkDocQueryCriteries::PerformDeleteItems(ListView &aList) try {
     // The row that takes the place, so that the keyboard goes on from there.
     if (aList.RowCount() > 0) aList.SetCurrent(aList.Row(std::min(first, aList.RowCount() - 1)));
 } catch (...) {
-    RaiseErrorUp(theModule, "PerformDeleteItems");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::theTemplatesAdd_Click() try {
@@ -82,13 +82,13 @@ void VkDocQueryCriteries::theTemplatesAdd_Click() try {
     if (mode == TemplateVersion) PerformAddItems(list, TemplateVersions);
     if (mode == TemplateClass) PerformAddItems(list, TemplateClasses);
 } catch (...) {
-    ReportErrorToUser(theModule, "theTemplatesAdd_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void VkDocQueryCriteries::theAccStreamAdd_Click() try {
     PerformAddItems(The<ListView>("theAccStreamsList"), AccountStreams);
 } catch (...) {
-    ReportErrorToUser(theModule, "theAccStreamAdd_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void VkDocQueryCriteries::theTaxpayerAdd_Click() try {
@@ -97,25 +97,25 @@ void VkDocQueryCriteries::theTaxpayerAdd_Click() try {
     if (type == Taxpayers) PerformAddItems(list, TaxpayerPersons);
     if (type == MainOrgs) PerformAddItems(list, MainOrganizations);
 } catch (...) {
-    ReportErrorToUser(theModule, "theTaxpayerAdd_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void VkDocQueryCriteries::theTemplatesDelete_Click() try {
     PerformDeleteItems(The<ListView>("theTemplatesList"));
 } catch (...) {
-    ReportErrorToUser(theModule, "theTemplatesDelete_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void VkDocQueryCriteries::theAccStreamDelete_Click() try {
     PerformDeleteItems(The<ListView>("theAccStreamsList"));
 } catch (...) {
-    ReportErrorToUser(theModule, "theAccStreamDelete_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void VkDocQueryCriteries::theTaxpayerDelete_Click() try {
     PerformDeleteItems(The<ListView>("theTaxpayersList"));
 } catch (...) {
-    ReportErrorToUser(theModule, "theTaxpayerDelete_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery

@@ -246,13 +246,13 @@ struct VkDocQueryCriteries::Criteria {
             if (aPanel.The(aBoxes, box++).Value() != 0) bitfield |= flag;
         return bitfield;
     } catch (...) {
-        RaiseErrorUp(theModule, "GatherBitfield");
+        RaiseErrorUp(theModule, __func__);
     }
 
     static std::shared_ptr<RecordCollection> GatherTags(const ListView &aList) try {
         return TagsOf(aList);
     } catch (...) {
-        RaiseErrorUp(theModule, "GatherTags");
+        RaiseErrorUp(theModule, __func__);
     }
 
     template <class Code>
@@ -388,73 +388,73 @@ void VkDocQueryCriteries::DistributeValues(VkDocQueryData &aRecord) try {
     RefreshControls(false);
     lock.Unlock();
 } catch (...) {
-    RaiseErrorUp(theModule, "DistributeValues");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::AssembleValuesTo(VkDocQueryData &aRecord) try {
     Criteria::ForEach([&](const auto &row) { row.Take(*this, aRecord); });
 } catch (...) {
-    RaiseErrorUp(theModule, "AssembleValuesTo");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::SetTemplatesMode(DocQueryTemplatesMode aMode) try {
     Criteria::LockedChoice(*this, theTemplatesModes, aMode);
 } catch (...) {
-    RaiseErrorUp(theModule, "SetTemplatesMode");
+    RaiseErrorUp(theModule, __func__);
 }
 
 DocQueryTemplatesMode VkDocQueryCriteries::GetTemplatesMode() const try {
     return Criteria::FirstChosen(*this, theTemplatesModes, TemplateClass);
 } catch (...) {
-    RaiseErrorUp(theModule, "GetTemplatesMode");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::SetPeriodCriterion(DocQueryPeriodCriterion aCriterion) try {
     Criteria::LockedChoice(*this, thePeriodCriteria, aCriterion);
 } catch (...) {
-    RaiseErrorUp(theModule, "SetPeriodCriterion");
+    RaiseErrorUp(theModule, __func__);
 }
 
 DocQueryPeriodCriterion VkDocQueryCriteries::GetPeriodCriterion() const try {
     return Criteria::FirstChosen(*this, thePeriodCriteria, OnePeriod);
 } catch (...) {
-    RaiseErrorUp(theModule, "GetPeriodCriterion");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::SetAccStreamOpeness(DocQueryAccStreamOpen aOpen) try {
     Criteria::LockedChoice(*this, theOpennesses, aOpen);
 } catch (...) {
-    RaiseErrorUp(theModule, "SetAccStreamOpeness");
+    RaiseErrorUp(theModule, __func__);
 }
 
 DocQueryAccStreamOpen VkDocQueryCriteries::GetAccStreamOpeness() const try {
     return Criteria::FirstChosen(*this, theOpennesses, StreamOpen);
 } catch (...) {
-    RaiseErrorUp(theModule, "GetAccStreamOpeness");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::SetContoraJoining(DocQueryContoraJoining aJoining) try {
     Criteria::LockedChoice(*this, theJoinings, aJoining);
 } catch (...) {
-    RaiseErrorUp(theModule, "SetContoraJoining");
+    RaiseErrorUp(theModule, __func__);
 }
 
 DocQueryContoraJoining VkDocQueryCriteries::GetContoraJoining() const try {
     return Criteria::FirstChosen(*this, theJoinings, JoinAnd);
 } catch (...) {
-    RaiseErrorUp(theModule, "GetContoraJoining");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::SetTaxpayersType(DocQueryTaxpayersType aType) try {
     Criteria::LockedChoice(*this, theTaxpayersTypes, aType);
 } catch (...) {
-    RaiseErrorUp(theModule, "SetTaxpayersType");
+    RaiseErrorUp(theModule, __func__);
 }
 
 DocQueryTaxpayersType VkDocQueryCriteries::GetTaxpayersType() const try {
     return Criteria::FirstChosen(*this, theTaxpayersTypes, Taxpayers);
 } catch (...) {
-    RaiseErrorUp(theModule, "GetTaxpayersType");
+    RaiseErrorUp(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery

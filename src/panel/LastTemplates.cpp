@@ -35,7 +35,7 @@ void BuildLastTemplates() try {
     // Only a whole collection is kept: after a failure the next call tries anew.
     theLastTemplates = newest;
 } catch (...) {
-    RaiseErrorUp(theModule, "BuildLastTemplates");
+    RaiseErrorUp(theModule, __func__);
 }
 
 }  // namespace
@@ -45,7 +45,7 @@ std::shared_ptr<Record> GetLastTemplateByTemplType(double aTemplTypeID) try {
     const auto *found = theLastTemplates->Find(ObjectKey(aTemplTypeID));
     return found ? *found : nullptr;
 } catch (...) {
-    RaiseErrorUp(theModule, "GetLastTemplateByTemplType");
+    RaiseErrorUp(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery

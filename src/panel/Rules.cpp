@@ -202,7 +202,7 @@ void VkDocQueryCriteries::UnlockUpdate() try {
     RefreshControls(false);
     theRefreshPending = false;
 } catch (...) {
-    RaiseErrorUp(theModule, "UnlockUpdate");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::RefreshControls(bool aForce) try {
@@ -215,7 +215,7 @@ void VkDocQueryCriteries::RefreshControls(bool aForce) try {
     for (const Rule &rule : AllRules()) Rules::Apply(*this, rule);
     emit Refreshed();
 } catch (...) {
-    RaiseErrorUp(theModule, "RefreshControls");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::ConnectClicks() {

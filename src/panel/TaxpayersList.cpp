@@ -36,7 +36,7 @@ void VkDocQueryCriteries::SetTaxpayersTypeInList(DocQueryTaxpayersType aType, bo
     else
         theCurTaxpayersType = aType;
 } catch (...) {
-    RaiseErrorUp(theModule, "SetTaxpayersTypeInList");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::ConvertTaxpayersType(DocQueryTaxpayersType aOldType,
@@ -54,7 +54,7 @@ void VkDocQueryCriteries::ConvertTaxpayersType(DocQueryTaxpayersType aOldType,
     theCurTaxpayersType = aNewType;
     FillTaxpayersList(SortTaxpayers(taxpayers), false);
 } catch (...) {
-    RaiseErrorUp(theModule, "ConvertTaxpayersType");
+    RaiseErrorUp(theModule, __func__);
 }
 
 // The place of an order of one's own; the list's order is all there is.
@@ -72,7 +72,7 @@ void VkDocQueryCriteries::FillTaxpayersList(const RecordCollection &aTaxpayers, 
     for (const std::shared_ptr<Record> &person : taxpayers) AddItemToTaxpayersList(person, nullptr);
     RestoreListViewSorting(list, sorting);
 } catch (...) {
-    RaiseErrorUp(theModule, "FillTaxpayersList");
+    RaiseErrorUp(theModule, __func__);
 }
 
 ListRow *VkDocQueryCriteries::AddItemToTaxpayersList(const std::shared_ptr<Record> &aObject,
@@ -84,7 +84,7 @@ ListRow *VkDocQueryCriteries::AddItemToTaxpayersList(const std::shared_ptr<Recor
     RefreshItemInTaxpayersList(*row);
     return row;
 } catch (...) {
-    RaiseErrorUp(theModule, "AddItemToTaxpayersList");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::RefreshItemInTaxpayersList(ListRow &aItem) try {
@@ -98,7 +98,7 @@ void VkDocQueryCriteries::RefreshItemInTaxpayersList(ListRow &aItem) try {
     aItem.SetCellText(theMainOrgCell, Present(parent, "VkPerson").GetDisplayName());
     SetRecordCellIcon(aItem, theMainOrgCell, *parent, parent->GetIconKeyAsAccPerson());
 } catch (...) {
-    RaiseErrorUp(theModule, "RefreshItemInTaxpayersList");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::UserSetTaxpayersType(DocQueryTaxpayersType aType) try {
@@ -106,25 +106,25 @@ void VkDocQueryCriteries::UserSetTaxpayersType(DocQueryTaxpayersType aType) try 
     SetTaxpayersTypeInList(aType, false, true);
     RefreshControls(false);
 } catch (...) {
-    RaiseErrorUp(theModule, "UserSetTaxpayersType");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::theOptTaxpayers_Click() try {
     if (IsChosen("theOptTaxpayers")) UserSetTaxpayersType(Taxpayers);
 } catch (...) {
-    ReportErrorToUser(theModule, "theOptTaxpayers_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void VkDocQueryCriteries::theOptMainOrgs_Click() try {
     if (IsChosen("theOptMainOrgs")) UserSetTaxpayersType(MainOrgs);
 } catch (...) {
-    ReportErrorToUser(theModule, "theOptMainOrgs_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void VkDocQueryCriteries::theTaxpayersList_ColumnClick(const ListColumn &aColumn) try {
     OnListViewColumnClick(The<ListView>("theTaxpayersList"), aColumn);
 } catch (...) {
-    ReportErrorToUser(theModule, "theTaxpayersList_ColumnClick");
+    ReportErrorToUser(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery

@@ -51,7 +51,7 @@ void VkDocQueryCriteries::SetTemplatesModeInList(DocQueryTemplatesMode aMode, bo
     else
         theCurTemplatesMode = aMode;
 } catch (...) {
-    RaiseErrorUp(theModule, "SetTemplatesModeInList");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::ConvertTemplatesMode(DocQueryTemplatesMode aOldMode,
@@ -65,7 +65,7 @@ void VkDocQueryCriteries::ConvertTemplatesMode(DocQueryTemplatesMode aOldMode,
     theCurTemplatesMode = aNewMode;
     FillTemplatesList(SortTemplates(templates), false);
 } catch (...) {
-    RaiseErrorUp(theModule, "ConvertTemplatesMode");
+    RaiseErrorUp(theModule, __func__);
 }
 
 // The place of an order of one's own; the list's order is all there is.
@@ -83,7 +83,7 @@ void VkDocQueryCriteries::FillTemplatesList(const RecordCollection &aTemplates, 
     for (const std::shared_ptr<Record> &object : templates) AddItemToTemplatesList(object, nullptr);
     RestoreListViewSorting(list, sorting);
 } catch (...) {
-    RaiseErrorUp(theModule, "FillTemplatesList");
+    RaiseErrorUp(theModule, __func__);
 }
 
 ListRow *VkDocQueryCriteries::AddItemToTemplatesList(const std::shared_ptr<Record> &aObject,
@@ -95,7 +95,7 @@ ListRow *VkDocQueryCriteries::AddItemToTemplatesList(const std::shared_ptr<Recor
     RefreshItemInTemplatesList(*row);
     return row;
 } catch (...) {
-    RaiseErrorUp(theModule, "AddItemToTemplatesList");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::RefreshItemInTemplatesList(ListRow &aItem) try {
@@ -120,31 +120,31 @@ void VkDocQueryCriteries::RefreshItemInTemplatesList(ListRow &aItem) try {
     aItem.SetCellText(theTermCell, QString());
     aItem.SetCellText(theNameCell, QString());
 } catch (...) {
-    RaiseErrorUp(theModule, "RefreshItemInTemplatesList");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::UserSetTemplatesMode(DocQueryTemplatesMode aMode) try {
     if (theLockCount < 1) SetTemplatesModeInList(aMode, false, true);
 } catch (...) {
-    RaiseErrorUp(theModule, "UserSetTemplatesMode");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::theOptTemplateClass_Click() try {
     if (IsChosen("theOptTemplateClass")) UserSetTemplatesMode(TemplateClass);
 } catch (...) {
-    ReportErrorToUser(theModule, "theOptTemplateClass_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void VkDocQueryCriteries::theOptTemplate_Click() try {
     if (IsChosen("theOptTemplate")) UserSetTemplatesMode(TemplateVersion);
 } catch (...) {
-    ReportErrorToUser(theModule, "theOptTemplate_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void VkDocQueryCriteries::theTemplatesList_ColumnClick(const ListColumn &aColumn) try {
     OnListViewColumnClick(The<ListView>("theTemplatesList"), aColumn);
 } catch (...) {
-    ReportErrorToUser(theModule, "theTemplatesList_ColumnClick");
+    ReportErrorToUser(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery

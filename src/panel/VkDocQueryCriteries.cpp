@@ -272,7 +272,7 @@ void VkDocQueryCriteries::Init() try {
         lastMonths.AddItem(GetRecFactory().GetPeriodName(month), month);
     }
 } catch (...) {
-    RaiseErrorUp(theModule, "Init");
+    RaiseErrorUp(theModule, __func__);
 }
 
 QWidget &VkDocQueryCriteries::Element(ElementName aName) const {
@@ -303,7 +303,7 @@ void VkDocQueryCriteries::SetTabUsing(const QString &aTabKey, bool aUsed) try {
                                                (aUsed ? QStringLiteral(", критерий задан")
                                                       : QStringLiteral(", критерий не задан")));
 } catch (...) {
-    RaiseErrorUp(theModule, "SetTabUsing");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void VkDocQueryCriteries::SetCurrentTab(const QString &aTabKey) try {
@@ -313,7 +313,7 @@ void VkDocQueryCriteries::SetCurrentTab(const QString &aTabKey) try {
         return;
     }
 } catch (...) {
-    RaiseErrorUp(theModule, "SetCurrentTab");
+    RaiseErrorUp(theModule, __func__);
 }
 
 QString VkDocQueryCriteries::GetCurrentTab() const {
@@ -337,7 +337,7 @@ void VkDocQueryCriteries::changeEvent(QEvent *aEvent) try {
     theColours = QApplication::palette();
     RefreshControls(false);
 } catch (...) {
-    ReportErrorToUser(theModule, "changeEvent");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void VkDocQueryCriteries::resizeEvent(QResizeEvent *aEvent) {
@@ -358,7 +358,7 @@ bool VkDocQueryCriteries::FinishInput() try {
     }
     return true;
 } catch (...) {
-    RaiseErrorUp(theModule, "FinishInput");
+    RaiseErrorUp(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery

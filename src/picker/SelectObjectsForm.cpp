@@ -142,7 +142,7 @@ std::shared_ptr<RecordCollection> SelectObjectsForm::Execute(
     const auto unload = qScopeGuard([this] { Unload(); });
     return Run(aObjectsType, aListedObjects);
 } catch (...) {
-    ReportErrorToUser(theModule, "Execute");
+    ReportErrorToUser(theModule, __func__);
     return nullptr;
 }
 
@@ -173,7 +173,7 @@ void SelectObjectsForm::SetObjectsType(qint32 aObjectsType) try {
         theList->AddColumn(column.Caption, column.Width);
     setWindowTitle(facts->Title);
 } catch (...) {
-    RaiseErrorUp(theModule, "SetObjectsType");
+    RaiseErrorUp(theModule, __func__);
 }
 
 /// An object that cannot tell its identity, or whose identity is there already, is left out.
@@ -199,7 +199,7 @@ void SelectObjectsForm::LoadAllObjects() try {
         if (!theListedObjects->Contains(key)) theAllObjects->AddIfAbsent(object, key);
     }
 } catch (...) {
-    RaiseErrorUp(theModule, "LoadAllObjects");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void SelectObjectsForm::ShowEmptyOffer() {
@@ -231,7 +231,7 @@ void SelectObjectsForm::FillList(bool aFirstFill) try {
     }
     theList->ShowOnly(theSearchTexts.Matching(filter));
 } catch (...) {
-    RaiseErrorUp(theModule, "FillList");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void SelectObjectsForm::AddRows() {
@@ -260,7 +260,7 @@ std::shared_ptr<RecordCollection> SelectObjectsForm::GetCheckedObjects() const t
     }
     return objects;
 } catch (...) {
-    RaiseErrorUp(theModule, "GetCheckedObjects");
+    RaiseErrorUp(theModule, __func__);
 }
 
 bool SelectObjectsForm::Validate() const try {
@@ -268,7 +268,7 @@ bool SelectObjectsForm::Validate() const try {
     ShowWarningBox(QStringLiteral("Необходимо выделить хотя бы один элемент."), theMessageTitle);
     return false;
 } catch (...) {
-    RaiseErrorUp(theModule, "Validate");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void SelectObjectsForm::CheckObjects(bool aCheck, bool aSelectedOnly) try {
@@ -282,7 +282,7 @@ void SelectObjectsForm::CheckObjects(bool aCheck, bool aSelectedOnly) try {
     }
     theList->CheckRows(rows, aCheck);
 } catch (...) {
-    RaiseErrorUp(theModule, "CheckObjects");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void SelectObjectsForm::RefreshFilter() try {
@@ -291,7 +291,7 @@ void SelectObjectsForm::RefreshFilter() try {
     theLastFilter = text;
     FillList(false);
 } catch (...) {
-    RaiseErrorUp(theModule, "RefreshFilter");
+    RaiseErrorUp(theModule, __func__);
 }
 
 // ---- Keys
@@ -314,7 +314,7 @@ bool SelectObjectsForm::Form_KeyPress(QKeyEvent &aEvent) try {
     RefreshFilter();
     return taken;
 } catch (...) {
-    ReportErrorToUser(theModule, "Form_KeyPress");
+    ReportErrorToUser(theModule, __func__);
     return true;
 }
 
@@ -334,7 +334,7 @@ bool SelectObjectsForm::MoveFromFilterToList(QKeyEvent &aEvent) {
 /// The text has changed without a key of the window: a blank typed in the box, the mouse, the input
 /// method.
 void SelectObjectsForm::theFilter_Change() try { RefreshFilter(); } catch (...) {
-    ReportErrorToUser(theModule, "theFilter_Change");
+    ReportErrorToUser(theModule, __func__);
 }
 
 /// Three clicks on one header sort up, sort down, and give back the order of the offer without
@@ -354,7 +354,7 @@ void SelectObjectsForm::theList_ColumnClick(const ListColumn &aColumn) try {
         theList->SetSorted(true);
     }
 } catch (...) {
-    ReportErrorToUser(theModule, "theList_ColumnClick");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void SelectObjectsForm::theOK_Click() try {
@@ -362,27 +362,27 @@ void SelectObjectsForm::theOK_Click() try {
     theOKPressed = true;
     accept();
 } catch (...) {
-    ReportErrorToUser(theModule, "theOK_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void SelectObjectsForm::theCancel_Click() try { reject(); } catch (...) {
-    ReportErrorToUser(theModule, "theCancel_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void SelectObjectsForm::theCheckAll_Click() try { CheckObjects(true, false); } catch (...) {
-    ReportErrorToUser(theModule, "theCheckAll_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void SelectObjectsForm::theUncheckAll_Click() try { CheckObjects(false, false); } catch (...) {
-    ReportErrorToUser(theModule, "theUncheckAll_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void SelectObjectsForm::theCheckSelected_Click() try { CheckObjects(true, true); } catch (...) {
-    ReportErrorToUser(theModule, "theCheckSelected_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 void SelectObjectsForm::theUncheckSelected_Click() try { CheckObjects(false, true); } catch (...) {
-    ReportErrorToUser(theModule, "theUncheckSelected_Click");
+    ReportErrorToUser(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery

@@ -94,7 +94,7 @@ std::shared_ptr<RecordCollection> ReadCollectedIDsFromXml(const XmlNode &aNode, 
     }
     return result;
 } catch (...) {
-    RaiseErrorUp(theModule, "ReadCollectedIDsFromXml");
+    RaiseErrorUp(theModule, __func__);
 }
 
 void ReadElement(const XmlNode &aNode, const FileTable::FileElement &aElement,
@@ -124,7 +124,7 @@ bool VkDocQueryData::ReadFromXmlFile(const QString &aFileName) try {
     FileName = std::move(name);
     return true;
 } catch (...) {
-    RaiseErrorUp(theModule, "ReadFromXmlFile");
+    RaiseErrorUp(theModule, __func__);
 }
 
 bool VkDocQueryData::ReadFromXml(const XmlNode &aNode) try {
@@ -143,7 +143,7 @@ bool VkDocQueryData::ReadFromXml(const XmlNode &aNode) try {
             ReadElement(node, element, *this);
     return true;
 } catch (...) {
-    RaiseErrorUp(theModule, "ReadFromXml");
+    RaiseErrorUp(theModule, __func__);
 }
 
 std::vector<double> StoredIdentities(const XmlNode &aNode, const char *aName) {

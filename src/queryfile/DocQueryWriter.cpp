@@ -122,7 +122,7 @@ QString ShieldString(const QString &aText) try {
     }
     return shielded;
 } catch (...) {
-    RaiseErrorUp(theModule, "ShieldString");
+    RaiseErrorUp(theModule, __func__);
 }
 
 /// Puts the text of a record together.
@@ -200,7 +200,7 @@ private:
         }
         return QString(count, u' ');
     } catch (...) {
-        RaiseErrorUp(theModule, "Indent");
+        RaiseErrorUp(theModule, __func__);
     }
 
     void WriteCollectedIDsToXmlString(const QString &aName,
@@ -220,7 +220,7 @@ private:
         theIndentLevel = CheckedSubtract(theIndentLevel, 1);
         theText.AddLine(QString(Indent() + QStringLiteral("</") + aName + u'>'));
     } catch (...) {
-        RaiseErrorUp(theModule, "WriteCollectedIDsToXmlString");
+        RaiseErrorUp(theModule, __func__);
     }
 
     StringAccumulator theText;
@@ -237,7 +237,7 @@ void VkDocQueryData::WriteToFile(const QString &aFileName) try {
                   QStringLiteral("Ошибка сохранения критериев поиска \"") + aFileName +
                       QStringLiteral("\":\r\n") + LastError);
 } catch (...) {
-    RaiseErrorUp(theModule, "WriteToFile");
+    RaiseErrorUp(theModule, __func__);
 }
 
 bool VkDocQueryData::WriteToFileSafe(const QString &aFileName, QString &rErrorMessage) try {
@@ -245,7 +245,7 @@ bool VkDocQueryData::WriteToFileSafe(const QString &aFileName, QString &rErrorMe
     if (!written) rErrorMessage = LastError;
     return written;
 } catch (...) {
-    RaiseErrorUp(theModule, "WriteToFileSafe");
+    RaiseErrorUp(theModule, __func__);
 }
 
 bool VkDocQueryData::WriteToXmlFile(const QString &aFileName) try {
@@ -261,7 +261,7 @@ bool VkDocQueryData::WriteToXmlFile(const QString &aFileName) try {
     }
     return true;
 } catch (...) {
-    RaiseErrorUp(theModule, "WriteToXmlFile");
+    RaiseErrorUp(theModule, __func__);
 }
 
 QString VkDocQueryData::WriteToXmlString(bool aWithDeclaration, qint32 aDepth) try {
@@ -272,7 +272,7 @@ QString VkDocQueryData::WriteToXmlString(bool aWithDeclaration, qint32 aDepth) t
     writer.AddTag(0, u"</VkDocQuery>");
     return std::move(writer).Text();
 } catch (...) {
-    RaiseErrorUp(theModule, "WriteToXmlString");
+    RaiseErrorUp(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery

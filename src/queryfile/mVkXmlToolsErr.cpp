@@ -38,7 +38,7 @@ QString XmlGetStringAttributeDef(const XmlNode &aNode, const char *aName,
     const QByteArray value = aNode.Attribute(aName);
     return value.isNull() ? aDefault : TextOf(value);
 } catch (...) {
-    RaiseErrorUp(theModule, "XmlGetStringAttributeDef");
+    RaiseErrorUp(theModule, __func__);
 }
 
 qint32 XmlGetLongAttributeDef(const XmlNode &aNode, const char *aName, qint32 aDefault) try {
@@ -49,7 +49,7 @@ qint32 XmlGetLongAttributeDef(const XmlNode &aNode, const char *aName, qint32 aD
     IgnoringBadValues([&] { result = ToLong(TextOf(value)); });
     return result;
 } catch (...) {
-    RaiseErrorUp(theModule, "XmlGetLongAttributeDef");
+    RaiseErrorUp(theModule, __func__);
 }
 
 bool XmlGetBooleanAttributeDef(const XmlNode &aNode, const char *aName, bool aDefault) try {
@@ -58,7 +58,7 @@ bool XmlGetBooleanAttributeDef(const XmlNode &aNode, const char *aName, bool aDe
     if (text == "no" || text == "0" || text == "false") return false;
     return aDefault;
 } catch (...) {
-    RaiseErrorUp(theModule, "XmlGetBooleanAttributeDef");
+    RaiseErrorUp(theModule, __func__);
 }
 
 LooseValue XmlGetRussDateAttributeDef(const XmlNode &aNode, const char *aName,
@@ -69,7 +69,7 @@ LooseValue XmlGetRussDateAttributeDef(const XmlNode &aNode, const char *aName,
     bool failed = false;  // an unreadable date is the same as a missing one
     return RussStringToDate(text, aDefault, failed);
 } catch (...) {
-    RaiseErrorUp(theModule, "XmlGetRussDateAttributeDef");
+    RaiseErrorUp(theModule, __func__);
 }
 
 QString XmlExplainParseError(const XmlDocument &aDocument) try {
@@ -77,7 +77,7 @@ QString XmlExplainParseError(const XmlDocument &aDocument) try {
     return QStringLiteral("   Reason: ") + error.Reason + QStringLiteral("\r\n   Source: ") +
            error.SourceText + QStringLiteral("\r\n   Line: ") + QString::number(error.Line);
 } catch (...) {
-    RaiseErrorUp(theModule, "XmlExplainParseError");
+    RaiseErrorUp(theModule, __func__);
 }
 
 }  // namespace Vk_DocQuery
