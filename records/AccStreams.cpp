@@ -25,44 +25,36 @@ constexpr char theOneStreamSql[] = VK_STREAMS_BY_ID VK_IS_ONE;
 constexpr ManySql theManyStreamsSql = {VK_STREAMS_BY_ID VK_IS_ONE_OF_A_FILE,
                                        VK_STREAMS_BY_ID VK_IS_ONE_OF_A_SERVER};
 
-/// The streams with these identities, those that are there.
-NotedByID<AccStreamColumns> StreamsOf(Connection &aConnection, const std::vector<double> &aIDs) {
-    SharedPersons persons(aIDs.size());
-    QString icon;
-    return ReadMany<AccStreamColumns>(
-        aConnection, theManyStreamsSql, aIDs, [&](const Row &row, AccStreamColumns &rColumns) {
-            rColumns.Read(row, icon);
-            icon = rColumns.theIcon;
-            rColumns.thePerson = persons.At(row, AccStreamColumns::theCount);
-        });
-}
+struct StreamReader {
+    using Columns = AccStreamColumns;
+    SharedPersons Persons;
+    explicit StreamReader(std::size_t aCount = 1) : Persons(aCount) {}
+    void operator()(const Row &aRow, AccStreamColumns &rColumns) {
+        rColumns.Read(aRow);
+        rColumns.thePerson = Persons.At(aRow, AccStreamColumns::theCount);
+    }
+};
 
 }  // namespace
 
-void AccStreamColumns::Read(const Row &aRow, const QString &aLikelyIcon) {
+void AccStreamColumns::Read(const Row &aRow) {
     theID = aRow.Integer(0);
     thePersonID = aRow.Integer(1);
     theName = aRow.Text(2);
-    theKpp = aRow.Text(3);
-    theOffices = aRow.Text(4);
-    theIcon = aRow.Text(5, aLikelyIcon);
+    theKpp = aRow.CommonText(3);
+    theOffices = aRow.CommonText(4);
+    theIcon = aRow.CommonText(5);
 }
 
 void AccStreamRecord::SetID(double aID) {
-    ReadOne(theOneStreamSql, theClass, aID, static_cast<AccStreamColumns &>(*this),
-            [](const Row &row, AccStreamColumns &rColumns) {
-                rColumns.Read(row);
-                rColumns.thePerson = SharedPersons().At(row, AccStreamColumns::theCount);
-            });
+    ReadOne<StreamReader>(theOneStreamSql, theClass, aID, *this);
 }
 
 std::shared_ptr<Vk_DocQuery::RecordCollection> AllAccStreams(Connection &aConnection) {
     std::vector<std::shared_ptr<AccStreamRecord>> streams;
-    QString icon;
     aConnection.Read(theAllStreamsSql, {}, [&](const Row &row) {
         streams.push_back(std::make_shared<AccStreamRecord>());
-        streams.back()->Read(row, icon);
-        icon = streams.back()->theIcon;
+        streams.back()->Read(row);
     });
     const PersonLoad owners = Owners(aConnection);
     std::vector<double> strays;
@@ -71,19 +63,17 @@ std::shared_ptr<Vk_DocQuery::RecordCollection> AllAccStreams(Connection &aConnec
         if (!stream->thePerson) strays.push_back(stream->ID());
     }
     // Streams that were given to another owner between the two requests; the others are gone.
-    const auto found = StreamsOf(aConnection, strays);
+    Notes<StreamReader> found(KeptByID(aConnection, theManyStreamsSql, strays));
     InRussianOrder ordered;
     for (const auto &stream : streams) {
-        if (!stream->thePerson)
-            static_cast<AccStreamColumns &>(*stream) = found.value(stream->theID).What;
+        if (!stream->thePerson) found.Fetch(stream->theID, *stream);
         if (stream->thePerson) ordered.Take(stream->theName, stream);
     }
     return ordered.Ordered();
 }
 
 void AnnounceAccStreams(const std::vector<double> &aIDs) {
-    Announce<AccStreamColumns>(theClass, aIDs,
-                               [&] { return StreamsOf(ThisThreadsConnection(), aIDs); });
+    Announce<StreamReader>(theManyStreamsSql, theClass, aIDs);
 }
 
 }  // namespace Vk_Records

@@ -17,9 +17,8 @@ struct AccStreamColumns {
     std::shared_ptr<PersonRecord> thePerson;
 
     static constexpr int theCount = 6;
-    /// Takes those of a row, without the owner. aLikelyIcon is that of the row before: there are
-    /// few.
-    void Read(const Row &aRow, const QString &aLikelyIcon = QString());
+    /// Takes those of a row, without the owner.
+    void Read(const Row &aRow);
 };
 
 /// An accounting stream as it was read.

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <cmath>
-#include <optional>
+#include <utility>
 #include <vector>
 
 #include <QHash>
@@ -9,108 +8,85 @@
 #include <Vk_DocQuery/SupplierNotes.h>
 
 #include "Connection.h"
+#include "KeptRows.h"
 #include "Row.h"
 
 namespace Vk_Records {
 
-/// What ends a request for one identity, and for those of a list as TextOfIDs gives it.
+/// What ends a request for one identity, and for those of a list.
 #define VK_IS_ONE "= ?"
 #define VK_IS_ONE_OF_A_FILE "IN (SELECT value FROM json_each(?))"
 #define VK_IS_ONE_OF_A_SERVER "= ANY (CAST(? AS INTEGER[]))"
 
-struct ManySql {
-    const char *File;
-    const char *Server;
+/// What is known of a class while a query file is read. Reader has the Columns of a record and
+/// fills them from a row; what records share, their owners for one, it makes once. It is told how
+/// many records to expect.
+template <class Reader>
+class Notes {
+public:
+    using Columns = typename Reader::Columns;
+
+    Notes() = default;
+    explicit Notes(KeptByID aAnnounced)
+        : theAnnounced(std::move(aAnnounced)), theReader(theAnnounced.Count()) {}
+
+    /// Fills the columns if the identity is known.
+    bool Fetch(qint64 aID, Columns &rColumns) {
+        const auto made = theMade.constFind(aID);
+        if (made != theMade.cend()) {
+            rColumns = *made;
+            return true;
+        }
+        const KeptByID::Answer announced = theAnnounced.Find(aID);
+        if (announced.Rows.empty()) return false;
+        theReader(Row(announced.Rows.front()), rColumns);
+        if (announced.IsRepeated) Note(aID, rColumns);
+        return true;
+    }
+    void Note(qint64 aID, const Columns &aColumns) { theMade.insert(aID, aColumns); }
+
+private:
+    KeptByID theAnnounced;
+    Reader theReader;
+    QHash<qint64, Columns> theMade;  // of what may be asked for again: its texts are there once
 };
-
-/// The identity as the database keeps it; nothing for a number that can be none.
-inline std::optional<qint64> StoredID(double aID) {
-    constexpr double bound = 2147483647.0;  // what a query file brings back, and the tables hold
-    if (!(aID >= 1 && aID <= bound) || aID != std::trunc(aID)) return std::nullopt;
-    return static_cast<qint64>(aID);
-}
-
-/// The identities in their order, each once, as the database takes a list; empty if there are none.
-QString TextOfIDs(const Connection &aConnection, const std::vector<double> &aIDs);
-
-/// What was read of an identity while a query file is read.
-template <class Columns>
-struct Noted {
-    Columns What;
-    quint32 Fetches =
-        0;  ///< that were announced and are still to come; 0 of what was not announced
-    bool IsGone = false;  ///< the last of these has taken it along
-};
-template <class Columns>
-using NotedByID = QHash<qint64, Noted<Columns>>;
 
 /// The notes of a class; null while no query file is read.
-template <class Columns>
-NotedByID<Columns> *NotesOf(const char16_t *aClass) {
+template <class Reader>
+Notes<Reader> *NotesOf(const char16_t *aClass) {
     std::shared_ptr<void> *notes = Vk_DocQuery::SupplierNotes(QStringView(aClass));
     if (!notes) return nullptr;
-    if (!*notes) *notes = std::make_shared<NotedByID<Columns>>();
-    return static_cast<NotedByID<Columns> *>(notes->get());
+    if (!*notes) *notes = std::make_shared<Notes<Reader>>();
+    return static_cast<Notes<Reader> *>(notes->get());
 }
 
-/// Fills the columns from the notes, if they are there.
-template <class Columns>
-bool Fetch(NotedByID<Columns> &rNotes, qint64 aID, Columns &rColumns) {
-    const auto found = rNotes.find(aID);
-    if (found == rNotes.end() || found->IsGone) return false;
-    found->IsGone = found->Fetches == 1;
-    if (found->Fetches > 0) --found->Fetches;
-    rColumns = found->IsGone ? std::move(found->What) : found->What;
-    return true;
-}
-
-/// Fills the columns of one identity; aRead takes them from the row of the statement. Raises
-/// RecordMissing, which names aClass, if there is none.
-template <class Columns, class Read>
-void ReadOne(const char *aSql, const char16_t *aClass, double aID, Columns &rColumns, Read aRead) {
+/// Fills the columns of one identity. Raises RecordMissing, which names aClass, if there is none.
+template <class Reader>
+void ReadOne(const char *aSql, const char16_t *aClass, double aID,
+             typename Reader::Columns &rColumns) {
     const auto stored = StoredID(aID);
-    NotedByID<Columns> *const notes = NotesOf<Columns>(aClass);
-    if (notes && stored && Fetch(*notes, *stored, rColumns)) return;
+    Notes<Reader> *const notes = NotesOf<Reader>(aClass);
+    if (notes && stored && notes->Fetch(*stored, rColumns)) return;
     Connection &connection = ThisThreadsConnection();
     bool isFound = false;
     if (stored) {
         connection.Read(aSql, {*stored}, [&](const Row &row) {
             isFound = true;
-            aRead(row, rColumns);
+            Reader()(row, rColumns);
         });
     }
     if (!isFound) RaiseRecordMissing(QString::fromUtf16(aClass), aID, connection);
-    if (notes) notes->insert(*stored, {rColumns});
+    if (notes) notes->Note(*stored, rColumns);
 }
 
-/// Reads the columns of those of the identities that are there, by one request.
-template <class Columns, class Read>
-NotedByID<Columns> ReadMany(Connection &aConnection, const ManySql &aSql,
-                            const std::vector<double> &aIDs, Read aRead) {
-    NotedByID<Columns> found;
-    const QString ids = TextOfIDs(aConnection, aIDs);
-    if (ids.isEmpty()) return found;
-    found.reserve(static_cast<qsizetype>(aIDs.size()));
-    aConnection.Read(aConnection.Where().IsServer ? aSql.Server : aSql.File, {ids},
-                     [&](const Row &row) {
-                         // The identity is the first column of every class.
-                         aRead(row, found[row.Integer(0)].What);
-                     });
-    return found;
-}
-
-/// Notes what aRead gives of the identities, for ReadOne to find it while the same query file is
-/// read. What was noted of the class before is forgotten, also if the reading fails.
-template <class Columns, class Read>
-void Announce(const char16_t *aClass, const std::vector<double> &aIDs, Read aRead) {
-    NotedByID<Columns> *const notes = NotesOf<Columns>(aClass);
+/// Notes the rows of the identities, for ReadOne to find them while the same query file is read.
+/// What was noted of the class before is forgotten, also if the reading fails.
+template <class Reader>
+void Announce(const ManySql &aSql, const char16_t *aClass, const std::vector<double> &aIDs) {
+    Notes<Reader> *const notes = NotesOf<Reader>(aClass);
     if (!notes) return;
-    notes->clear();
-    *notes = aRead();
-    for (const double id : aIDs) {
-        const auto noted = notes->find(StoredID(id).value_or(0));
-        if (noted != notes->end()) ++noted->Fetches;
-    }
+    *notes = Notes<Reader>();
+    *notes = Notes<Reader>(KeptByID(ThisThreadsConnection(), aSql, aIDs));
 }
 
 }  // namespace Vk_Records

@@ -24,6 +24,18 @@ constexpr char theOnePersonSql[] = VK_PERSONS_BY_ID VK_IS_ONE;
 constexpr ManySql theManyPersonsSql = {VK_PERSONS_BY_ID VK_IS_ONE_OF_A_FILE,
                                        VK_PERSONS_BY_ID VK_IS_ONE_OF_A_SERVER};
 
+struct PersonReader {
+    using Columns = PersonColumns;
+    SharedPersons Parents;
+    explicit PersonReader(std::size_t = 1) {}  // parents are fewer
+    void operator()(const Row &aRow, PersonColumns &rColumns) {
+        rColumns.Read(aRow);
+        rColumns.theParent.reset();
+        if (rColumns.theKind == PersonKind::Branch)
+            rColumns.theParent = Parents.At(aRow, PersonColumns::theCount);
+    }
+};
+
 /// The parent of everyone who has none.
 std::shared_ptr<PersonRecord> Nobody() {
     static const auto nobody = std::make_shared<PersonRecord>();
@@ -48,7 +60,7 @@ void PersonColumns::Read(const Row &aRow, int aFirst) {
     theID = aRow.Integer(aFirst);
     theKind = static_cast<PersonKind>(aRow.Integer(aFirst + 1));
     theInn = aRow.Text(aFirst + 2);
-    theKpp = aRow.Text(aFirst + 3);
+    theKpp = aRow.CommonText(aFirst + 3);
     theName = aRow.Text(aFirst + 4);
     theOwnerName = aRow.Text(aFirst + 5, theName);
     theIsMain = aRow.Integer(aFirst + 6) != 0;
@@ -56,13 +68,7 @@ void PersonColumns::Read(const Row &aRow, int aFirst) {
 }
 
 void PersonRecord::SetID(double aID) {
-    ReadOne(theOnePersonSql, theClass, aID, static_cast<PersonColumns &>(*this),
-            [](const Row &row, PersonColumns &rColumns) {
-                rColumns.Read(row);
-                rColumns.theParent.reset();
-                if (rColumns.theKind == PersonKind::Branch)
-                    rColumns.theParent = SharedPersons().At(row, PersonColumns::theCount);
-            });
+    ReadOne<PersonReader>(theOnePersonSql, theClass, aID, *this);
 }
 
 std::shared_ptr<Vk_DocQuery::VkPerson> PersonRecord::GetParentOrganization() const {
@@ -116,13 +122,14 @@ void PersonLoad::LinkParents() {
 }
 
 std::shared_ptr<PersonRecord> SharedPersons::At(const Row &aRow, int aFirst) {
-    auto &person = thePersons[aRow.Integer(aFirst)];
-    if (person) return person;
-    person = std::make_shared<PersonRecord>();
+    std::size_t &place = thePlaces[aRow.Integer(aFirst)];
+    if (place != 0) return thePersons[place - 1];
+    auto person = std::make_shared<PersonRecord>();
     person->Read(aRow, aFirst);
-    auto made = person;  // the next entry may move this one
-    if (made->IsBranch()) made->theParent = At(aRow, aFirst + PersonColumns::theCount);
-    return made;
+    thePersons.push_back(person);
+    place = thePersons.size();
+    if (person->IsBranch()) person->theParent = At(aRow, aFirst + PersonColumns::theCount);
+    return person;
 }
 
 std::shared_ptr<Vk_DocQuery::RecordCollection> AllPersons(Connection &aConnection) {
@@ -141,15 +148,7 @@ PersonLoad Owners(Connection &aConnection) {
 }
 
 void AnnouncePersons(const std::vector<double> &aIDs) {
-    SharedPersons persons;
-    const auto read = [&](const Row &row, PersonColumns &rColumns) {
-        rColumns.Read(row);
-        if (rColumns.theKind == PersonKind::Branch)
-            rColumns.theParent = persons.At(row, PersonColumns::theCount);
-    };
-    Announce<PersonColumns>(theClass, aIDs, [&] {
-        return ReadMany<PersonColumns>(ThisThreadsConnection(), theManyPersonsSql, aIDs, read);
-    });
+    Announce<PersonReader>(theManyPersonsSql, theClass, aIDs);
 }
 
 }  // namespace Vk_Records

@@ -78,13 +78,16 @@ public:
     SharedPersons() = default;
     /// For about so many persons.
     explicit SharedPersons(std::size_t aCount) {
-        thePersons.reserve(static_cast<qsizetype>(aCount));
+        thePersons.reserve(aCount);
+        thePlaces.reserve(static_cast<qsizetype>(aCount));
     }
     /// The person whose columns begin there.
     std::shared_ptr<PersonRecord> At(const Row &aRow, int aFirst);
 
 private:
-    QHash<qint64, std::shared_ptr<PersonRecord>> thePersons;
+    // Apart from the table that finds them, so that they are let go in the order they were made in.
+    std::vector<std::shared_ptr<PersonRecord>> thePersons;
+    QHash<qint64, std::size_t> thePlaces;  // counted from 1
 };
 
 /// All persons, and those who own a stream, in the order of their names.

@@ -40,17 +40,6 @@ constexpr ManySql theManyNamesSql = {VK_NAMES_BY_ID VK_IS_ONE_OF_A_FILE VK_NAMES
                                      VK_NAMES_BY_ID VK_IS_ONE_OF_A_SERVER VK_NAMES_IN_ORDER};
 constexpr char16_t theNamesNote[] = u"Vk_Records.VkTemplType.FullNames";
 
-/// The names of the forms that were announced, and where those of each lie; a form without a name
-/// has an empty place.
-struct KnownNames {
-    struct Place {
-        std::size_t Begin = 0;
-        std::size_t End = 0;
-    };
-    QHash<qint64, Place> Places;
-    std::shared_ptr<RowValues> Values = std::make_shared<RowValues>();
-};
-
 /// Those that can be loaded by their identity, and how they are announced.
 struct AnnouncedClass {
     const char16_t *Name;
@@ -84,10 +73,10 @@ QDate SideOf(const LooseValue &aDate) {
 }
 
 std::shared_ptr<Recordset> RowsOf(const RecordsetSql &aWhat, double aID) {
-    auto values = std::make_shared<RowValues>();
+    RowValues values;
     const auto count = static_cast<int>(aWhat.Fields.size());
     ThisThreadsConnection().Read(aWhat.Sql, {StoredID(aID).value_or(0)}, [&](const Row &row) {
-        for (int column = 0; column < count; ++column) values->push_back(row.Value(column));
+        for (int column = 0; column < count; ++column) values.push_back(row.Value(column));
     });
     return std::make_shared<Rows>(aWhat.Fields, std::move(values));
 }
@@ -96,10 +85,12 @@ std::shared_ptr<Recordset> RowsOf(const RecordsetSql &aWhat, double aID) {
 std::shared_ptr<Recordset> NotedNames(double aID) {
     const std::shared_ptr<void> *note = Vk_DocQuery::SupplierNotes(theNamesNote);
     if (!note || !*note) return nullptr;
-    const auto &names = *static_cast<const KnownNames *>(note->get());
-    const auto found = names.Places.constFind(StoredID(aID).value_or(0));
-    if (found == names.Places.cend()) return nullptr;
-    return std::make_shared<Rows>(theNames.Fields, names.Values, found->Begin, found->End);
+    const auto names = static_cast<KeptByID *>(note->get())->Find(StoredID(aID).value_or(0));
+    if (!names.IsAsked) return nullptr;
+    RowValues values;
+    values.reserve(names.Rows.size());
+    for (const KeptRow &row : names.Rows) values.push_back(Row(row).Value(0));
+    return std::make_shared<Rows>(theNames.Fields, std::move(values));
 }
 
 }  // namespace
@@ -153,20 +144,8 @@ void OfficeAnnouncements::AnnounceFormNames(const std::vector<double> &aIDs) {
     std::shared_ptr<void> *note = Vk_DocQuery::SupplierNotes(theNamesNote);
     if (!note) return;
     note->reset();
-    Connection &connection = ThisThreadsConnection();
-    const QString ids = TextOfIDs(connection, aIDs);
-    if (ids.isEmpty()) return;
-    auto names = std::make_shared<KnownNames>();
-    names->Places.reserve(static_cast<qsizetype>(aIDs.size()));
-    for (const double id : aIDs) names->Places.insert(StoredID(id).value_or(0), {});
-    connection.Read(connection.Where().IsServer ? theManyNamesSql.Server : theManyNamesSql.File,
-                    {ids}, [&](const Row &row) {
-                        auto &place = names->Places[row.Integer(1)];
-                        if (place.End == 0) place.Begin = names->Values->size();
-                        names->Values->push_back(row.Value(0));
-                        place.End = names->Values->size();
-                    });
-    *note = names;
+    constexpr int idColumn = 1;
+    *note = std::make_shared<KeptByID>(ThisThreadsConnection(), theManyNamesSql, aIDs, idColumn);
 }
 
 }  // namespace Vk_Records

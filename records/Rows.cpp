@@ -1,7 +1,5 @@
 #include "Rows.h"
 
-#include <algorithm>
-
 #include <Vk_DocQuery/Failure.h>
 
 namespace Vk_Records {
@@ -18,16 +16,11 @@ namespace {
 
 }  // namespace
 
-Rows::Rows(QStringList aFields, std::shared_ptr<const RowValues> aValues, std::size_t aBegin,
-           std::size_t aEnd)
-    : theFields(std::move(aFields)),
-      theValues(std::move(aValues)),
-      theBegin(aBegin),
-      theEnd(std::min(aEnd, theValues->size())),
-      thePosition(aBegin) {}
+Rows::Rows(QStringList aFields, RowValues aValues)
+    : theFields(std::move(aFields)), theValues(std::move(aValues)) {}
 
 void Rows::MoveFirst() {
-    thePosition = theBegin;
+    thePosition = 0;
     if (EndOfData()) RaiseNoRow();
 }
 
@@ -43,7 +36,7 @@ LooseValue Rows::Value(const QString &aField) const {
         throw Failure(Vk_DocQuery::InvalidArgument, QStringLiteral("Vk_Records"),
                       QStringLiteral("В наборе записей нет поля \"%1\".").arg(aField));
     }
-    return (*theValues)[thePosition + static_cast<std::size_t>(column)];
+    return theValues[thePosition + static_cast<std::size_t>(column)];
 }
 
 }  // namespace Vk_Records

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-#include <memory>
 #include <vector>
 
 #include <QStringList>
@@ -17,22 +15,18 @@ using RowValues = std::vector<Vk_DocQuery::LooseValue>;
 /// first row from the start.
 class Rows final : public Vk_DocQuery::Recordset {
 public:
-    /// The rows that begin and end there among the values; all without an end.
-    Rows(QStringList aFields, std::shared_ptr<const RowValues> aValues, std::size_t aBegin = 0,
-         std::size_t aEnd = SIZE_MAX);
+    Rows(QStringList aFields, RowValues aValues);
 
     /// Raises a failure if there are no rows.
     void MoveFirst() override;
     void MoveNext() override;
-    bool EndOfData() const override { return thePosition >= theEnd; }
+    bool EndOfData() const override { return thePosition >= theValues.size(); }
     Vk_DocQuery::LooseValue Value(const QString &aField) const override;
 
 private:
     QStringList theFields;
-    std::shared_ptr<const RowValues> theValues;
-    std::size_t theBegin;
-    std::size_t theEnd;
-    std::size_t thePosition;  // of the first value of the row
+    RowValues theValues;
+    std::size_t thePosition = 0;  // of the first value of the row
 };
 
 }  // namespace Vk_Records

@@ -39,6 +39,19 @@ constexpr char theTypesSql[] =
     " FROM templ_type c WHERE EXISTS "
     "(SELECT 1 FROM template v WHERE v.templ_type_id = c.id AND " VK_IN_WINDOW ") ORDER BY c.id";
 
+struct TypeReader {
+    using Columns = TemplTypeColumns;
+    explicit TypeReader(std::size_t = 1) {}
+    void operator()(const Row &aRow, TemplTypeColumns &rColumns) { rColumns.Read(aRow); }
+};
+
+struct VersionReader {
+    using Columns = TemplateColumns;
+    explicit VersionReader(std::size_t = 1) {}
+    QHash<qint64, std::shared_ptr<TemplTypeRecord>> Types;
+    void operator()(const Row &aRow, TemplateColumns &rColumns) { rColumns.Read(aRow, Types); }
+};
+
 QVariant DateOrNull(QDate aDate) {
     return aDate.isValid() ? QVariant(aDate) : QVariant(QMetaType(QMetaType::QDate));
 }
@@ -53,24 +66,19 @@ void ReadWindow(Connection &aConnection, const char *aSql, QDate aFrom, QDate aT
 }  // namespace
 
 void TemplTypeRecord::SetID(double aID) {
-    ReadOne(theOneTypeSql, theTypeClass, aID, static_cast<TemplTypeColumns &>(*this),
-            [](const Row &row, TemplTypeColumns &rColumns) { rColumns.Read(row); });
+    ReadOne<TypeReader>(theOneTypeSql, theTypeClass, aID, *this);
 }
 
 void TemplTypeColumns::Read(const Row &aRow, int aFirst) {
     theID = aRow.Integer(aFirst);
     theKnd = aRow.Text(aFirst + 1);
     theShortName = aRow.Text(aFirst + 2);
-    theIcon = aRow.Text(aFirst + 3);
+    theIcon = aRow.CommonText(aFirst + 3);
     theIsExcluded = aRow.Integer(aFirst + 4) != 0;
 }
 
 void TemplateRecord::SetID(double aID) {
-    ReadOne(theOneVersionSql, theVersionClass, aID, static_cast<TemplateColumns &>(*this),
-            [](const Row &row, TemplateColumns &rColumns) {
-                QHash<qint64, std::shared_ptr<TemplTypeRecord>> types;
-                rColumns.Read(row, types);
-            });
+    ReadOne<VersionReader>(theOneVersionSql, theVersionClass, aID, *this);
 }
 
 void TemplateColumns::Read(const Row &aRow,
@@ -79,7 +87,7 @@ void TemplateColumns::Read(const Row &aRow,
     theBegDate = aRow.Date(1);
     theEndDate = aRow.Date(2);
     theName = aRow.Text(3);
-    theIcon = aRow.Text(4);
+    theIcon = aRow.CommonText(4);
     auto &type = rTypes[aRow.Integer(theVersionColumns)];
     if (!type) {
         type = std::make_shared<TemplTypeRecord>();
@@ -110,18 +118,11 @@ std::shared_ptr<RecordCollection> TemplTypes(Connection &aConnection, QDate aFro
 }
 
 void AnnounceTemplTypes(const std::vector<double> &aIDs) {
-    const auto read = [](const Row &row, TemplTypeColumns &rColumns) { rColumns.Read(row); };
-    Announce<TemplTypeColumns>(theTypeClass, aIDs, [&] {
-        return ReadMany<TemplTypeColumns>(ThisThreadsConnection(), theManyTypesSql, aIDs, read);
-    });
+    Announce<TypeReader>(theManyTypesSql, theTypeClass, aIDs);
 }
 
 void AnnounceVersions(const std::vector<double> &aIDs) {
-    QHash<qint64, std::shared_ptr<TemplTypeRecord>> types;
-    const auto read = [&](const Row &row, TemplateColumns &rColumns) { rColumns.Read(row, types); };
-    Announce<TemplateColumns>(theVersionClass, aIDs, [&] {
-        return ReadMany<TemplateColumns>(ThisThreadsConnection(), theManyVersionsSql, aIDs, read);
-    });
+    Announce<VersionReader>(theManyVersionsSql, theVersionClass, aIDs);
 }
 
 }  // namespace Vk_Records

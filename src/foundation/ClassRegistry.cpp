@@ -18,6 +18,15 @@ struct Classes {
     std::mutex theLock;
     QHash<QString, ClassRegistry::Factory> theFactories;
     QSet<QString> theUsed;  // names under which objects were made
+    // The class that was asked for last: a list of records asks for its own again and again.
+    QString theLast;
+    ClassRegistry::Factory theLastsFactory;
+
+    /// What is entered for a class has changed.
+    void ForgetLast() {
+        theLast.clear();
+        theLastsFactory = nullptr;
+    }
 };
 
 Classes &TheClasses() {
@@ -60,8 +69,13 @@ ClassRegistry::Factory FactoryIn(const Classes &aClasses, const QString &aClass)
 ClassRegistry::Factory UsedFactoryOf(const QString &aClass) {
     Classes &classes = TheClasses();
     const std::lock_guard lock(classes.theLock);
+    if (classes.theLastsFactory && aClass == classes.theLast) return classes.theLastsFactory;
     ClassRegistry::Factory factory = FactoryIn(classes, aClass);
-    if (factory) classes.theUsed.insert(aClass.toCaseFolded());
+    if (factory) {
+        classes.theUsed.insert(aClass.toCaseFolded());
+        classes.theLast = aClass;
+        classes.theLastsFactory = factory;
+    }
     return factory;
 }
 
@@ -76,6 +90,7 @@ Takeover ClassRegistry::Register(const QString &aClass, Factory aFactory) {
     const QString name = aClass.toCaseFolded();
     const std::lock_guard lock(classes.theLock);
     const bool wasThere = classes.theFactories.contains(name) || OwnFactory(aClass);
+    classes.ForgetLast();
     classes.theFactories.insert(name, std::move(aFactory));
     if (classes.theUsed.contains(name)) return Takeover::FromUsed;
     return wasThere ? Takeover::Unused : Takeover::None;
@@ -84,6 +99,7 @@ Takeover ClassRegistry::Register(const QString &aClass, Factory aFactory) {
 void ClassRegistry::Unregister(const QString &aClass) {
     Classes &classes = TheClasses();
     const std::lock_guard lock(classes.theLock);
+    classes.ForgetLast();
     classes.theFactories.remove(aClass.toCaseFolded());
 }
 

@@ -50,6 +50,14 @@ private:
     QSqlDatabase theDatabase;
 };
 
+struct ThrowingReader {
+    using Columns = qint64;
+    explicit ThrowingReader(std::size_t = 1) {}
+    void operator()(const Vk_Records::Row &, qint64 &) {
+        throw Failure(7, QString(), QStringLiteral("in the middle"));
+    }
+};
+
 }  // namespace
 
 /// Databases that cannot be used, and databases that go bad while they are.
@@ -189,12 +197,8 @@ private slots:
         const QString path = OpenOffice();
         static constexpr char sql[] = "SELECT id FROM person WHERE id >= ? ORDER BY id";
         qint64 columns = 0;
-        const auto failure = RaisedBy([&] {
-            Vk_Records::ReadOne(sql, u"Vk_Records.VkPerson", 1, columns,
-                                [](const Vk_Records::Row &, qint64 &) {
-                                    throw Failure(7, QString(), QStringLiteral("in the middle"));
-                                });
-        });
+        const auto failure = RaisedBy(
+            [&] { Vk_Records::ReadOne<ThrowingReader>(sql, u"Vk_Records.VkPerson", 1, columns); });
         QCOMPARE(failure.Number(), 7);
         const Holder holder(path);  // stops the test if the database is locked
     }
