@@ -59,6 +59,8 @@ ThreadsConnection &OfThisThread() {
     return connection;
 }
 
+std::atomic<bool> theFilesAreReadPastQt = true;
+
 thread_local sqlite3 *theOpened = nullptr;
 
 int NoteOpened(sqlite3 *aFile, char **, const sqlite3_api_routines *) {
@@ -77,7 +79,8 @@ sqlite3 *OpenedFile(QSqlDatabase &rDatabase) {
     sqlite3_auto_extension(note);
     rDatabase.open();
     sqlite3_cancel_auto_extension(note);
-    return std::exchange(theOpened, nullptr);
+    sqlite3 *const opened = std::exchange(theOpened, nullptr);
+    return theFilesAreReadPastQt ? opened : nullptr;
 }
 
 QString NewName() {
@@ -86,6 +89,10 @@ QString NewName() {
 }
 
 }  // namespace
+
+void ReadFilesPastQt(bool aIsOn) {
+    theFilesAreReadPastQt = aIsOn;
+}
 
 void RaiseDatabaseFailure(qint32 aNumber, const QString &aText) {
     throw Vk_DocQuery::Failure(aNumber, QStringLiteral("Vk_Records"), aText);

@@ -79,6 +79,11 @@ private:
     std::unordered_map<const char *, FileStatement> thePreparedForFile;
 };
 
+/// Files that are opened from now on are read past Qt where its driver works with the same copy of
+/// SQLite as this library; or none is, as with a driver that has a copy of its own. For tests and
+/// measuring.
+void ReadFilesPastQt(bool aIsOn);
+
 /// The connection of this thread to the office that is open, made on first use. Raises
 /// DatabaseNotOpen.
 Connection &ThisThreadsConnection();

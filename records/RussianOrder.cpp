@@ -87,15 +87,15 @@ QByteArray RussianKey(const QString &aName) {
     return key.Text();
 }
 
-void InRussianOrder::Take(const QString &aName, std::shared_ptr<Vk_DocQuery::Record> aRecord) {
+void RussianOrder::Take(const QString &aName) {
     const qsizetype begin = theKeys.size();
     theKeys += RussianKey(aName);
-    theEntries.push_back(
-        {0, begin, static_cast<quint32>(theKeys.size() - begin), std::move(aRecord)});
+    theEntries.push_back({0, begin, static_cast<quint32>(theKeys.size() - begin),
+                          static_cast<quint32>(theEntries.size())});
 }
 
 /// Eight bytes are one number to compare; those who have them in common go on with the next eight.
-void InRussianOrder::Sort(Place aBegin, Place aEnd, quint32 aDone) {
+void RussianOrder::Sort(Place aBegin, Place aEnd, quint32 aDone) {
     bool goesOn = false;
     for (Place entry = aBegin; entry != aEnd; ++entry) {
         const quint32 done = std::min(aDone, entry->Size);
@@ -115,13 +115,25 @@ void InRussianOrder::Sort(Place aBegin, Place aEnd, quint32 aDone) {
     }
 }
 
-std::shared_ptr<Vk_DocQuery::RecordCollection> InRussianOrder::Ordered() {
+std::vector<quint32> RussianOrder::Numbers() {
     Sort(theEntries.begin(), theEntries.end(), 0);
+    std::vector<quint32> numbers;
+    numbers.reserve(theEntries.size());
+    for (const Entry &entry : theEntries) numbers.push_back(entry.Number);
+    return numbers;
+}
+
+void InRussianOrder::Take(const QString &aName, std::shared_ptr<Vk_DocQuery::Record> aRecord) {
+    theOrder.Take(aName);
+    theRecords.push_back(std::move(aRecord));
+}
+
+std::shared_ptr<Vk_DocQuery::RecordCollection> InRussianOrder::Ordered() {
     auto records = std::make_shared<Vk_DocQuery::RecordCollection>();
-    records->Reserve(static_cast<qsizetype>(theEntries.size()));
-    for (Entry &entry : theEntries) {
-        const double id = entry.Object->ID();
-        records->Add(std::move(entry.Object), Vk_DocQuery::ObjectKey(id));
+    records->Reserve(static_cast<qsizetype>(theRecords.size()));
+    for (const quint32 number : theOrder.Numbers()) {
+        const double id = theRecords[number]->ID();
+        records->Add(std::move(theRecords[number]), Vk_DocQuery::ObjectKey(id));
     }
     *this = InRussianOrder();
     return records;

@@ -14,7 +14,28 @@ namespace Vk_Records {
 /// same. It depends neither on a server's collation nor on how Qt was built.
 QByteArray RussianKey(const QString &aName);
 
-/// Records in the order of their names; where names are alike, as they were taken.
+/// The order of names; where they are alike, that in which they were taken.
+class RussianOrder {
+public:
+    void Take(const QString &aName);
+    /// The numbers of the names, counted from 0 as they were taken.
+    std::vector<quint32> Numbers();
+
+private:
+    struct Entry {
+        quint64 Part = 0;     // the eight bytes of the key that are compared
+        qsizetype Begin = 0;  // of the key, among all keys
+        quint32 Size = 0;
+        quint32 Number = 0;
+    };
+    using Place = std::vector<Entry>::iterator;
+    void Sort(Place aBegin, Place aEnd, quint32 aDone);
+
+    std::vector<Entry> theEntries;
+    QByteArray theKeys;
+};
+
+/// Records in the order of their names.
 class InRussianOrder {
 public:
     void Take(const QString &aName, std::shared_ptr<Vk_DocQuery::Record> aRecord);
@@ -22,17 +43,8 @@ public:
     std::shared_ptr<Vk_DocQuery::RecordCollection> Ordered();
 
 private:
-    struct Entry {
-        quint64 Part = 0;     // the eight bytes of the key that are compared
-        qsizetype Begin = 0;  // of the key, among all keys
-        quint32 Size = 0;
-        std::shared_ptr<Vk_DocQuery::Record> Object;
-    };
-    using Place = std::vector<Entry>::iterator;
-    void Sort(Place aBegin, Place aEnd, quint32 aDone);
-
-    std::vector<Entry> theEntries;
-    QByteArray theKeys;
+    RussianOrder theOrder;
+    std::vector<std::shared_ptr<Vk_DocQuery::Record>> theRecords;
 };
 
 }  // namespace Vk_Records

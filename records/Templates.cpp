@@ -14,6 +14,7 @@ constexpr char16_t theVersionClass[] = u"Vk_Records.VkTemplate";
 
 #define VK_TYPE_COLUMNS "c.id, c.knd, c.short_name, c.icon_key, c.is_excluded"
 #define VK_VERSION_COLUMNS "v.id, v.beg_date, v.end_date, v.display_name, v.icon_key"
+constexpr int theShortNameColumn = 2;  // of a form
 constexpr int theVersionColumns = 5;
 
 #define VK_TYPES_BY_ID "SELECT " VK_TYPE_COLUMNS " FROM templ_type c WHERE c.id "
@@ -72,7 +73,7 @@ void TemplTypeRecord::SetID(double aID) {
 void TemplTypeColumns::Read(const Row &aRow, int aFirst) {
     theID = aRow.Integer(aFirst);
     theKnd = aRow.Text(aFirst + 1);
-    theShortName = aRow.Text(aFirst + 2);
+    theShortName = aRow.Text(aFirst + theShortNameColumn);
     theIcon = aRow.CommonText(aFirst + 3);
     theIsExcluded = aRow.Integer(aFirst + 4) != 0;
 }
@@ -107,14 +108,24 @@ std::shared_ptr<RecordCollection> Versions(Connection &aConnection, QDate aFrom,
     return ordered.Ordered();
 }
 
+/// The records are made in the order of the list, as whoever shows it goes through them.
 std::shared_ptr<RecordCollection> TemplTypes(Connection &aConnection, QDate aFrom, QDate aTo) {
-    InRussianOrder ordered;
+    RussianOrder order;
+    KeptRows memory;
+    std::vector<KeptRow> rows;
     ReadWindow(aConnection, theTypesSql, aFrom, aTo, [&](const Row &row) {
-        auto type = std::make_shared<TemplTypeRecord>();
-        type->Read(row);
-        ordered.Take(type->ShortName(), type);
+        order.Take(row.Text(theShortNameColumn));
+        rows.push_back(memory.Take(row));
     });
-    return ordered.Ordered();
+    auto types = std::make_shared<RecordCollection>();
+    types->Reserve(static_cast<qsizetype>(rows.size()));
+    for (const quint32 number : order.Numbers()) {
+        auto type = std::make_shared<TemplTypeRecord>();
+        type->Read(Row(rows[number]));
+        const QString key = Vk_DocQuery::ObjectKey(type->ID());
+        types->Add(std::move(type), key);
+    }
+    return types;
 }
 
 void AnnounceTemplTypes(const std::vector<double> &aIDs) {

@@ -23,7 +23,6 @@
 #include "windows/Boxes.h"
 #include "windows/ErrorReport.h"
 #include "windows/ModalRun.h"
-#include "windows/mVkGraphLight.h"
 #include "windows/WindowFit.h"
 
 namespace Vk_DocQuery {

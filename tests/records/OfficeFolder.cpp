@@ -14,6 +14,8 @@
 #include <QSqlQuery>
 #include <QTest>
 
+#include "Connection.h"
+
 namespace VkTests {
 
 namespace {
@@ -202,8 +204,14 @@ void ServerFolder::Locate(QSqlDatabase &rDatabase, const QString &aAddress) cons
     rDatabase.setDatabaseName(Shown(aAddress).section(u'/', -1));
 }
 
+OfficeFolders::~OfficeFolders() {
+    Vk_Records::ReadFilesPastQt(true);
+}
+
 OfficeFolder &OfficeFolders::Of(const QString &aKind) {
-    if (aKind == QStringLiteral("sqlite")) {
+    const QString throughQt = QStringLiteral("sqlite through Qt");
+    Vk_Records::ReadFilesPastQt(aKind != throughQt);
+    if (aKind == QStringLiteral("sqlite") || aKind == throughQt) {
         if (!theSqlite) theSqlite = std::make_unique<SqliteFolder>();
         return *theSqlite;
     }
@@ -215,6 +223,11 @@ void OfficeFolders::AddKinds() {
     QTest::addColumn<QString>("kind");
     QTest::newRow("sqlite") << QStringLiteral("sqlite");
     QTest::newRow("postgresql") << QStringLiteral("postgresql");
+}
+
+void OfficeFolders::AddRoads() {
+    AddKinds();
+    QTest::newRow("sqlite through Qt") << QStringLiteral("sqlite through Qt");
 }
 
 }  // namespace VkTests

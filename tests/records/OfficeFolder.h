@@ -88,10 +88,16 @@ private:
 /// The places of one test class, each made on first use.
 class OfficeFolders {
 public:
-    /// aKind is "sqlite" or "postgresql".
+    OfficeFolders() = default;
+    Q_DISABLE_COPY_MOVE(OfficeFolders)
+    /// aKind is "sqlite", "sqlite through Qt", whose rows are read as where Qt's driver has a copy
+    /// of SQLite of its own, or "postgresql".
     OfficeFolder &Of(const QString &aKind);
-    /// Data rows for tests that hold on both.
+    ~OfficeFolders();
+    /// Data rows for tests that hold on both databases.
     static void AddKinds();
+    /// And on each road on which their rows are read.
+    static void AddRoads();
 
 private:
     std::unique_ptr<SqliteFolder> theSqlite;

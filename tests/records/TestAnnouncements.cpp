@@ -94,7 +94,7 @@ private slots:
     }
     void cleanup() { Vk_Records::CloseDatabase(); }
 
-    void WhatIsTold_data() { OfficeFolders::AddKinds(); }
+    void WhatIsTold_data() { OfficeFolders::AddRoads(); }
     void WhatIsTold() {
         RegisterClass<Listener>(theAnnouncements);
         Listener::Heard.clear();
@@ -109,7 +109,7 @@ private slots:
     }
 
     /// Without one, with one that fails, and with something else under its name.
-    void SuppliersThatDoNotListen_data() { OfficeFolders::AddKinds(); }
+    void SuppliersThatDoNotListen_data() { OfficeFolders::AddRoads(); }
     void SuppliersThatDoNotListen() {
         const ClassRegistry::Factory factories[] = {
             [] { return std::make_shared<Thrower>(); }, [] { return std::make_shared<Stranger>(); },
@@ -129,7 +129,7 @@ private slots:
         check();
     }
 
-    void AnotherProcessInBetween_data() { OfficeFolders::AddKinds(); }
+    void AnotherProcessInBetween_data() { OfficeFolders::AddRoads(); }
     void AnotherProcessInBetween() {
         const OpenNotes notes;
         AnnounceRecords(thePerson, {1, 3});
@@ -155,7 +155,7 @@ private slots:
         QCOMPARE(NamesOf(22), QStringList{QStringLiteral("Новое")});
     }
 
-    void AnnouncementThatFailsForgetsToo_data() { OfficeFolders::AddKinds(); }
+    void AnnouncementThatFailsForgetsToo_data() { OfficeFolders::AddRoads(); }
     void AnnouncementThatFailsForgetsToo() {
         const OpenNotes notes;
         AnnounceRecords(thePerson, {1});
@@ -166,7 +166,7 @@ private slots:
         QCOMPARE(failure.Number(), qint32(Vk_Records::DatabaseDamaged));
     }
 
-    void AnnouncementWithoutAnOfficeForgetsToo_data() { OfficeFolders::AddKinds(); }
+    void AnnouncementWithoutAnOfficeForgetsToo_data() { OfficeFolders::AddRoads(); }
     void AnnouncementWithoutAnOfficeForgetsToo() {
         const OpenNotes notes;
         AnnounceRecords(thePerson, {1});
@@ -179,7 +179,7 @@ private slots:
             QCOMPARE(failure.Number(), qint32(Vk_Records::DatabaseNotOpen));
     }
 
-    void IdentitiesThatAreNotThere_data() { OfficeFolders::AddKinds(); }
+    void IdentitiesThatAreNotThere_data() { OfficeFolders::AddRoads(); }
     void IdentitiesThatAreNotThere() {
         const OpenNotes notes;
         AnnounceRecords(thePerson, {777, 1, 0, -1, 1.5, 1e300, 1, 5e12});
@@ -200,7 +200,7 @@ private slots:
         QCOMPARE(failure.Number(), qint32(Vk_Records::RecordMissing));
     }
 
-    void HundredThousand_data() { OfficeFolders::AddKinds(); }
+    void HundredThousand_data() { OfficeFolders::AddRoads(); }
     void HundredThousand() {
         theFolder->Tamper(
             theAddress,
@@ -219,7 +219,7 @@ private slots:
                      QStringLiteral("Налогоплательщик %1").arg(ids[static_cast<std::size_t>(i)]));
     }
 
-    void NeverFetchedIsFreed_data() { OfficeFolders::AddKinds(); }
+    void NeverFetchedIsFreed_data() { OfficeFolders::AddRoads(); }
     void NeverFetchedIsFreed() {
         std::weak_ptr<void> persons;
         {
@@ -236,7 +236,7 @@ private slots:
         QCOMPARE(theLog.Since(*theFolder), QStringList());
     }
 
-    void AnotherThread_data() { OfficeFolders::AddKinds(); }
+    void AnotherThread_data() { OfficeFolders::AddRoads(); }
     void AnotherThread() {
         const OpenNotes notes;
         AnnounceRecords(thePerson, {1});

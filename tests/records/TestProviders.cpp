@@ -92,13 +92,13 @@ private slots:
         QCOMPARE(KeysOf(*classes), types.split(u' ', Qt::SkipEmptyParts));
     }
 
-    void InvalidDateLeavesASideOpen_data() { OfficeFolders::AddKinds(); }
+    void InvalidDateLeavesASideOpen_data() { OfficeFolders::AddRoads(); }
     void InvalidDateLeavesASideOpen() {
         QCOMPARE(KeysOf(*Blanks()->GetTemplates(QDate(), QDate(), false)),
                  KeysOf(*Blanks()->GetTemplates(Empty(), Empty(), false)));
     }
 
-    void TemplatesAreWhole_data() { OfficeFolders::AddKinds(); }
+    void TemplatesAreWhole_data() { OfficeFolders::AddRoads(); }
     void TemplatesAreWhole() {
         const auto versions = Blanks()->GetTemplates(Null(), Null(), false);
         const auto &newer = *versions->Fetch(QStringLiteral("_32"));
@@ -114,7 +114,7 @@ private slots:
         QVERIFY(type->IsExcludedFromSearch());
     }
 
-    void PersonsLeaveNobodyOut_data() { OfficeFolders::AddKinds(); }
+    void PersonsLeaveNobodyOut_data() { OfficeFolders::AddRoads(); }
     void PersonsLeaveNobodyOut() {
         const auto persons = Persons()->GetPersons(QString(), 0);
         QCOMPARE(KeysOf(*persons).join(u' '), QStringLiteral("_1 _2 _3 _4 _5"));
@@ -124,7 +124,7 @@ private slots:
         QCOMPARE(branch->Kpp(), QStringLiteral("770243001"));
     }
 
-    void TaxpayersOwnStreams_data() { OfficeFolders::AddKinds(); }
+    void TaxpayersOwnStreams_data() { OfficeFolders::AddRoads(); }
     void TaxpayersOwnStreams() {
         const auto taxpayers = Persons()->GetTaxpayers();
         QCOMPARE(KeysOf(*taxpayers).join(u' '), QStringLiteral("_1 _3 _5"));
@@ -134,7 +134,7 @@ private slots:
         QCOMPARE(parent->GetDisplayName(), QStringLiteral("АО \"Василёк\""));
     }
 
-    void AllStreams_data() { OfficeFolders::AddKinds(); }
+    void AllStreams_data() { OfficeFolders::AddRoads(); }
     void AllStreams() {
         const auto streams = Streams()->GetAccStreams(QString(), 0);
         QCOMPARE(KeysOf(*streams).join(u' '), QStringLiteral("_11 _12 _13 _15"));
@@ -149,7 +149,7 @@ private slots:
         QCOMPARE(ofBranch->Person()->GetParentOrganization()->ID(), 4.0);
     }
 
-    void Availability_data() { OfficeFolders::AddKinds(); }
+    void Availability_data() { OfficeFolders::AddRoads(); }
     void Availability() {
         std::shared_ptr<Recordset> categories;
         std::shared_ptr<Recordset> times;
@@ -178,7 +178,7 @@ private slots:
         QVERIFY(categories->EndOfData());
     }
 
-    void FullNames_data() { OfficeFolders::AddKinds(); }
+    void FullNames_data() { OfficeFolders::AddRoads(); }
     void FullNames() {
         const auto names = Blanks()->GetTemplTypeNames(21);
         const QString field = QStringLiteral("full_name");
@@ -196,7 +196,7 @@ private slots:
         QVERIFY(names->Value(field) == LooseValue(QStringLiteral("Первое имя")));
     }
 
-    void EmptyRecordset_data() { OfficeFolders::AddKinds(); }
+    void EmptyRecordset_data() { OfficeFolders::AddRoads(); }
     void EmptyRecordset() {
         for (const double id : {22.0, 777.0, 0.5}) {
             const auto names = Blanks()->GetTemplTypeNames(id);
@@ -209,14 +209,14 @@ private slots:
         }
     }
 
-    void MissingField_data() { OfficeFolders::AddKinds(); }
+    void MissingField_data() { OfficeFolders::AddRoads(); }
     void MissingField() {
         const auto names = Blanks()->GetTemplTypeNames(21);
         QCOMPARE(RaisedBy([&] { names->Value(QStringLiteral("nick")); }).Description(),
                  QStringLiteral("В наборе записей нет поля \"nick\"."));
     }
 
-    void UnknownConditions_data() { OfficeFolders::AddKinds(); }
+    void UnknownConditions_data() { OfficeFolders::AddRoads(); }
     void UnknownConditions() {
         const QString refusal = QStringLiteral("Запрос с таким условием не поддерживается: ");
         QCOMPARE(RaisedBy([] { Persons()->GetPersons(QStringLiteral("a"), 0); }).Description(),
@@ -229,7 +229,7 @@ private slots:
             refusal + QStringLiteral("вид 2."));
     }
 
-    void EveryThreadHasItsConnection_data() { OfficeFolders::AddKinds(); }
+    void EveryThreadHasItsConnection_data() { OfficeFolders::AddRoads(); }
     void EveryThreadHasItsConnection() {
         const auto here = Persons();
         QCOMPARE(here->GetPersons(QString(), 0)->Count(), 5);
@@ -246,7 +246,7 @@ private slots:
                  qint32(Vk_Records::DatabaseNotOpen));
     }
 
-    void AnotherOfficeTakesThePlace_data() { OfficeFolders::AddKinds(); }
+    void AnotherOfficeTakesThePlace_data() { OfficeFolders::AddRoads(); }
     void AnotherOfficeTakesThePlace() {
         const auto persons = Persons();
         QCOMPARE(persons->GetPersons(QString(), 0)->Count(), 5);
@@ -257,7 +257,7 @@ private slots:
         QCOMPARE(Blanks()->GetTemplates(Null(), Null(), true)->Count(), 0);
     }
 
-    void FailedOpeningLeavesTheOldOfficeOpen_data() { OfficeFolders::AddKinds(); }
+    void FailedOpeningLeavesTheOldOfficeOpen_data() { OfficeFolders::AddRoads(); }
     void FailedOpeningLeavesTheOldOfficeOpen() {
         QVERIFY(RaisedBy([] {
                     Vk_Records::OpenDatabase(QStringLiteral("sqlite:/no such folder/a.db"));

@@ -4,6 +4,7 @@
 #include <Vk_DocQuery/VkDocQueryData.h>
 #include <Vk_Records/Database.h>
 
+#include "Connection.h"
 #include "foundation/OpenNotes.h"
 #include "queryfile/XmlNode.h"
 #include "SmallOffice.h"
@@ -70,7 +71,7 @@ private slots:
     }
     void cleanup() { Vk_Records::CloseDatabase(); }
 
-    void Person_data() { OfficeFolders::AddKinds(); }
+    void Person_data() { OfficeFolders::AddRoads(); }
     void Person() {
         const auto person = Loaded<VkPerson>(thePerson, 1);
         QCOMPARE(person->ID(), 1.0);
@@ -86,7 +87,7 @@ private slots:
         QCOMPARE(person->GetParentOrganization()->ID(), 0.0);
     }
 
-    void KindsOfPersons_data() { OfficeFolders::AddKinds(); }
+    void KindsOfPersons_data() { OfficeFolders::AddRoads(); }
     void KindsOfPersons() {
         const auto branch = Loaded<VkPerson>(thePerson, 2);
         QVERIFY(branch->IsBranch());
@@ -113,7 +114,7 @@ private slots:
         QCOMPARE(minor->GetIconKeyAsAccPerson(), QStringLiteral("org"));
     }
 
-    void AccStream_data() { OfficeFolders::AddKinds(); }
+    void AccStream_data() { OfficeFolders::AddRoads(); }
     void AccStream() {
         const auto stream = Loaded<VkAccStream>(theStream, 11);
         QCOMPARE(stream->ID(), 11.0);
@@ -129,7 +130,7 @@ private slots:
         QCOMPARE(ofBranch->Person()->GetParentOrganization()->Inn(), QStringLiteral("7704000004"));
     }
 
-    void TemplType_data() { OfficeFolders::AddKinds(); }
+    void TemplType_data() { OfficeFolders::AddRoads(); }
     void TemplType() {
         const auto type = Loaded<VkTemplType>(theType, 21);
         QCOMPARE(type->ID(), 21.0);
@@ -142,7 +143,7 @@ private slots:
         QCOMPARE(excluded->GetIconKey(), QString());
     }
 
-    void Template_data() { OfficeFolders::AddKinds(); }
+    void Template_data() { OfficeFolders::AddRoads(); }
     void Template() {
         const auto version = Loaded<VkTemplate>(theTemplate, 31);
         QCOMPARE(version->ID(), 31.0);
@@ -154,6 +155,27 @@ private slots:
         QCOMPARE(version->TemplateType()->ID(), 21.0);
         QVERIFY(IsEmpty(Loaded<VkTemplate>(theTemplate, 32)->EndDate()));
         QVERIFY(IsEmpty(Loaded<VkTemplate>(theTemplate, 33)->BegDate()));
+    }
+
+    /// Texts that rows have in common are there once; those that only look alike are not mixed up.
+    void CommonTexts_data() { OfficeFolders::AddRoads(); }
+    void CommonTexts() {
+        const auto stream = Loaded<VkAccStream>(theStream, 11);
+        QCOMPARE(stream->Kpp().constData(), stream->Person()->Kpp().constData());
+        QStringList texts{QString(), QStringLiteral("7"), QStringLiteral("77"),
+                          QStringLiteral("МРИ")};
+        for (int size = 20; size < 28; ++size) {
+            texts << QString(size, u'7') << QString(size - 1, u'7') + u'8'
+                  << QString(size / 2, u'ж') << QString(size, u'ж');
+        }
+        for (int i = 0; i < 2000; ++i) texts << QString::number(i % 1000);  // more than are kept
+        auto &connection = Vk_Records::ThisThreadsConnection();
+        for (const QString &text : texts) {
+            connection.Read("SELECT CAST(? AS TEXT)", {text}, [&](const Vk_Records::Row &row) {
+                QCOMPARE(row.CommonText(0), text);
+                QCOMPARE(row.CommonText(0), text);
+            });
+        }
     }
 
     void AbsentIdentity_data() {
@@ -247,7 +269,7 @@ private slots:
         QCOMPARE(inWords(), before);
     }
 
-    void FileReadAgainShowsWhatHasChanged_data() { OfficeFolders::AddKinds(); }
+    void FileReadAgainShowsWhatHasChanged_data() { OfficeFolders::AddRoads(); }
     void FileReadAgainShowsWhatHasChanged() {
         XmlDocument document;
         QVERIFY(
@@ -272,14 +294,14 @@ private slots:
         QCOMPARE(after, (QStringList{QStringLiteral("5"), before.at(1), QStringLiteral("5")}));
     }
 
-    void ForeignMembersAreRefused_data() { OfficeFolders::AddKinds(); }
+    void ForeignMembersAreRefused_data() { OfficeFolders::AddRoads(); }
     void ForeignMembersAreRefused() {
         const auto person = Loaded<VkPerson>(thePerson, 1);
         QCOMPARE(RaisedBy([&] { static_cast<Record &>(*person).KND(); }).Number(),
                  qint32(MemberNotSupported));
     }
 
-    void RecordsOutliveTheDatabase_data() { OfficeFolders::AddKinds(); }
+    void RecordsOutliveTheDatabase_data() { OfficeFolders::AddRoads(); }
     void RecordsOutliveTheDatabase() {
         const auto stream = Loaded<VkAccStream>(theStream, 15);
         const auto version = Loaded<VkTemplate>(theTemplate, 31);
@@ -294,7 +316,7 @@ private slots:
                  QStringLiteral("База данных не открыта. Откройте базу и повторите."));
     }
 
-    void TablesKeepTheirRules_data() { OfficeFolders::AddKinds(); }
+    void TablesKeepTheirRules_data() { OfficeFolders::AddRoads(); }
     void TablesKeepTheirRules() {
         // A branch of a branch, a branch of nobody and a span that ends before it begins get no
         // entry.

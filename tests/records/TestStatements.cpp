@@ -98,7 +98,7 @@ class TestStatements : public QObject {
 private slots:
     void cleanup() { Vk_Records::CloseDatabase(); }
 
-    void TheLogSeesEachStatement_data() { OfficeFolders::AddKinds(); }
+    void TheLogSeesEachStatement_data() { OfficeFolders::AddRoads(); }
     void TheLogSeesEachStatement() {
         QFETCH(QString, kind);
         if (!Open(kind, theSizes[0])) QSKIP(qUtf8Printable(theFolder->Complaint()));
@@ -141,7 +141,7 @@ private slots:
     }
 
     /// Records that one statement brought are those that each brings for itself.
-    void AnnouncedRecordsAreTheSame_data() { OfficeFolders::AddKinds(); }
+    void AnnouncedRecordsAreTheSame_data() { OfficeFolders::AddRoads(); }
     void AnnouncedRecordsAreTheSame() {
         QFETCH(QString, kind);
         if (!Open(kind, theSizes[1])) QSKIP(qUtf8Printable(theFolder->Complaint()));
