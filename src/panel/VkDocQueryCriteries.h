@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QPalette>
+#include <QPointer>
 #include <QWidget>
 
 #include <Vk_DocQuery/VkDocQueryData.h>
@@ -166,7 +167,8 @@ private:
     void theAccStreamsList_ColumnClick(const ListColumn &aColumn);
     void theTaxpayersList_ColumnClick(const ListColumn &aColumn);
 
-    QHash<QString, QWidget *> theNamedWidgets;  // elements and pages by object name
+    /// Elements and pages by object name; null: the host has taken it away.
+    QHash<QString, QPointer<QWidget>> theNamedWidgets;
     TabControl *theTabs = nullptr;
 };
 

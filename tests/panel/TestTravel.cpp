@@ -832,6 +832,38 @@ private slots:
         QVERIFY(!panel.theRefreshPending);
     }
 
+    void FailingAssembly_data() {
+        QTest::addColumn<QString>("reader");
+        QTest::newRow("theDocStatuses(1)") << QStringLiteral("GatherBitfield");
+        QTest::newRow("theNotes") << QString();
+        QTest::newRow("theOptTemplateClass") << QStringLiteral("GetTemplatesMode");
+        QTest::newRow("theOnePeriod") << QStringLiteral("GetPeriodCriterion");
+        QTest::newRow("theAccStreamOpen") << QStringLiteral("GetAccStreamOpeness");
+        QTest::newRow("theContoraJoinAnd") << QStringLiteral("GetContoraJoining");
+        QTest::newRow("theOptTaxpayers") << QStringLiteral("GetTaxpayersType");
+    }
+    /// The host has taken an element away.
+    void FailingAssembly() {
+        QFETCH(QString, reader);
+        OpenPanel panel;
+        Data record;
+        record.IsDocStatus = true;
+        record.LastTab = QStringLiteral("doc");
+        panel.DistributeValues(record);
+        panel.SetCurrentTab(QStringLiteral("time"));
+        panel.Check("theIsDocStatus").SetValue(0);
+        delete &panel.Get(QTest::currentDataTag());
+        QString road = QStringLiteral("[Vk_DocQuery::VkDocQueryCriteries.AssembleValuesTo]\r\n");
+        if (!reader.isEmpty())
+            road += QStringLiteral("[Vk_DocQuery::VkDocQueryCriteries.%1]\r\n").arg(reader);
+        QCOMPARE(Chain([&] { panel.AssembleValuesTo(record); }),
+                 road + QStringLiteral("[VkDocQueryCriteries]\r\n"
+                                       "На панели нет нужного элемента \"%1\".")
+                            .arg(QLatin1String(QTest::currentDataTag())));
+        QVERIFY(!record.IsDocStatus);                     // was read before
+        QCOMPARE(record.LastTab, QStringLiteral("doc"));  // would have been read after
+    }
+
     void FailingLastRefreshLeavesNoLockBehind() {
         OpenPanel panel;
         panel.Tabs().SetImages(std::make_shared<ImageList>());
