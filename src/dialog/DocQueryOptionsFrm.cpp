@@ -6,7 +6,6 @@
 #include <QThread>
 
 #include "controls/AltKeys.h"
-#include "controls/DateBox.h"
 #include "controls/FocusInView.h"
 #include "controls/HelpButton.h"
 #include "controls/PictureButton.h"
@@ -67,12 +66,10 @@ public:
         : theDialog(aDialog),
           theDraft(aDialog.theData->TakeDraft()),
           theRecord(aDialog.theRecord),
-          theCaption(aDialog.windowTitle()),
           theWasShown(aDialog.RecordShown) {}
     ~FormerSearch() {
         if (!theDraft) return;
         theDialog.theRecord = theRecord;
-        theDialog.setWindowTitle(theCaption);
         theDialog.RecordShown = theDialog.theData->PutBack(*theDraft) && theWasShown;
     }
     Q_DISABLE_COPY_MOVE(FormerSearch)
@@ -83,7 +80,6 @@ private:
     DocQueryOptionsFrm &theDialog;
     std::shared_ptr<VkDocQueryCriteries::Draft> theDraft;
     std::shared_ptr<VkDocQueryData> theRecord;
-    QString theCaption;
     bool theWasShown;
 };
 
@@ -316,7 +312,6 @@ void DocQueryOptionsFrm::LoadControls() {
     theData->setObjectName(QStringLiteral("theData"));
     theBottomFrame = new QWidget(theSheet->Content());
     theBottomFrame->setObjectName(QStringLiteral("theBottomFrame"));
-    theBottomFrame->setGeometry(theBottomPlace.InPixels());
     theBottomStitch = new DStitch(theBottomFrame);
     theBottomStitch->setObjectName(QStringLiteral("theBottomStitch"));
 
@@ -354,7 +349,6 @@ void DocQueryOptionsFrm::LoadControls() {
     theHelp->setGeometry(theHelpPlace.InPixels());
     GiveAltKey(*theHelp, u'П', QStringLiteral("F1"));
     theOK->setDefault(true);
-    theCancel->setProperty(DateBox::theChecksProperty, false);  // leaves a half typed date alone
 
     setTabOrder(theSaveAs, theHelp);
     resize(SizeFromTwips(theDesignWidth, theDesignHeight));

@@ -153,7 +153,6 @@ std::shared_ptr<RecordCollection> SelectObjectsForm::Run(
     KeepListedObjects(aListedObjects);
     LoadAllObjects();
     theFilter->SetText(QString());
-    theLastFilter.clear();
     FillList(true);
     if (theList->RowCount() == 0) {
         ShowEmptyOffer();

@@ -18,7 +18,9 @@
 
 #include "controls/DateBox.h"
 #include "DialogUser.h"
+#include "lists/ListView.h"
 #include "look/Pictures.h"
+#include "picker/SelectObjectsForm.h"
 #include "support/MemoryRecords.h"
 #include "support/TestMain.h"
 
@@ -34,6 +36,15 @@ const QString theLoadTitle = QStringLiteral("Открыть файл крите�
 
 constexpr int theManyRows = 5000;
 std::size_t theRefusedSize = 0;  // the next request for that many bytes fails
+
+/// So many that what is made for all of them is as large as nothing else.
+void AddManyPersons() {
+    auto &persons = MemoryOffice::The().Persons;
+    for (int i = 0; i < theManyRows; ++i) {
+        persons.push_back(persons.front());
+        persons.back().ID = 1000 + i;
+    }
+}
 
 }  // namespace
 
@@ -66,6 +77,7 @@ class TestOptionsDialog : public QObject {
             const char *Name;
             QString Caption;
             QRect Place;  // at 96 dots per inch
+            int Picture = 0;
         };
         const Fact facts[] = {
             {"theData", QString(), QRect(0, 0, 821, 592)},
@@ -75,8 +87,8 @@ class TestOptionsDialog : public QObject {
             {"theSave", QStringLiteral("Сохранить"), QRect(120, 12, 105, 33)},
             {"theSaveAs", QStringLiteral("Сохранить как ..."), QRect(228, 12, 113, 33)},
             {"theHelp", QString(), QRect(420, 12, 93, 33)},
-            {"theOK", QStringLiteral("OK"), QRect(591, 12, 93, 33)},
-            {"theCancel", QStringLiteral("Отмена"), QRect(696, 12, 109, 33)},
+            {"theOK", QStringLiteral("OK"), QRect(591, 12, 93, 33), OkPicture},
+            {"theCancel", QStringLiteral("Отмена"), QRect(696, 12, 109, 33), CancelPicture},
         };
         for (const Fact &fact : facts) {
             const QWidget *element = aUser.Element(fact.Name);
@@ -84,6 +96,9 @@ class TestOptionsDialog : public QObject {
             QCOMPARE(element->geometry(), fact.Place);
             const auto *button = qobject_cast<const QPushButton *>(element);
             QCOMPARE(button ? button->text() : QString(), fact.Caption);
+            const auto shown = [](const QIcon &aIcon) { return aIcon.pixmap(16).toImage(); };
+            if (fact.Picture != 0)
+                QCOMPARE(shown(button->icon()), shown(StandardPicture(fact.Picture)));
         }
         QVERIFY(aUser.Element<QPushButton>("theOK")->isDefault());
     }
@@ -447,8 +462,6 @@ private slots:
         QCOMPARE(record->LastTab, QStringLiteral("taxpayer"));  // nothing was assembled
     }
 
-    /// The values are taken once for the check and once more behind the window's end. The second
-    /// time there is no memory for a list.
     void HalfTypedDateLetsTheCancelThrough() {
         DocQueryOptionsFrm dialog;
         const auto record = std::make_shared<VkDocQueryData>();
@@ -466,16 +479,15 @@ private slots:
         QVERIFY2(driver.Done(), driver.Complaint());
     }
 
+    /// The values are taken once for the check and once more behind the window's end. The second
+    /// time there is no memory for a list.
     void FailingAssemblyBehindOKIsReportedAndGivesFalse() {
         DocQueryOptionsFrm dialog;
         const auto record = std::make_shared<VkDocQueryData>();
         record->SignerSurname = QStringLiteral("Прежний");
         record->TaxpayersList = std::make_shared<RecordCollection>();
-        for (int i = 0; i < theManyRows; ++i) {
-            MemoryOffice::The().Persons.push_back(MemoryOffice::The().Persons.front());
-            MemoryOffice::The().Persons.back().ID = 1000 + i;
-            record->TaxpayersList->Add(MakePerson(1000 + i));
-        }
+        AddManyPersons();
+        for (int i = 0; i < theManyRows; ++i) record->TaxpayersList->Add(MakePerson(1000 + i));
         dialog.SetRecord(record);
         const auto given = record->TaxpayersList;
         ModalDriver driver;
@@ -501,6 +513,42 @@ private slots:
         QCOMPARE(dialog.Record(), record);
         QCOMPARE(record->SignerSurname, QStringLiteral("Иванов"));  // stood before the list
         QCOMPARE(record->TaxpayersList, given);
+    }
+
+    void PickerWithoutMemoryTellsAndStaysOpen_data() {
+        QTest::addColumn<QString>("road");
+        QTest::addColumn<int>("size");
+        const int rows = (theManyRows + 3) * int(sizeof(ListRow *));
+        const int collection = 8192 * int(sizeof(std::shared_ptr<Record>));
+        QTest::newRow("theOK") << QStringLiteral("theOK_Click Validate GetCheckedObjects")
+                               << collection;
+        for (const char *button :
+             {"theCheckAll", "theUncheckAll", "theCheckSelected", "theUncheckSelected"})
+            QTest::newRow(button) << QLatin1String(button) + QStringLiteral("_Click CheckObjects")
+                                  << rows;
+    }
+    void PickerWithoutMemoryTellsAndStaysOpen() {
+        QFETCH(QString, road);
+        QFETCH(int, size);
+        AddManyPersons();
+        ModalDriver driver;
+        driver.Expect([&](QWidget &window) {
+            const User picker{driver, window};
+            QTest::keyClick(picker.Element("theList"), Qt::Key_A, Qt::ControlModifier);
+            picker.Press("theCheckAll");
+            QString chain;
+            for (const QString &procedure : road.split(u' '))
+                chain += QStringLiteral("[Vk_DocQuery::SelectObjectsForm.%1]\r\n").arg(procedure);
+            driver.ExpectBox(QMessageBox::Critical, QStringLiteral("Сбой программы"),
+                             chain + QStringLiteral("Недостаточно памяти."), QStringLiteral("OK"));
+            theRefusedSize = std::size_t(size);
+            picker.Press(QTest::currentDataTag());
+            picker.ExpectOpen();
+            window.close();
+        });
+        QVERIFY(!SelectObjectsForm().Execute(4, nullptr));
+        QCOMPARE(theRefusedSize, std::size_t(0));  // it was asked for
+        QVERIFY2(driver.Done(), driver.Complaint());
     }
 
     // The dialog is closed behind an inner window: by the program, or with all windows at the end

@@ -619,6 +619,7 @@ private slots:
         SaveOther(other);
         ModalDriver driver;
         RunWith(dialog, driver, [&](const User &user) {
+            user.ExpectCaption(QStringLiteral("Поиск документов"));
             driver.ExpectFileDialog(theSaveTitle, name, QString());
             user.Press("theSave");
             // A failed load brings back what was half shown, which is no whole by that.

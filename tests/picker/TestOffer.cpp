@@ -244,6 +244,11 @@ private slots:
         if (button) {
             QCOMPARE(button->text(), caption);
             QVERIFY(button->fontMetrics().horizontalAdvance(caption) < button->width() - 8);
+            const int picture = caption == u"OK"       ? OkPicture
+                                : caption == u"Отмена" ? CancelPicture
+                                                       : 0;
+            const QIcon wanted = picture == 0 ? QIcon() : StandardPicture(picture);
+            QCOMPARE(button->icon().pixmap(16).toImage(), wanted.pixmap(16).toImage());
         }
         // What a larger window gives goes to the list; the buttons keep to the corners.
         const QRect before = element->geometry();
