@@ -10,7 +10,7 @@ mutant is compiled in a folder of its own and linked from there, with copies of 
 program of its own: test_<folder>. Go on with the tests meanwhile; the headers must stay as they are. Beside
 test_<folder> it is tried by the program that has a class Test<file>, windows by test_look, which looks at all of
 them, and by programs named with --also, such as --also dialog. Classes whose name fits the file run first, then
-those that have noticed most of its mutants.
+those that have noticed most of its mutants in the least time; the first function that fails ends it.
 
 Calls that only reserve room or give it back are left alone. Not counted are mutants that do not compile, warnings
 included, and those of which the compiler makes the same code at -O1 as of the original. Each survivor is printed
@@ -125,15 +125,24 @@ class Runner:
         except ProcessLookupError:
             pass
 
-    def __call__(self, command, limit, folder=None, environment=None):
+    def start(self, command, folder=None, environment=None):
         with self.lock:
             process = subprocess.Popen(command, cwd=folder, env=environment, stdin=subprocess.DEVNULL,
                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
             self.running.add(process)
+        return process
+
+    def __call__(self, command, limit, folder=None, environment=None, is_enough=lambda: False):
+        """The exit code; 124 for a command that took too long, or of which enough was seen."""
+        process = self.start(command, folder, environment)
+        latest = time.time() + limit
         try:
-            return process.wait(limit)
-        except subprocess.TimeoutExpired:  # a mutant that waits for ever is noticed, too
-            self.end(process)
+            while time.time() < latest and not is_enough():
+                try:
+                    return process.wait(0.1)
+                except subprocess.TimeoutExpired:
+                    continue
+            self.end(process)  # a mutant that waits for ever is noticed, too
             process.wait()
             return 124
         finally:
@@ -215,8 +224,12 @@ class Build:
         return self.run(words, 600, self.folder) == 0
 
     def test(self, program_file, test, limit):
-        return self.run([program_file, test.name, "-o", os.devnull + ",txt"], limit, self.folder,
-                        {**os.environ, **test.environment})
+        """0 if all functions of the class pass. The first that fails ends it."""
+        with tempfile.TemporaryDirectory(prefix="mutant") as folder:
+            report = pathlib.Path(folder, "report")
+            return self.run([program_file, test.name, "-o", "%s,txt" % report], limit, self.folder,
+                            {**os.environ, **test.environment},
+                            lambda: report.exists() and b"\nFAIL!" in report.read_bytes())
 
 
 class Trial:
@@ -250,7 +263,7 @@ class Trial:
         tests = [test for test in self.build.classes if test.program in programs]
         return sorted(tests, key=lambda test: (programs.index(test.program) > 0,
                                                -len(words(path.stem) & words(test.name)),
-                                               -self.noticed[path, test[:2]], self.usual[test[:2]]))
+                                               -(self.noticed[path, test[:2]] + 0.5) / self.usual[test[:2]]))
 
     def verdict(self, mutant, folder):
         """The class that notices it, or "" if none does; None if it does not count."""
