@@ -495,8 +495,9 @@ private slots:
         row("utf-8", "UTF-8", "\xD0\x96", u"Ж");
         row("utf8", "utf8", "\xD0\x96", u"Ж");
 
-        const QString text = root.arg(QStringLiteral("Жук \U0001F41E"));
-        const QString notes = QStringLiteral("Жук \U0001F41E");
+        // So many that the text has hardly a character of fewer than four bytes.
+        const QString notes = QStringLiteral("Жук ") + QStringLiteral("\U0001F41E").repeated(500);
+        const QString text = root.arg(notes);
         const auto wide = [&](const char *aName, QStringConverter::Encoding aEncoding) {
             QStringEncoder plain(aEncoding);
             QTest::newRow(aName) << QByteArray(plain.encode(text)) << notes;
