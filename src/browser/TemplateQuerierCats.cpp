@@ -172,10 +172,7 @@ void TemplateQuerierForm::DrawCats(Recordset *aCategories) try {
     CategoryClusters clusters;
     BuildCategoryMatrix(aCategories, clusters);
     theCatInfo->SetText(QString());
-    for (const auto &cluster : clusters) {
-        theCatInfo->ReplaceSelection(CategoryBlock(*cluster));
-        theCatInfo->SetSelection(theCatInfo->SelStart() + theCatInfo->SelLength(), 0);
-    }
+    for (const auto &cluster : clusters) theCatInfo->ReplaceSelection(CategoryBlock(*cluster));
     theCatInfo->SetSelection(0, 0);  // the pane opens at its top
 } catch (...) {
     RaiseErrorUp(theModule, __func__);

@@ -179,6 +179,7 @@ private slots:
         TypeText(&browser.Filter, QStringLiteral("прибыль"));
         QCOMPARE(counter.Calls[QStringLiteral("GetTemplates")], 0);
         QCOMPARE(counter.Calls[theNames], 0);
+        QCOMPARE(counter.Calls[QStringLiteral("VkTemplType.ShortName")], 0);
         QCOMPARE(counter.Calls[theAvailability], 0);
     }
 

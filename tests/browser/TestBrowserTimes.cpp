@@ -107,10 +107,16 @@ private slots:
         QCOMPARE(int(column.Alignment), alignment);
     }
 
-    void OpeningTwiceMakesTheColumnsAnew() {
+    void OpeningTwiceMakesAllAnew() {
+        AddForm(31, QStringLiteral("1"), QStringLiteral("Прежняя"));
         OpenBrowser browser;
+        browser.Filter.setText(QStringLiteral("пр"));
+        EmptyOffice();
+        AddForm(32, QStringLiteral("2"), QStringLiteral("Новая"));
         browser.Form.Prepare();
         QCOMPARE(browser.Times.ColumnCount(), 23);
+        QCOMPARE(browser.Filter.text(), QString());
+        QCOMPARE(browser.Listed(), QStringList{QStringLiteral("_32")});
     }
 
     void PicturesByPeriodCode_data() {

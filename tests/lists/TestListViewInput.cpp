@@ -21,6 +21,7 @@ using namespace VkTests;
 namespace {
 
 using Move = std::function<void(QPoint)>;
+using Act = std::function<void(ShownList &)>;
 
 /// Drags with the left button from a place; the function says where to.
 void Drag(ShownList &aShown, QPoint aFrom, Qt::KeyboardModifiers aModifiers,
@@ -38,6 +39,8 @@ void Drag(ShownList &aShown, QPoint aFrom, Qt::KeyboardModifiers aModifiers,
 }
 
 }  // namespace
+
+Q_DECLARE_METATYPE(Act)
 
 class TestListViewInput : public QObject {
     Q_OBJECT
@@ -491,18 +494,66 @@ private slots:
         QCOMPARE(shown.List.FirstVisible(), shown.List.Row(QApplication::wheelScrollLines()));
     }
 
-    void FailingHandlerIsShownAndGoesNoFurther() {
-        ShownList shown;
-        connect(&shown.List, &ListView::ColumnClick, &shown.List, [](const ListColumn &) {
-            throw Failure(5, QStringLiteral("S"), QStringLiteral("D"));
+    void FailingHandlerIsShownAndGoesNoFurther_data() {
+        QTest::addColumn<Act>("act");
+        const auto row = [](const char *aProcedure, const Act &aAct) {
+            QTest::newRow(aProcedure) << aAct;
+        };
+        const auto mouse = [](QEvent::Type aType) {
+            return [aType](ShownList &aShown) {
+                QWidget *rows = aShown.List.viewport();
+                const bool moves = aType == QEvent::MouseMove;
+                QMouseEvent event(aType, aShown.PlaceOf(1), rows->mapToGlobal(aShown.PlaceOf(1)),
+                                  moves ? Qt::NoButton : Qt::LeftButton,
+                                  moves ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
+                QApplication::sendEvent(rows, &event);
+            };
+        };
+        const auto cell = [](int aColumn, const QString &aAction) {
+            return [=](ShownList &aShown) {
+                QAccessible::queryAccessibleInterface(&aShown.List)
+                    ->tableInterface()
+                    ->cellAt(1, aColumn)
+                    ->actionInterface()
+                    ->doAction(aAction);
+            };
+        };
+        row("ClickHeader", [](ShownList &aShown) {
+            const QHeaderView *header = aShown.List.header();
+            QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::NoModifier,
+                              QPoint(header->sectionViewportPosition(1) + 15, 5));
         });
+        row("keyPressEvent", [](ShownList &aShown) { aShown.Key(Qt::Key_Down); });
+        row("mousePressEvent", mouse(QEvent::MouseButtonPress));
+        row("mouseMoveEvent", mouse(QEvent::MouseMove));
+        row("mouseDoubleClickEvent", mouse(QEvent::MouseButtonDblClick));
+        row("mouseReleaseEvent", [](ShownList &aShown) {
+            aShown.List.ClearRows();  // a press beside the rows tells nobody
+            QTest::mouseClick(aShown.List.viewport(), Qt::LeftButton, {}, QPoint(50, 50));
+        });
+        row("ClickRow", cell(1, QAccessibleActionInterface::pressAction()));
+        row("ToggleRow", cell(0, QAccessibleActionInterface::toggleAction()));
+        row("FocusRow", cell(1, QAccessibleActionInterface::setFocusAction()));
+        row("AddToSelection", [](ShownList &aShown) {
+            QAccessible::queryAccessibleInterface(&aShown.List)->tableInterface()->selectRow(1);
+        });
+    }
+    void FailingHandlerIsShownAndGoesNoFurther() {
+        QFETCH(Act, act);
+        ShownList shown;
+        const auto fail = [] { throw Failure(5, QStringLiteral("S"), QStringLiteral("D")); };
+        connect(&shown.List, &ListView::ColumnClick, &shown.List, fail);
+        connect(&shown.List, &ListView::ItemClick, &shown.List, fail);
+        connect(&shown.List, &ListView::ItemCheck, &shown.List, fail);
+        connect(&shown.List, &ListView::Click, &shown.List, fail);
+        connect(&shown.List, &ListView::DblClick, &shown.List, fail);
+        connect(&shown.List, &ListView::MouseMove, &shown.List, fail);
         ModalDriver driver;
         driver.ExpectBox(QMessageBox::Critical, QStringLiteral("Сбой программы"),
-                         QStringLiteral("[Vk_DocQuery::ListView.ClickHeader]\r\n[S]\r\nD"),
+                         QStringLiteral("[Vk_DocQuery::ListView.%1]\r\n[S]\r\nD")
+                             .arg(QLatin1String(QTest::currentDataTag())),
                          QStringLiteral("OK"));
-        const QHeaderView *header = shown.List.header();
-        QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::NoModifier,
-                          QPoint(header->sectionViewportPosition(1) + 15, 5));
+        act(shown);
         QVERIFY2(driver.Done(), driver.Complaint());
     }
 
