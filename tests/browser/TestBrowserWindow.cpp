@@ -92,6 +92,11 @@ private slots:
         for (const char *name : {"Label1", "Label2", "Label3", "Label4"})
             QCOMPARE(label(name)->font().weight(), QFont::Bold);
         QCOMPARE(label("Label5")->font().weight(), QFont::Normal);
+        for (const QLabel *each : browser.Form.findChildren<QLabel *>()) {
+            QCOMPARE(each->alignment(), Qt::AlignLeft | Qt::AlignTop);
+            QCOMPARE(each->textFormat(), Qt::PlainText);
+            QVERIFY(each->wordWrap());
+        }
         QCOMPARE(browser.Close.text(), QStringLiteral("Закрыть"));
 
         QCOMPARE(browser.Filter.accessibleName(), QStringLiteral("Фильтр:"));
