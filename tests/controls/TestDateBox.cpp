@@ -1,3 +1,4 @@
+#include <QAccessible>
 #include <QApplication>
 #include <QCalendarWidget>
 #include <QClipboard>
@@ -163,6 +164,7 @@ private slots:
         row("1.2.30", "01.02.1930");
         row("1.2.99", "01.02.1999");
         row("1.2.5", "01.02.2005");
+        row("1.2.0100", "01.02.0100");
         row(" \t15.08.25 \r\n", "15.08.2025");
         row("15082025", "15.08.2025");
         row("31.02.25", "31.02.2025");  // no date, of which the user is told
@@ -272,6 +274,49 @@ private slots:
         QCOMPARE(Shown(window.Box->Value()), QStringLiteral("29.03.2024"));
         QTest::keyClick(window.Edit(), Qt::Key_Down, Qt::ControlModifier);
         QCOMPARE(Shown(window.Box->Value()), QStringLiteral("29.03.2024"));
+    }
+
+    void ClickIntoABlankBoxBeginsAtItsStart() {
+        Window window;
+        window.Other->setFocus();
+        QTest::mouseClick(window.Edit(), Qt::LeftButton, {}, window.Edit()->rect().center());
+        QTRY_COMPARE(window.Edit()->cursorPosition(), 0);
+    }
+
+    void CalendarStaysOnTheScreen() {
+        Window window;
+        QTest::keyClick(window.Edit(), Qt::Key_F4);
+        QWidget &calendar = *window.Calendar()->window();
+        calendar.close();
+        const auto placeFor = [&](QPoint aBox) {
+            window.move(window.pos() + aBox - window.Box->mapToGlobal(QPoint(0, 0)));
+            QTest::keyClick(window.Edit(), Qt::Key_F4);
+            calendar.close();
+            return calendar.pos();
+        };
+        placeFor({100, 100});
+        const int high = window.Box->height();
+        const QPoint frame = placeFor({100, 100}) - QPoint(100, 100 + high);  // the platform's
+        QVERIFY(frame.manhattanLength() < 10);
+        const QRect room = window.screen()->availableGeometry();
+        const int lowest = room.bottom() - calendar.height() - high;
+        QCOMPARE(placeFor({100, lowest}), frame + QPoint(100, lowest + high));
+        QCOMPARE(placeFor({100, lowest + 1}), frame + QPoint(100, lowest + 1 - calendar.height()));
+        QCOMPARE(placeFor({-20, 100}), frame + QPoint(room.left(), 100 + high));
+        QCOMPARE(placeFor({room.right() - 20, 100}),
+                 frame + QPoint(room.right() - calendar.width(), 100 + high));
+    }
+
+    void OpenCalendarIsAChildForAssistivePrograms() {
+        Window window;
+        QAccessibleInterface *face = QAccessible::queryAccessibleInterface(window.Box);
+        const int before = face->childCount();
+        QTest::keyClick(window.Edit(), Qt::Key_F4);
+        QCOMPARE(face->childCount(), before + 1);
+        QCOMPARE(face->child(before)->object(), window.Calendar()->window());
+        QCOMPARE(face->indexOfChild(face->child(before)), before);
+        window.Calendar()->window()->close();
+        QCOMPARE(face->childCount(), before);
     }
 
     void CalendarGivesToday_data() {

@@ -139,6 +139,19 @@ private slots:
         QCOMPARE(clicks.size(), 0);
     }
 
+    void ScrollerIsToldTheRoomAndTheRange() {
+        ShownList shown(200);
+        shown.List.verticalScrollBar()->setValue(3);
+        QScrollPrepareEvent event(QPointF(10, 10));
+        QCoreApplication::sendEvent(shown.List.viewport(), &event);
+        QVERIFY(event.isAccepted());
+        const double row = shown.List.RowRect(shown.List.Row(3)).height();
+        QCOMPARE(event.viewportSize(), QSizeF(shown.List.viewport()->size()));
+        QCOMPARE(event.contentPos(), QPointF(0, 3 * row));
+        QCOMPARE(event.contentPosRange(), QRectF(0, 0, shown.List.horizontalScrollBar()->maximum(),
+                                                 row * shown.List.verticalScrollBar()->maximum()));
+    }
+
     void FingerScrollsSideways() {
         ShownList shown(3);
         shown.List.SetColumnWidth(1, 15000);

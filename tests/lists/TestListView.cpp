@@ -449,7 +449,7 @@ private slots:
         Prepare(list, 100);
         Show(list);
         list.EnsureVisible(list.Row(50));
-        const QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&list);
+        QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&list);
         QCOMPARE(face->role(), QAccessible::Table);
         QCOMPARE(face->childCount(), 3 + 100 * 3);
         for (const int number : {0, 2, 3, 153, 302}) {
@@ -467,6 +467,10 @@ private slots:
         QCOMPARE(cell->tableCellInterface()->columnHeaderCells().value(0), face->child(1));
         QVERIFY(!cell->state().offscreen);
         QVERIFY(face->child(3)->state().offscreen);
+        QVERIFY(face->child(3)->state().focusable && !cell->state().focusable);
+        QAccessibleTableInterface *table = face->tableInterface();
+        QVERIFY(table->cellAt(99, 2) && !table->cellAt(100, 2) && !table->cellAt(-1, 2));
+        QVERIFY(!table->cellAt(99, 3) && !table->cellAt(99, -1));
         const QPoint header = face->child(1)->rect().center();
         QCOMPARE(face->childAt(header.x(), header.y()), face->child(1));
         QCOMPARE(face->child(1)->role(), QAccessible::ColumnHeader);
@@ -494,7 +498,9 @@ private slots:
         QCOMPARE(face->child(6)->text(QAccessible::Name), QStringLiteral("Строка 3; 3"));
         QVERIFY(!face->child(9));
         const QAccessible::Id last = QAccessible::uniqueId(face->child(6));
+        const QAccessibleInterface *left[] = {face->child(0), face->child(6)};
         list.reset();
+        for (const QAccessibleInterface *each : left) QVERIFY(each->state().invalid);
         QTRY_VERIFY(!QAccessible::accessibleInterface(last));
     }
 
@@ -536,6 +542,7 @@ private slots:
         QTRY_VERIFY(reaches(list.verticalScrollBar(), 100 - list.viewport()->height() / height));
         QTRY_VERIFY(reaches(list.horizontalScrollBar(), 0));
         list.SetColumnWidth(2, 20000);
+        QCOMPARE(list.Column(2).Width, 20000);
         QTRY_VERIFY(reaches(list.horizontalScrollBar(),
                             list.header()->length() - list.viewport()->width()));
         list.horizontalScrollBar()->setValue(50);

@@ -1,3 +1,5 @@
+#include <numeric>
+
 #include <QAccessible>
 #include <QApplication>
 #include <QHeaderView>
@@ -196,6 +198,8 @@ private slots:
             aMove(shown.PlaceOf(2));
         });
         QCOMPARE(shown.Selected(), QStringLiteral("_3 _4"));
+        shown.ClickRow(0, Qt::ShiftModifier);  // goes on from where the drag began
+        QCOMPARE(shown.Selected(), QStringLiteral("_1 _2 _3 _4"));
     }
 
     void DraggingBelowTheEdgeScrolls() {
@@ -555,6 +559,19 @@ private slots:
                          QStringLiteral("OK"));
         act(shown);
         QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void ChangedListSettlesByItself() {
+        ShownList shown;
+        std::vector<int> all(20);
+        std::iota(all.begin(), all.end(), 0);
+        QScrollBar &bar = *shown.List.verticalScrollBar();
+        QTRY_VERIFY(bar.maximum() > 0);
+        bar.setValue(5);
+        shown.List.ShowOnly(all);
+        QTRY_COMPARE(bar.value(), 0);  // a filter begins at the top
+        shown.List.ClearRows();
+        QTRY_COMPARE(bar.maximum(), 0);
     }
 
     void CutTextIsShownWhole() {
