@@ -8,7 +8,7 @@
 It needs a build (--build, build/dev), which it brings up to date, and changes neither that nor the sources: a
 mutant is compiled in a folder of its own and linked from there, with copies of the other objects, into a test
 program of its own: test_<folder>. Go on with the tests meanwhile; the headers must stay as they are. Beside
-test_<folder> it is tried by the program that has a class Test<file>, windows by test_look, which looks at all of
+test_<folder> it is tried by a class Test<file> of another program, windows by test_look, which looks at all of
 them, and by programs named with --also, such as --also dialog. Classes whose name fits the file run first, then
 those that have noticed most of its mutants in the least time; the first function that fails ends it.
 
@@ -241,16 +241,17 @@ class Trial:
         self.usual = {}
         self.noticed = collections.Counter()
 
-    def programs(self, path):
-        folder = path.parts[1] if path.parts[0] == "src" else path.parts[0]
-        named = [test.program for test in self.build.classes if test.name == "Test" + path.stem]
-        common = ["test_look"] if folder in WINDOWS else []
-        return list(dict.fromkeys(["test_" + folder, *named, *common, *self.also]))
+    @staticmethod
+    def folder(path):
+        return path.parts[1] if path.parts[0] == "src" else path.parts[0]
 
-    def measure(self, programs):
-        for test in self.build.classes:
-            if test.program not in programs:
-                continue
+    def candidates(self, path):
+        folder = self.folder(path)
+        programs = ["test_" + folder, *self.also] + (["test_look"] if folder in WINDOWS else [])
+        return [test for test in self.build.classes if test.program in programs or test.name == "Test" + path.stem]
+
+    def measure(self, tests):
+        for test in tests:
             begun = time.time()
             if self.build.test(self.build.folder / "bin" / test.program, test, 900) != 0:
                 sys.exit("%s %s fails without any change" % (test.program, test.name))
@@ -259,11 +260,14 @@ class Trial:
     def classes(self, path):
         def words(name):
             return set(re.findall(r"[A-Z][a-z]{3,}", name))
-        programs = self.programs(path)
-        tests = [test for test in self.build.classes if test.program in programs]
-        return sorted(tests, key=lambda test: (programs.index(test.program) > 0,
-                                               -len(words(path.stem) & words(test.name)),
-                                               -(self.noticed[path, test[:2]] + 0.5) / self.usual[test[:2]]))
+        own = "test_" + self.folder(path)
+        return sorted(self.candidates(path), key=lambda test: (test.program != own,
+                                                               -len(words(path.stem) & words(test.name)),
+                                                               -self.promise(path, test)))
+
+    def promise(self, path, test):
+        """Mutants of the file that the class has noticed, for the time that it takes."""
+        return (self.noticed[path, test[:2]] + 0.5) / self.usual[test[:2]]
 
     def verdict(self, mutant, folder):
         """The class that notices it, or "" if none does; None if it does not count."""
@@ -296,8 +300,10 @@ class Trial:
         return made[0] == made[1]
 
 
-def short(text):
-    return " ".join(text.split())[:90]
+def told(mutant):
+    def short(text):
+        return " ".join(text.split())[:90]
+    return "%s:%d: %s  ->  %s" % (mutant.path, mutant.line, short(mutant.old), short(mutant.new))
 
 
 def options():
@@ -306,6 +312,7 @@ def options():
     parser.add_argument("--sample", type=int, default=0)
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--line", type=int, default=0)
+    parser.add_argument("--again", type=pathlib.Path, help="those that survived in this output of an earlier run")
     parser.add_argument("--also", action="append", default=[], help="the program test_ALSO, too")
     parser.add_argument("--build", type=pathlib.Path, default=pathlib.Path("build/dev"))
     parser.add_argument("--jobs", type=int, default=1, help="mutants tried at a time")
@@ -319,6 +326,9 @@ def drawn_from(wanted):
     for place in wanted.places:
         sources += sorted(place.rglob("*.cpp")) if place.is_dir() else [place]
     drawn = [m for source in sources for m in mutants(source) if not wanted.line or m.line == wanted.line]
+    if wanted.again:
+        survivors = set(wanted.again.read_text(encoding="utf-8").splitlines())
+        drawn = [m for m in drawn if told(m) in survivors]
     if wanted.sample and wanted.sample < len(drawn):
         drawn = random.Random(wanted.seed).sample(drawn, wanted.sample)
     return drawn
@@ -354,16 +364,16 @@ def main():
         build = Build(wanted.build, objects, run)
         drawn = [mutant for mutant in drawn if mutant.path.resolve() in build.compiled]
         trial = Trial(build, wanted.also)
-        programs = sorted({program for mutant in drawn for program in trial.programs(mutant.path)})
-        build.make(programs)
-        trial.measure(programs)
+        tests = [test for test in build.classes if any(test in trial.candidates(path) for path in
+                                                       {mutant.path for mutant in drawn})]
+        build.make(sorted({test.program for test in tests}))
+        trial.measure(tests)
         counts = collections.Counter()
         for mutant, verdict in tried(trial, drawn, wanted):
             counts["left out" if verdict is None else "noticed" if verdict else "survived"] += 1
             if verdict == "" or wanted.verbose:
-                told = "" if verdict == "" else "  [%s]" % ("does not count" if verdict is None else verdict)
-                print("%s:%d: %s  ->  %s%s" % (mutant.path, mutant.line, short(mutant.old), short(mutant.new), told),
-                      flush=True)
+                by = "" if verdict == "" else "  [%s]" % ("does not count" if verdict is None else verdict)
+                print(told(mutant) + by, flush=True)
     total = counts["noticed"] + counts["survived"]
     print("%d of %d mutants noticed, %.0f %%; %d more do not count; seed %d; %.1f s for each" %
           (counts["noticed"], total, 100 * counts["noticed"] / total if total else 0, counts["left out"], wanted.seed,
