@@ -3,6 +3,7 @@
 #include <QTest>
 #include <QUrl>
 
+#include "controls/CheckBox.h"
 #include "controls/HelpButton.h"
 #include "controls/PictureButton.h"
 #include "controls/Stitch.h"
@@ -33,6 +34,28 @@ class TestButtons : public QObject {
     Q_OBJECT
 
 private slots:
+    /// A caption has as many lines as there is room for, and stands in the middle of it.
+    void CaptionTakesTheLinesThatThereAre() {
+        const auto picture = [](QSize aSize) {
+            CheckBox box(QStringLiteral("один два три четыре"));
+            box.resize(aSize);
+            return box.grab().toImage();
+        };
+        QCOMPARE(picture({60, 20}), picture({400, 20}).copy(0, 0, 60, 20));
+        const QImage wide = picture({400, 60});
+        QVERIFY(picture({60, 60}) != wide.copy(0, 0, 60, 60));
+        int first = 60;
+        int last = 0;
+        for (int y = 0; y < 60; ++y) {
+            for (int x = 30; x < 400; ++x) {
+                if (wide.pixel(x, y) == wide.pixel(399, 0)) continue;
+                first = std::min(first, y);
+                last = y;
+            }
+        }
+        QVERIFY2(std::abs(first + last - 59) < 6, qPrintable(QString::number(first + last)));
+    }
+
     void StandardPictures() {
         const DButton ok(QStringLiteral("OK"), 5);
         const DButton cancel(QStringLiteral("Отмена"), 2);
