@@ -1,5 +1,6 @@
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDialog>
 #include <QLineEdit>
 #include <QPointingDevice>
 #include <QPushButton>
@@ -12,6 +13,7 @@
 #include "controls/CheckBox.h"
 #include "controls/ComboBox.h"
 #include "controls/DateBox.h"
+#include "controls/FocusInView.h"
 #include "controls/NumberBox.h"
 #include "controls/ScrollBox.h"
 #include "controls/Sheet.h"
@@ -150,6 +152,37 @@ private slots:
         QCOMPARE(event.contentPos(), QPointF(0, 3 * row));
         QCOMPARE(event.contentPosRange(), QRectF(0, 0, shown.List.horizontalScrollBar()->maximum(),
                                                  row * shown.List.verticalScrollBar()->maximum()));
+    }
+
+    void KeysForAnElementBringItIntoView_data() {
+        QTest::addColumn<bool>("list");
+        QTest::addColumn<int>("key");
+        QTest::addColumn<bool>("brought");
+        QTest::newRow("letter in a line") << false << int(Qt::Key_A) << true;
+        QTest::newRow("arrow in a line") << false << int(Qt::Key_Left) << false;
+        QTest::newRow("arrow in a list") << true << int(Qt::Key_Down) << true;
+    }
+    void KeysForAnElementBringItIntoView() {
+        QFETCH(bool, list);
+        QFETCH(int, key);
+        QFETCH(bool, brought);
+        QDialog window;
+        window.resize(200, 200);
+        auto *sheet = new Sheet(&window);
+        sheet->SetLeast(QSize(100, 1000));
+        sheet->Place(window.rect());
+        QWidget *element = list ? static_cast<QWidget *>(new ListView(sheet->Content()))
+                                : new QLineEdit(sheet->Content());
+        element->setGeometry(0, 0, 90, 90);
+        new FocusInView(window);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        element->setFocus();
+        QScrollBar &bar = *sheet->verticalScrollBar();
+        bar.setValue(bar.maximum());
+        QTest::keyClick(element, Qt::Key(key));
+        QCoreApplication::processEvents();
+        QCOMPARE(bar.value() < bar.maximum(), brought);
     }
 
     void FingerScrollsSideways() {

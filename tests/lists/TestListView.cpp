@@ -470,7 +470,7 @@ private slots:
         QVERIFY(face->child(3)->state().focusable && !cell->state().focusable);
         QAccessibleTableInterface *table = face->tableInterface();
         QVERIFY(table->cellAt(99, 2) && !table->cellAt(100, 2) && !table->cellAt(-1, 2));
-        QVERIFY(!table->cellAt(99, 3) && !table->cellAt(99, -1));
+        QVERIFY(!table->cellAt(0, 3) && !table->cellAt(1, -1));
         const QPoint header = face->child(1)->rect().center();
         QCOMPARE(face->childAt(header.x(), header.y()), face->child(1));
         QCOMPARE(face->child(1)->role(), QAccessible::ColumnHeader);
