@@ -13,6 +13,7 @@
 
 #include "lists/ListView.h"
 #include "ShownList.h"
+#include "support/CellImage.h"
 #include "support/Keys.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"
@@ -559,6 +560,24 @@ private slots:
                          QStringLiteral("OK"));
         act(shown);
         QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
+    void RowsShowTheirTextsAndWhichIsTheCurrentOne() {
+        ShownList shown(true, false);
+        shown.List.Row(3)->SetCell(1, shown.List.Row(1)->CellText(1));
+        shown.List.Row(2)->SetText(QStringLiteral("х"));
+        shown.List.FirstVisible();
+        const auto image = [&](int aRow, int aColumn) {
+            return CellImage(shown.List, aRow, aColumn);
+        };
+        for (const int column : {0, 1}) {
+            QCOMPARE(image(1, column), image(3, column));
+            QVERIFY(image(1, column) != image(2, column));
+        }
+        shown.ClickRow(1);
+        shown.ClickRow(3, Qt::ControlModifier);
+        QCOMPARE(shown.Selected(), QStringLiteral("_2 _4"));
+        QVERIFY(image(1, 1) != image(3, 1));  // the frame of the focus
     }
 
     void ChangedListSettlesByItself() {
