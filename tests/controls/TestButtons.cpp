@@ -7,6 +7,7 @@
 #include "controls/HelpButton.h"
 #include "controls/PictureButton.h"
 #include "controls/Stitch.h"
+#include "controls/TabControl.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"
 
@@ -34,6 +35,20 @@ class TestButtons : public QObject {
     Q_OBJECT
 
 private slots:
+    void TabsHaveAnEdgeOnThreeSides() {
+        TabControl tabs;
+        tabs.resize(300, 200);
+        tabs.SetPagePlace(3, 24);
+        tabs.AddTab(QStringLiteral("a"), QStringLiteral("A"), new QWidget);
+        const QImage image = tabs.grab().toImage();
+        const QRgb ground = image.pixel(2, 100);
+        QVERIFY(image.pixel(0, 100) != ground);
+        for (const QPoint place : {QPoint(299, 100), QPoint(100, 199), QPoint(0, 199)})
+            QCOMPARE(image.pixel(place), image.pixel(0, 100));
+        for (const QPoint place : {QPoint(1, 100), QPoint(298, 100), QPoint(100, 198)})
+            QCOMPARE(image.pixel(place), ground);
+    }
+
     /// A caption has as many lines as there is room for, and stands in the middle of it.
     void CaptionTakesTheLinesThatThereAre() {
         const auto picture = [](QSize aSize) {
