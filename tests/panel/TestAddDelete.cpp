@@ -6,6 +6,7 @@
 
 #include "../picker/Picker.h"
 #include "OpenPanel.h"
+#include "ShownFailures.h"
 #include "support/ModalDriver.h"
 #include "support/TestMain.h"
 
@@ -117,6 +118,25 @@ private slots:
         QVERIFY2(driver.Done(), driver.Complaint());
         QCOMPARE(titles, (QStringList{D("Добавление бланков отчетных документов"),
                                       D("Добавление налогоплательщиков, сдающих отчетность")}));
+    }
+
+    void aButtonWhoseListTheHostHasTakenAwayTellsSo_data() {
+        QTest::addColumn<QString>("list");
+        for (const char *button : {"theTemplatesAdd", "theTemplatesDelete"})
+            QTest::newRow(button) << D("theTemplatesList");
+        for (const char *button : {"theAccStreamAdd", "theAccStreamDelete"})
+            QTest::newRow(button) << D("theAccStreamsList");
+        for (const char *button : {"theTaxpayerAdd", "theTaxpayerDelete"})
+            QTest::newRow(button) << D("theTaxpayersList");
+    }
+    void aButtonWhoseListTheHostHasTakenAwayTellsSo() {
+        QFETCH(QString, list);
+        OpenPanel panel;
+        delete &panel.List(qPrintable(list));
+        const ShownFailures shown;
+        panel.Get<QPushButton>(QTest::currentDataTag()).click();
+        QCOMPARE(ShownFailures::Chains(),
+                 QStringList(QLatin1String(QTest::currentDataTag()) + D("_Click")));
     }
 
     void exactlyTheNewRowsAreSelected() {
