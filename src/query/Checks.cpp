@@ -75,8 +75,7 @@ constexpr Check theChecks[] = {
      },
      uR"(Закладка "Свойства документов": отмечен флажок "Диапазон номеров документов", однако не указаны границы диапазона. )"},
     {[](VkDocQueryData &r) {
-         return IsDocNumMode(r, DocNumRange) &&
-                (r.DocNum1 < 0 || r.DocNum2 < 0 || r.DocNum2 < r.DocNum1);
+         return IsDocNumMode(r, DocNumRange) && (r.DocNum1 < 0 || r.DocNum2 < r.DocNum1);
      },
      uR"(Закладка "Свойства документов": ошибка в указании границ диапазона номеров документов. )"},
     {[](VkDocQueryData &r) { return IsDocNumMode(r, DocLastNums) && r.LastDocNumsCount == 0; },
