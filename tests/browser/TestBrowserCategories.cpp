@@ -199,6 +199,10 @@ private slots:
         QTRY_VERIFY(browser.Cats.verticalScrollBar()->maximum() > 0);
         browser.Cats.moveCursor(QTextCursor::End);
         QVERIFY(browser.Cats.verticalScrollBar()->value() > 0);
+        QScrollPrepareEvent finger(QPointF(9, 9));
+        QCoreApplication::sendEvent(browser.Cats.viewport(), &finger);
+        QCOMPARE(finger.contentPos().y(), double(browser.Cats.verticalScrollBar()->value()) *
+                                              browser.Cats.fontMetrics().lineSpacing());
         browser.ClickForm(2);
         QTRY_COMPARE(browser.Cats.verticalScrollBar()->value(), 0);
     }

@@ -82,6 +82,8 @@ private slots:
                 << 0 << 4 << int(Qt::Key_7) << QStringLiteral("7") << QStringLiteral("7") << 1;
             row("backspace") << 2 << 0 << int(Qt::Key_Backspace) << back << QStringLiteral("авг")
                              << 1;
+            row("backspace behind the first")
+                << 1 << 0 << int(Qt::Key_Backspace) << back << QStringLiteral("бвг") << 0;
             row("backspace at the start")
                 << 0 << 0 << int(Qt::Key_Backspace) << back << QStringLiteral("абвг") << 0;
             row("backspace over a selection")
