@@ -22,7 +22,8 @@ ComboBox::ComboBox(Kind aKind, QWidget *aParent) : QComboBox(aParent) {
 /// seldom. One that gets its line makes the list when it drops down, and no completer for a line
 /// that has one.
 void ComboBox::TakeTexts() {
-    static auto *none = new QCompleter;  // never released: nothing may go after the application object has
+    static auto *none =
+        new QCompleter;  // never released: nothing may go after the application object has
     auto *line = new TextBox(this);
     line->setCompleter(none);
     setLineEdit(line);
