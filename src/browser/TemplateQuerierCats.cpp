@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "browser/RowNumber.h"
 #include "browser/TemplateQuerierForm.h"
 #include "browser/TextPane.h"
 #include "foundation/mErrorHandling.h"
@@ -61,19 +62,15 @@ const QString theIndent = QStringLiteral("    ");
 /// Sets of stream bits by category and branch type.
 using Matrix = std::array<std::array<qint32, Entrepreneurs + 1>, theHighestID + 1>;
 
-qint32 Whole(const Recordset &aRows, const QString &aField) {
-    return VarToLongDef(aRows.Value(aField), 0);
-}
-
 bool IsKnownID(qint32 aID) {
     return aID >= 1 && aID <= theHighestID;
 }
 
 void AddToMatrix(const Recordset &aRow, Matrix &rMatrix) {
-    const qint32 category = Whole(aRow, QStringLiteral("TPCategory_ID"));
-    const qint32 stream = Whole(aRow, QStringLiteral("AccStreamType"));
-    const bool head = Whole(aRow, QStringLiteral("AllowedForMainOrg")) != 0;
-    const bool branch = Whole(aRow, QStringLiteral("AllowedForBranch")) != 0;
+    const qint32 category = RowNumber(aRow, QStringLiteral("TPCategory_ID"));
+    const qint32 stream = RowNumber(aRow, QStringLiteral("AccStreamType"));
+    const bool head = RowNumber(aRow, QStringLiteral("AllowedForMainOrg")) != 0;
+    const bool branch = RowNumber(aRow, QStringLiteral("AllowedForBranch")) != 0;
     if (!IsKnownID(category) || !IsKnownID(stream)) return;
     BranchTypes type = Entrepreneurs;
     if (category != theEntrepreneurs) {  // entrepreneurs count whatever their permissions say

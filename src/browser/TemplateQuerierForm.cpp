@@ -155,13 +155,6 @@ QString TypedCodes(const QKeyEvent &aEvent) {
     return aEvent.text();
 }
 
-std::shared_ptr<VkTemplType> AsTemplType(const std::shared_ptr<Record> &aRecord) {
-    Present(aRecord, "VkTemplType");
-    auto templType = std::dynamic_pointer_cast<VkTemplType>(aRecord);
-    if (!templType) RaiseTypeMismatch(QStringLiteral("VkTemplType"));
-    return templType;
-}
-
 /// The names of a recordset of GetTemplTypeNames; one that differs in case only is dropped.
 KeyedCollection<QString> ReadFullNames(const std::shared_ptr<Recordset> &aNames) {
     KeyedCollection<QString> names;
@@ -313,7 +306,7 @@ void TemplateQuerierForm::LoadAllObjects() try {
     std::vector<std::shared_ptr<IntTemplateClass>> forms;
     for (const std::shared_ptr<Record> &record : Present(records, "GetTemplates")) {
         auto form = std::make_shared<IntTemplateClass>();
-        form->Class = AsTemplType(record);
+        form->Class = PresentAs<VkTemplType>(record, "VkTemplType");
         if (form->Class->IsExcludedFromSearch()) continue;
         ids.push_back(form->Class->ID());
         forms.push_back(std::move(form));

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "browser/RowNumber.h"
 #include "browser/TemplateQuerierForm.h"
 #include "foundation/Clock.h"
 #include "foundation/mErrorHandling.h"
@@ -75,10 +76,6 @@ bool HasMarkedPeriod(const TimeTable &aTable) {
     return false;
 }
 
-qint32 Whole(const Recordset &aRows, const QString &aField) {
-    return VarToLongDef(aRows.Value(aField), 0);
-}
-
 }  // namespace
 
 void TemplateQuerierForm::MakeTimeColumns() {
@@ -96,8 +93,8 @@ void TemplateQuerierForm::BuildTimeTable(Recordset &aTimes, TimeTable &rTable) t
     for (int row = 0; row <= TimeTable::theLastRow; ++row) rTable.At(row, 0) = thisYear - row;
     IgnoringFailures([&] { aTimes.MoveFirst(); });  // fails where there are no rows
     for (; !aTimes.EndOfData(); aTimes.MoveNext()) {
-        const qint32 year = Whole(aTimes, QStringLiteral("the_year"));
-        const qint32 month = Whole(aTimes, QStringLiteral("month_id"));
+        const qint32 year = RowNumber(aTimes, QStringLiteral("the_year"));
+        const qint32 month = RowNumber(aTimes, QStringLiteral("month_id"));
         if (month == theOtherDocuments)
             rTable.At(-1, 0) = 1;
         else if (year >= firstYear && year <= thisYear && month >= 1 &&

@@ -5,7 +5,6 @@
 #include <Vk_DocQuery/KeyedCollection.h>
 #include <Vk_DocQuery/Records.h>
 
-#include "foundation/mErrorHandling.h"
 #include "foundation/Present.h"
 #include "lists/ListView.h"
 
@@ -14,10 +13,7 @@ namespace Vk_DocQuery {
 /// The record that a row shows, as the class that it must be.
 template <class Kind>
 std::shared_ptr<Kind> TagAs(const ListRow &aRow, const char *aWhat) {
-    Present(aRow.Tag(), aWhat);
-    auto record = std::dynamic_pointer_cast<Kind>(aRow.Tag());
-    if (!record) RaiseTypeMismatch(QString::fromLatin1(aWhat));
-    return record;
+    return PresentAs<Kind>(aRow.Tag(), aWhat);
 }
 
 /// The records of all rows, in their order; null for a row without one.
