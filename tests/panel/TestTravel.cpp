@@ -9,6 +9,7 @@
 #include "controls/DateBox.h"
 #include "controls/NumberBox.h"
 #include "panel/OpenPanel.h"
+#include "query/Fields.h"
 #include "support/RaisedBy.h"
 #include "support/TestMain.h"
 
@@ -289,6 +290,97 @@ Data ChangedEverywhere() {
     record.TaxpayersList = Records({MakePerson(1)});
     record.LastTab = QStringLiteral("doc");
     return record;
+}
+
+struct TakenField {
+    const char *Name;
+    const char *Element;
+};
+
+/// The fields in the order in which they are taken from their elements. Two groups stand elsewhere
+/// than on the way into the elements.
+constexpr TakenField theTakenFields[] = {
+    {"IsDocStatus", "theIsDocStatus"},
+    {"DocStatuses", "theDocStatuses(0)"},
+    {"IsNotes", "theIsNotes"},
+    {"Notes", "theNotes"},
+    {"NotesMode", "theNotesEmpty"},
+    {"IsSignDate", "theIsSignDate"},
+    {"SignDate1", "theSignDate1"},
+    {"SignDate2", "theSignDate2"},
+    {"IsSignerFio", "theIsSignerFio"},
+    {"SignerSurname", "theSignerSurname"},
+    {"IsDocNum", "theIsDocNum"},
+    {"DocNumMode", "theDocNumRange"},
+    {"DocNum1", "theDocNum1"},
+    {"DocNum2", "theDocNum2"},
+    {"LastDocNumsCount", "theDocLastNumCount"},
+    {"IsOrvex", "theIsOrvex"},
+    {"IsOrvexStages", "theIsOrvexStages"},
+    {"OrvexStages", "theOrvexStages(5)"},
+    {"IsOrvexTerms", "theIsOrvexTerms"},
+    {"OrvexTerms", "theOrvexTerms(2)"},
+    {"IsFss", "theIsFss"},
+    {"IsFssStages", "theIsFssStages"},
+    {"FssStages", "theFssStages(5)"},
+    {"IsFssTerms", "theIsFssTerms"},
+    {"FssTerms", "theFssTerms(2)"},
+    {"WholePfrCluster", "theWholePfrCluster"},
+    {"IsTemplate", "theIsTemplate"},
+    {"TemplatesMode", "theOptTemplateClass"},
+    {"Templates", "theTemplatesList"},
+    {"IsPeriods", "theIsPeriods"},
+    {"PeriodCriterion", "theOnePeriod"},
+    {"OnePeriodYear", "theOnePerYear"},
+    {"OnePeriodMonthID", "thePeriodTime"},
+    {"RangePeriodYear1", "thePerYear1"},
+    {"RangePeriodMonth1", "thePerMonth1"},
+    {"RangePeriodYear2", "thePerYear2"},
+    {"RangePeriodMonth2", "thePerMonth2"},
+    {"IsPeriodTypes", "theIsPeriodTypes"},
+    {"PeriodTypes", "thePeriodTypes(6)"},
+    {"IsAccStreamType", "theIsAccStreamType"},
+    {"AccStreamTypes", "theAccStreamTypes(5)"},
+    {"IsAccStreamOpeness", "theIsAccStreamOpeness"},
+    {"AccStreamOpen", "theAccStreamOpen"},
+    {"IsContoraPrefix1", "theIsContoraPrefix1"},
+    {"ContoraPrefix1", "theContoraPrefix1"},
+    {"IsContoraPrefix2", "theIsContoraPrefix2"},
+    {"ContoraPrefix2", "theContoraPrefix2"},
+    {"ContoraJoining", "theContoraJoinAnd"},
+    {"IsAccStreamsList", "theIsAccStreamsList"},
+    {"AccStreamsList", "theAccStreamsList"},
+    {"IsTaxpayers", "theIsTaxpayers"},
+    {"TaxpayersType", "theOptTaxpayers"},
+    {"TaxpayersList", "theTaxpayersList"},
+    {"IncludeMainOrgDocs", "theIncludeMainOrgDocs"},
+};
+
+/// What a field holds, as far as it is needed to see whether it changed.
+QString Held(const Field &aField, Data &aRecord) {
+    switch (aField.Kind) {
+        case FieldKind::Text:
+            return aField.Text(aRecord);
+        case FieldKind::Boolean:
+            return QString::number(int(aField.Boolean(aRecord)));
+        case FieldKind::Date:
+            return ToText(aField.Date(aRecord));
+        case FieldKind::Collection:
+            return aField.Collection(aRecord) ? Ids(*aField.Collection(aRecord)) : QString();
+        case FieldKind::Long:
+        case FieldKind::Enumeration:
+        case FieldKind::Flags:
+            return QString::number(aField.Long(aRecord));
+    }
+    return QString();
+}
+
+QSet<QString> ChangedFields(Data aRecord) {
+    QSet<QString> changed;
+    Data bare;
+    for (const Field &field : theFields)
+        if (Held(field, aRecord) != Held(field, bare)) changed << QString::fromLatin1(field.Name);
+    return changed;
 }
 
 /// "theDocStatuses(0)" to the one before the count.
@@ -697,6 +789,35 @@ private slots:
         const Changes changes(panel);
         panel.DistributeValues(record);
         QCOMPARE(changes.Names, expected.split(u' ', Qt::SkipEmptyParts));
+    }
+
+    void ElementsAreTakenInTheirOrder_data() {
+        QTest::addColumn<int>("number");
+        for (int i = 0; i < int(std::size(theTakenFields)); ++i)
+            QTest::newRow(theTakenFields[i].Name) << i;
+    }
+    /// Where an element is gone, the fields before it are taken and those behind it are not.
+    void ElementsAreTakenInTheirOrder() {
+        QFETCH(int, number);
+        OpenPanel panel;
+        Data record = ChangedEverywhere();
+        panel.DistributeValues(record);
+        delete &panel.Get(theTakenFields[number].Element);
+        Data back;
+        RaisedBy([&] { panel.AssembleValuesTo(back); });
+        QSet<QString> before;
+        for (int i = 0; i < number; ++i) before << QString::fromLatin1(theTakenFields[i].Name);
+        QCOMPARE(ChangedFields(back), before);
+    }
+    void AllFieldsAreTaken() {
+        OpenPanel panel;
+        Data record = ChangedEverywhere();
+        panel.DistributeValues(record);
+        Data back;
+        panel.AssembleValuesTo(back);
+        QSet<QString> all = {QStringLiteral("LastTab")};
+        for (const TakenField &field : theTakenFields) all << QString::fromLatin1(field.Name);
+        QCOMPARE(ChangedFields(back), all);
     }
 
     void DistributionRefreshesOnce() {
