@@ -34,8 +34,7 @@ void PutBack(const Field &aField, qint32 aValue, VkDocQueryData &aRecord) {
             aField.Date(aRecord) = Empty();
             break;
         case FieldKind::Collection:
-            aField.Collection(aRecord).reset();
-            break;
+            break;  // is no attribute
         case FieldKind::Long:
         case FieldKind::Enumeration:
         case FieldKind::Flags:
