@@ -9,7 +9,8 @@ It needs a build (--build, build/dev), which it brings up to date, and changes n
 mutant is compiled in a folder of its own and linked from there, with copies of the other objects, into a test
 program of its own: test_<folder>. Go on with the tests meanwhile; the headers must stay as they are. Beside
 test_<folder> it is tried by a class Test<file> of another program, windows by test_look, which looks at all of
-them, and by programs named with --also, such as --also dialog. Classes whose name fits the file run first, then
+them, and by programs named with --also, such as --also dialog. Tests that are no classes, as those of bare_host,
+are not among them. Classes whose name fits the file run first, then
 those that have noticed most of its mutants in the least time; the first function that fails ends it.
 
 Calls that only reserve room or give it back are left alone. Not counted are mutants that do not compile, warnings
