@@ -218,6 +218,9 @@ class Build:
             words += ["-g0"]
         return self.run([*words, *extra], 600, self.folder) == 0
 
+    def is_linked(self, program, path):
+        return str(self.copied(self.object_of(path))) in self.links[program]
+
     def link(self, program, path, mutated, result):
         words = list(self.links[program])
         words[words.index("-o") + 1] = str(result)
@@ -281,6 +284,8 @@ class Trial:
             return None
         linked = set()
         for test in self.classes(mutant.path):
+            if not self.build.is_linked(test.program, path):  # but the shared library is
+                continue
             program = pathlib.Path(folder, test.program)
             if program not in linked and not self.build.link(test.program, path, mutated, program):
                 return None
