@@ -226,6 +226,19 @@ private slots:
         }
     }
 
+    void TabGoesAlongTheButtons() {
+        DocQueryOptionsFrm dialog;
+        ModalDriver driver;
+        RunWith(dialog, driver, [&](const User &user) {
+            user.Element("theLoad")->setFocus();
+            for (const char *next : {"theSave", "theSaveAs", "theHelp", "theOK", "theCancel"}) {
+                QTest::keyClick(user.theWindow.focusWidget(), Qt::Key_Tab);
+                QCOMPARE(user.theWindow.focusWidget()->objectName(), QLatin1String(next));
+            }
+        });
+        QVERIFY2(driver.Done(), driver.Complaint());
+    }
+
     void EnterPressesTheButtonThatHasTheFocus() {
         DocQueryOptionsFrm dialog;
         ModalDriver driver;
