@@ -180,10 +180,7 @@ private:
         for (QWidget *part : aWindow.findChildren<QWidget *>()) Follow(*part);
     }
 
-    void Follow(QWidget &aWidget) {
-        aWidget.removeEventFilter(this);
-        aWidget.installEventFilter(this);
-    }
+    void Follow(QWidget &aWidget) { aWidget.installEventFilter(this); }
 
     /// A child that was watched when it was polished itself is an old one, with all that it has.
     bool IsNew(const QWidget &aChild) {
