@@ -11,7 +11,9 @@ install(TARGETS ${vk_libraries} EXPORT Vk_DocQueryTargets
 set_target_properties(vk_make_office PROPERTIES
   INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 install(TARGETS vk_make_office RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
-install(FILES "${PROJECT_SOURCE_DIR}/docs/office-database.md" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+install(FILES "${PROJECT_SOURCE_DIR}/docs/criteria.md" "${PROJECT_SOURCE_DIR}/docs/file-format.md"
+    "${PROJECT_SOURCE_DIR}/docs/office-database.md"
+  DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 install(EXPORT Vk_DocQueryTargets
   NAMESPACE Vk_DocQuery::
   DESTINATION "${vk_cmake_dir}"
