@@ -50,9 +50,13 @@ private slots:
                                        .section(QStringLiteral("\n| List |"), 0, 0));
         QFile file(QStringLiteral(VK_TEST_DATA "/saved/full.qvk"));
         QVERIFY(file.open(QIODevice::ReadOnly));
-        // Nobody supplies records here; a byte is a character for the rest.
+        // Nobody supplies records here, and characters are TestGoldenFiles' affair.
         static const QRegularExpression entry(QStringLiteral(" *<i id=[^>]*>\r\n"));
         theFull = QString::fromLatin1(file.readAll()).remove(entry);
+        for (const char *text : {"Notes", "SignerSurname"}) {
+            const QString name = QString::fromLatin1(text);
+            theFull.replace(AttributeNamed(name), name + QStringLiteral("=\"sought\""));
+        }
     }
 
     void ShowsTheFileOfANewRecord() {
@@ -171,8 +175,6 @@ private slots:
         for (const QString &form : QStringList{name, name.toUpper()}) {
             QString file = theFull;
             file.replace(QStringLiteral("windows-1251"), form);
-            static const QRegularExpression beyondAscii(QStringLiteral("[^\\x{00}-\\x{7F}]"));
-            file.remove(beyondAscii);
             QCOMPARE(ValueIn(SavedAgain(file), QStringLiteral("DocStatuses")),
                      QStringLiteral("13"));
         }
@@ -234,7 +236,7 @@ private:
         VkDocQueryData record;
         if (!record.ReadFromXmlFile(file.fileName()))
             return QStringLiteral("not read: ") + record.LastError;
-        return Saved(record);
+        return record.WriteToXmlString(true, 0);  // a save waits for the disk
     }
 
     QString thePage;
