@@ -11,9 +11,9 @@ install(TARGETS ${vk_libraries} EXPORT Vk_DocQueryTargets
 set_target_properties(vk_make_office PROPERTIES
   INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 install(TARGETS vk_make_office RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
-install(FILES "${PROJECT_SOURCE_DIR}/docs/criteria.md" "${PROJECT_SOURCE_DIR}/docs/file-format.md"
-    "${PROJECT_SOURCE_DIR}/docs/office-database.md"
-  DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+foreach(page IN ITEMS criteria file-format guide-hosts guide-suppliers office-database)
+  install(FILES "${PROJECT_SOURCE_DIR}/docs/${page}.md" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+endforeach()
 install(EXPORT Vk_DocQueryTargets
   NAMESPACE Vk_DocQuery::
   DESTINATION "${vk_cmake_dir}"
