@@ -20,19 +20,27 @@ enum DocQueryTaxpayersType : qint32 {
 
 /// Flags. The sixth is 256, not 32.
 enum DocQueryAccStreamTypes : qint32 {
-    AccStreamFns = 1,
-    AccStreamPfr = 2,
-    AccStreamRosstat = 4,
-    AccStreamFss = 8,
-    AccStreamAlcohol = 16,
-    AccStreamOfr = 256,
+    AccStreamFns = 1,      ///< "Отчетность в ИФНС"
+    AccStreamPfr = 2,      ///< "РСВ, НДФЛ и отчетность в ПФР"
+    AccStreamRosstat = 4,  ///< "Отчетность в Росстат"
+    AccStreamFss = 8,      ///< "Отчетность в ФСС"
+    AccStreamAlcohol = 16,  ///< "Отчетность в Росалкогольрегулирование"
+    AccStreamOfr = 256,  ///< "Отчетность ОФР"
 };
 
-enum DocQueryAccStreamOpen : qint32 { StreamOpen = 1, StreamClosed = 2 };
+/// Which streams VkDocQueryData::IsAccStreamOpeness asks for.
+enum DocQueryAccStreamOpen : qint32 {
+    StreamOpen = 1,    ///< "Открыт"
+    StreamClosed = 2,  ///< "Закрыт"
+};
 
 /// How the conditions on the two office codes join.
-enum DocQueryContoraJoining : qint32 { JoinAnd = 0, JoinOr = 1 };
+enum DocQueryContoraJoining : qint32 {
+    JoinAnd = 0,  ///< "... И ..."
+    JoinOr = 1,   ///< "... ИЛИ ..."
+};
 
+/// How the reporting period is given.
 enum DocQueryPeriodCriterion : qint32 {
     OnePeriod = 1,     ///< OnePeriodYear and OnePeriodMonthID count
     RangePeriods = 2,  ///< RangePeriodYear1 to RangePeriodMonth2 count
@@ -41,13 +49,13 @@ enum DocQueryPeriodCriterion : qint32 {
 
 /// Flags.
 enum DocQueryPeriodTypes : qint32 {
-    PeriodMonths = 1,
-    PeriodQuarters1To3 = 2,
-    PeriodQuarter4 = 4,
-    PeriodHalfYearAndYear = 8,
-    PeriodOther = 16,
-    PeriodLetters = 32,
-    PeriodDocuments = 64,
+    PeriodMonths = 1,           ///< "месяцы"
+    PeriodQuarters1To3 = 2,     ///< "кварталы 1-3"
+    PeriodQuarter4 = 4,         ///< "4-й квартал"
+    PeriodHalfYearAndYear = 8,  ///< "полугодие, год"
+    PeriodOther = 16,           ///< ""иное""
+    PeriodLetters = 32,         ///< "запросы и переписка"
+    PeriodDocuments = 64,       ///< "документы"
 };
 
 /// What VkDocQueryData::Templates holds.
@@ -58,14 +66,20 @@ enum DocQueryTemplatesMode : qint32 {
 
 /// Flags.
 enum DocQueryDocStatuses : qint32 {
-    DocInWork = 1,
-    DocReady = 2,
-    DocDelivered = 4,
-    DocCorrected = 8,
+    DocInWork = 1,     ///< "В работе"
+    DocReady = 2,      ///< "Готов к сдаче"
+    DocDelivered = 4,  ///< "Сдан"
+    DocCorrected = 8,  ///< "Уточнён"
 };
 
-enum DocQueryNotesMode : qint32 { NotesEmpty = 0, NotesNotEmpty = 1, NotesLike = 2 };
+/// What the note of a document has to be.
+enum DocQueryNotesMode : qint32 {
+    NotesEmpty = 0,     ///< "Пусто"
+    NotesNotEmpty = 1,  ///< "Не пусто"
+    NotesLike = 2,      ///< "Содержит"
+};
 
+/// How the numbers of documents are given.
 enum DocQueryDocNumMode : qint32 {
     DocNumRange = 0,  ///< DocNum1 and DocNum2 count
     DocLastNums = 1,  ///< LastDocNumsCount counts
@@ -73,29 +87,37 @@ enum DocQueryDocNumMode : qint32 {
 
 /// Flags.
 enum DocQueryOrvexStages : qint32 {
-    OrvexNotSent = 1,
-    OrvexChecked = 2,
-    OrvexSent = 4,
-    OrvexDeliveryReport = 8,
-    OrvexCheckResult = 16,
-    OrvexNotice = 32,
+    OrvexNotSent = 1,         ///< "Не передавался в Орвекс"
+    OrvexChecked = 2,         ///< "Проверен в Орвекс"
+    OrvexSent = 4,            ///< "Отправлен"
+    OrvexDeliveryReport = 8,  ///< "Есть отчет доставки"
+    OrvexCheckResult = 16,    ///< "Есть результаты проверки"
+    OrvexNotice = 32,         ///< "Есть уведомление ИФНС"
 };
 
 /// Flags.
-enum DocQueryOrvexTerms : qint32 { OrvexInProgress = 1, OrvexSucceeded = 2, OrvexFailed = 4 };
+enum DocQueryOrvexTerms : qint32 {
+    OrvexInProgress = 1,  ///< "В процессе (не завершен)"
+    OrvexSucceeded = 2,   ///< "Завершен успешно"
+    OrvexFailed = 4,      ///< "Завершен с ошибкой"
+};
 
 /// Flags.
 enum DocQueryFssStages : qint32 {
-    FssNotSent = 1,
-    FssReceived = 2,
-    FssDecrypted = 4,
-    FssFormatChecked = 8,
-    FssLogicChecked = 16,
-    FssAccepted = 32,
+    FssNotSent = 1,  ///< "Не отправлялся в ФСС либо не получен ФСС"
+    FssReceived = 2,       ///< "Документ получен ФСС"
+    FssDecrypted = 4,      ///< "Расшифрован, ЭЦП проверена"
+    FssFormatChecked = 8,  ///< "Пройден форматный контроль"
+    FssLogicChecked = 16,  ///< "Пройден логический контроль"
+    FssAccepted = 32,      ///< "Принят, есть квитанция"
 };
 
 /// Flags.
-enum DocQueryFssTerms : qint32 { FssInProgress = 1, FssSucceeded = 2, FssFailed = 4 };
+enum DocQueryFssTerms : qint32 {
+    FssInProgress = 1,  ///< "В процессе (не завершен)"
+    FssSucceeded = 2,   ///< "Завершен успешно"
+    FssFailed = 4,      ///< "Завершен с ошибкой"
+};
 
 /// Flags are combined without a cast: |, |=, & and ~ give flags again.
 #define VK_DOCQUERY_FLAGS(Flags)                                       \
@@ -136,31 +158,46 @@ class VkDocQueryData {
 public:
     /// As the fields say, with the year of today in the three fields of years.
     VK_DOCQUERY_EXPORT VkDocQueryData();
+    /// The copy shares the collections.
     VK_DOCQUERY_EXPORT VkDocQueryData(const VkDocQueryData &);
+    /// Shares the collections.
     VK_DOCQUERY_EXPORT VkDocQueryData &operator=(const VkDocQueryData &);
     VK_DOCQUERY_EXPORT ~VkDocQueryData();
 
     /// Full path of the file that the record was last read from, or saved to under a new name.
     QString FileName;
 
+    /// Switch: the taxpayers of the list.
     bool IsTaxpayers = false;
+    /// What TaxpayersList holds.
     DocQueryTaxpayersType TaxpayersType = Taxpayers;
     std::shared_ptr<RecordCollection> TaxpayersList;  ///< of VkPerson
     bool IncludeMainOrgDocs = false;  ///< also the documents of the head organisation itself
 
+    /// Switch: streams of some types.
     bool IsAccStreamType = false;
+    /// Which types; any of them.
     DocQueryAccStreamTypes AccStreamTypes{};
+    /// Switch: open streams only, or closed ones.
     bool IsAccStreamOpeness = false;
+    /// Which of the two.
     DocQueryAccStreamOpen AccStreamOpen = StreamOpen;
+    /// Switch: the first office code of the stream.
     bool IsContoraPrefix1 = false;
     QString ContoraPrefix1;  ///< what the first office code begins with
+    /// Switch: the second office code of the stream.
     bool IsContoraPrefix2 = false;
+    /// What the second office code begins with; several are parted by blanks or commas.
     QString ContoraPrefix2;
+    /// Counts if both codes are asked for.
     DocQueryContoraJoining ContoraJoining = JoinAnd;
+    /// Switch: the streams of the list.
     bool IsAccStreamsList = false;
     std::shared_ptr<RecordCollection> AccStreamsList;  ///< of VkAccStream
 
+    /// Switch: the reporting period.
     bool IsPeriods = false;
+    /// Which of the fields below count.
     DocQueryPeriodCriterion PeriodCriterion = OnePeriod;
     qint32 OnePeriodYear;           ///< this year on creation
     qint32 OnePeriodMonthID = 16;   ///< period code; 16 is the fourth quarter
@@ -168,43 +205,70 @@ public:
     qint32 RangePeriodMonth1 = 1;   ///< 1 to 12
     qint32 RangePeriodYear2;        ///< this year on creation
     qint32 RangePeriodMonth2 = 12;  ///< 1 to 12
+    /// Switch: of a range only periods of some types; counts for a range alone.
     bool IsPeriodTypes = false;
+    /// Which types; any of them.
     DocQueryPeriodTypes PeriodTypes{};
 
+    /// Switch: the report forms of the list.
     bool IsTemplate = false;
+    /// What Templates holds.
     DocQueryTemplatesMode TemplatesMode = TemplateClass;
     std::shared_ptr<RecordCollection>
         Templates;  ///< of VkTemplType or VkTemplate, by TemplatesMode
 
+    /// Switch: documents in some states.
     bool IsDocStatus = false;
+    /// Which states; any of them.
     DocQueryDocStatuses DocStatuses{};
+    /// Switch: the document's date.
     bool IsSignDate = false;
     LooseValue SignDate1;  ///< a date, empty or null: the start of the window may be open
+    /// A date, empty or null: the end of the window may be open.
     LooseValue SignDate2;
+    /// Switch: who signed.
     bool IsSignerFio = false;
+    /// The signer's surname.
     QString SignerSurname;
+    /// Switch: the document's note.
     bool IsNotes = false;
+    /// What the note has to be.
     DocQueryNotesMode NotesMode = NotesEmpty;
     QString Notes;  ///< what to look for when NotesMode is NotesLike
+    /// Switch: the document's number.
     bool IsDocNum = false;
+    /// Which of the fields below count.
     DocQueryDocNumMode DocNumMode = DocLastNums;
+    /// First number of the range.
     qint32 DocNum1 = 0;
+    /// Last number of the range.
     qint32 DocNum2 = 0;
     qint32 LastDocNumsCount = 10;  ///< how many of the documents created last
     /// When a found document belongs to a pack of individual records about persons, add the whole
     /// pack.
     bool WholePfrCluster = false;
 
+    /// Switch: delivery by Orvex. The dialog keeps it and does not show it; so with all of Orvex
+    /// and Fss.
     bool IsOrvex = false;
+    /// Switch: some stages of the delivery.
     bool IsOrvexStages = false;
+    /// Which stages; any of them.
     DocQueryOrvexStages OrvexStages{};
+    /// Switch: some outcomes of the delivery.
     bool IsOrvexTerms = false;
+    /// Which outcomes; any of them.
     DocQueryOrvexTerms OrvexTerms{};
 
+    /// Switch: delivery to the social insurance fund.
     bool IsFss = false;
+    /// Switch: some stages of the delivery.
     bool IsFssStages = false;
+    /// Which stages; any of them.
     DocQueryFssStages FssStages{};
+    /// Switch: some outcomes of the delivery.
     bool IsFssTerms = false;
+    /// Which outcomes; any of them.
     DocQueryFssTerms FssTerms{};
 
     QString LastTab;    ///< key of the tab that was open
