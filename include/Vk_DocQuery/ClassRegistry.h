@@ -39,6 +39,8 @@ enum class Takeover {
 /// a mistake of its own.
 class VK_DOCQUERY_EXPORT ClassRegistry {
 public:
+    /// Makes one object; called on the thread that asks for it. What it raises goes up to whoever
+    /// asked.
     using Factory = std::function<std::shared_ptr<Object>()>;
 
     /// Enters a class, or puts another factory in place of the one entered before or of the

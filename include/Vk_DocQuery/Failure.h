@@ -34,11 +34,16 @@ enum FailureNumber : qint32 {
 /// source is used up by the first of them.
 class VK_DOCQUERY_EXPORT Failure : public std::exception {
 public:
+    /// aNumber is one of FailureNumber or a number of the supplier; aSource names where it arose,
+    /// aDescription is the text for the user, in Russian; aLine is a line of source, or 0.
     Failure(qint32 aNumber, QString aSource, QString aDescription, qint32 aLine = 0);
+    /// As what is thrown has to be.
     Failure(const Failure &);
+    /// As what is thrown has to be.
     Failure &operator=(const Failure &);
     ~Failure() override;
 
+    /// One of FailureNumber, or a number of the supplier.
     qint32 Number() const noexcept { return theNumber; }
     /// Where the failure arose; empty once a procedure has added its entry.
     const QString &Source() const noexcept { return theSource; }

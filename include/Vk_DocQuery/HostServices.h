@@ -22,12 +22,14 @@ public:
 class VK_DOCQUERY_EXPORT SplashWindow : public Object {
 public:
     ~SplashWindow() override;
+    /// The window is to go before this returns. Called on the thread of the windows.
     virtual void CloseSplashImmediately() = 0;
 };
 
 /// Says that nobody sits before the screen: failures then go to the host's error window alone, and
 /// without one to the error stream of the process. Off on start.
 VK_DOCQUERY_EXPORT void SetRunningUnattended(bool aUnattended);
+/// What SetRunningUnattended said last; false on start.
 VK_DOCQUERY_EXPORT bool IsRunningUnattended();
 
 /// For a host whose windows are none of Qt's: the native handle of the window on which the dialog,

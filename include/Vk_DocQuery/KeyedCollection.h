@@ -14,11 +14,17 @@ namespace Vk_DocQuery {
 /// items so that the class template stays small.
 class VK_DOCQUERY_EXPORT KeyIndex {
 public:
+    /// Empty.
     KeyIndex();
+    /// Copies and moves as values do; what was moved from is empty.
     KeyIndex(const KeyIndex &);
+    /// See the copy.
     KeyIndex(KeyIndex &&) noexcept;
+    /// See the copy.
     KeyIndex &operator=(const KeyIndex &);
+    /// See the copy.
     KeyIndex &operator=(KeyIndex &&) noexcept;
+    /// Empty.
     ~KeyIndex();
 
     /// Position of the key, or -1.
@@ -28,10 +34,13 @@ public:
     void Append(const QString &aKey);
     /// The same without the failure; says whether it added.
     bool AppendIfAbsent(const QString &aKey);
+    /// Takes out the item at the position; those behind it move up. The position must be there.
     void RemoveAt(qsizetype aPosition);
     /// Takes the key away and leaves its position to an item without a key.
     void Forget(qsizetype aPosition);
+    /// Takes out everything.
     void Clear();
+    /// Makes room for as many items in all.
     void Reserve(qsizetype aCount);
     /// An empty text for an item without a key.
     const QString &KeyAt(qsizetype aPosition) const;
@@ -54,14 +63,18 @@ private:
     mutable bool theSlotsValid = true;
 };
 
+/// Raises InvalidArgument with a text that names the key.
 [[noreturn]] VK_DOCQUERY_EXPORT void RaiseKeyMissing(const QString &aKey);
+/// Raises SubscriptOutOfRange with a text that names the index.
 [[noreturn]] VK_DOCQUERY_EXPORT void RaiseSubscript(qsizetype aIndex);
 
 /// An ordered collection with optional unique text keys. Order is the order of adding.
 template <class Item>
 class KeyedCollection {
 public:
+    /// How many items there are.
     qsizetype Count() const noexcept { return static_cast<qsizetype>(theItems.size()); }
+    /// Whether there are none.
     bool IsEmpty() const noexcept { return theItems.empty(); }
 
     /// Adds behind the last item. An empty key adds without a key. Raises KeyAlreadyPresent.
@@ -92,6 +105,7 @@ public:
         const qsizetype position = theIndex.Find(aKey);
         return position < 0 ? nullptr : &theItems[static_cast<std::size_t>(position)];
     }
+    /// Whether an item has the key.
     bool Contains(const QString &aKey) const { return theIndex.Find(aKey) >= 0; }
     /// The key of the item, empty if it has none. Raises SubscriptOutOfRange.
     const QString &KeyAt(qsizetype aIndex) const {
@@ -111,16 +125,20 @@ public:
         theIndex.RemoveAt(aIndex);
         theItems.erase(theItems.begin() + aIndex);
     }
+    /// Takes out everything.
     void Clear() {
         theIndex.Clear();
         theItems.clear();
     }
+    /// Makes room for as many items in all.
     void Reserve(qsizetype aCount) {
         theIndex.Reserve(aCount);
         theItems.reserve(static_cast<std::size_t>(aCount));
     }
 
+    /// The first item, for loops. Good until the collection changes.
     auto begin() const noexcept { return theItems.cbegin(); }
+    /// Behind the last item.
     auto end() const noexcept { return theItems.cend(); }
 
 private:
@@ -129,6 +147,7 @@ private:
 };
 
 class Record;
+/// What suppliers hand out and the lists of a search hold; shares its records.
 using RecordCollection = KeyedCollection<std::shared_ptr<Record>>;
 
 }  // namespace Vk_DocQuery

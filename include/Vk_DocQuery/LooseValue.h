@@ -11,12 +11,14 @@ namespace Vk_DocQuery {
 
 /// The value that was never set. It converts to 0, to false and to an empty text.
 struct Empty {
+    /// All are equal.
     friend constexpr bool operator==(Empty, Empty) noexcept { return true; }
 };
 
 /// The value that is known to be missing, as a database column without a value. It converts to
 /// nothing.
 struct Null {
+    /// All are equal.
     friend constexpr bool operator==(Null, Null) noexcept { return true; }
 };
 
@@ -29,9 +31,11 @@ inline bool IsEmpty(const LooseValue &aValue) noexcept {
     const QDate *date = std::get_if<QDate>(&aValue);
     return date ? !date->isValid() : std::holds_alternative<Empty>(aValue);
 }
+/// Whether the value is known to be missing.
 inline bool IsNull(const LooseValue &aValue) noexcept {
     return std::holds_alternative<Null>(aValue);
 }
+/// Whether the value is a date that there is.
 inline bool IsDate(const LooseValue &aValue) noexcept {
     const QDate *date = std::get_if<QDate>(&aValue);
     return date && date->isValid();

@@ -15,7 +15,9 @@ public:
     ~Recordset() override;
     /// Goes to the first row. May fail on an empty recordset.
     virtual void MoveFirst() = 0;
+    /// Goes to the next row, or behind the last one.
     virtual void MoveNext() = 0;
+    /// Whether it stands behind the last row.
     virtual bool EndOfData() const = 0;
     /// The field of the present row. Raises a failure for a name that is not there.
     virtual LooseValue Value(const QString &aField) const = 0;

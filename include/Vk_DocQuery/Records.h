@@ -27,17 +27,29 @@ public:
     /// is none.
     virtual void SetID(double aID) = 0;
 
+    /// The name that lists show and sort by.
     virtual QString GetDisplayName() const;
+    /// Picture key; see PictureKeys.h.
     virtual QString GetIconKey() const;
+    /// Picture key of a person as the owner of a stream.
     virtual QString GetIconKeyAsAccPerson() const;
+    /// The form of a version.
     virtual std::shared_ptr<VkTemplType> TemplateType() const;
+    /// A form's code, КНД.
     virtual QString KND() const;
+    /// Short name of a form.
     virtual QString ShortName() const;
+    /// Name of a stream.
     virtual QString DisplayName() const;
+    /// Codes of a stream's controlling offices.
     virtual QString GetOfficeCodeForDisplay() const;
+    /// КПП, the code of the reason of registration: nine digits, or empty.
     virtual QString Kpp() const;
+    /// ИНН, the taxpayer number: ten or twelve digits.
     virtual QString Inn() const;
+    /// The taxpayer who owns a stream.
     virtual std::shared_ptr<VkPerson> Person() const;
+    /// The organisation of a branch.
     virtual std::shared_ptr<VkPerson> GetParentOrganization() const;
     /// A date or empty.
     virtual LooseValue BegDate() const;
@@ -58,6 +70,7 @@ public:
     LooseValue EndDate() const override = 0;
     /// The form of which this is a version.
     std::shared_ptr<VkTemplType> TemplateType() const override = 0;
+    /// The name that lists show and sort by.
     QString GetDisplayName() const override = 0;
     /// Picture key, or an empty text for no picture.
     QString GetIconKey() const override = 0;
@@ -69,9 +82,11 @@ public:
     ~VkTemplType() override;
     /// The form's code, КНД.
     QString KND() const override = 0;
+    /// The name that lists show and sort by.
     QString ShortName() const override = 0;
     /// True leaves the form out of the template browser, and only there.
     virtual bool IsExcludedFromSearch() const = 0;
+    /// Picture key, or an empty text for no picture.
     QString GetIconKey() const override = 0;
 };
 
@@ -81,8 +96,11 @@ public:
     ~VkAccStream() override;
     /// The taxpayer who owns the stream.
     std::shared_ptr<VkPerson> Person() const override = 0;
+    /// The name that lists show and sort by.
     QString DisplayName() const override = 0;
+    /// КПП, the code of the reason of registration; may be empty.
     QString Kpp() const override = 0;
+    /// Picture key, or an empty text for no picture.
     QString GetIconKey() const override = 0;
     /// Code or codes of the controlling offices, as the user sees them.
     QString GetOfficeCodeForDisplay() const override = 0;
@@ -93,7 +111,9 @@ public:
 class VK_DOCQUERY_EXPORT VkPerson : public Record {
 public:
     ~VkPerson() override;
+    /// ИНН, the taxpayer number.
     QString Inn() const override = 0;
+    /// КПП, the code of the reason of registration; may be empty.
     QString Kpp() const override = 0;
     /// The person is a separate branch and has a parent organisation.
     virtual bool IsBranch() const = 0;
@@ -101,6 +121,7 @@ public:
     virtual bool IsOrganization() const = 0;
     /// Never null: a person without a parent answers with a person whose ID is 0.
     std::shared_ptr<VkPerson> GetParentOrganization() const override = 0;
+    /// The name that lists show and sort by.
     QString GetDisplayName() const override = 0;
     /// The form of the name that stands in the column of the parent organisation.
     virtual QString GetDisplayNameAsAccPerson() const = 0;

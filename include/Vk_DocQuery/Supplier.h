@@ -13,12 +13,21 @@ namespace Vk_DocQuery {
 
 /// What a supplier tells of a taxpayer.
 struct PersonFacts {
-    enum Kinds { Organization, Branch, PrivatePerson };
+    /// What a taxpayer can be.
+    enum Kinds {
+        Organization,   ///< an organisation
+        Branch,         ///< a separate branch of an organisation; needs a ParentID
+        PrivatePerson,  ///< a private person
+    };
 
     double ID = 0;  ///< a whole number from 1 to 2147483647, which is what a query file brings back
+    /// What it is.
     Kinds Kind = Organization;
+    /// ИНН, the taxpayer number.
     QString Inn;
+    /// КПП, the code of the reason of registration; may be empty.
     QString Kpp;
+    /// The name that lists show and sort by.
     QString Name;
     QString OwnerName;           ///< in the column of the head organisation; empty: as Name
     double ParentID = 0;         ///< of a branch: the organisation that it belongs to
@@ -29,11 +38,16 @@ struct PersonFacts {
 
 /// What a supplier tells of an accounting stream.
 struct StreamFacts {
+    /// A whole number from 1 to 2147483647.
     double ID = 0;
     double PersonID = 0;  ///< of the taxpayer who owns it
+    /// The name that lists show and sort by.
     QString Name;
+    /// КПП, the code of the reason of registration; may be empty.
     QString Kpp;
+    /// Codes of the controlling offices, as they are shown.
     QString OfficeCodes;
+    /// See PictureKeys.h; empty: no picture.
     QString IconKey = QStringLiteral("acc_stream");
 };
 
@@ -41,34 +55,51 @@ struct StreamFacts {
 struct FormFacts {
     /// A reporting period in which the form exists.
     struct Period {
+        /// Of four digits, such as 2024.
         qint32 Year;
         qint32 Code;  ///< as VkRecFactory::GetPeriodName has it
     };
     /// Who hands the form in.
     struct Category {
+        /// Kind of taxpayer, 1 to 9 without 7; docs/office-database.md names them.
         qint32 Taxpayers;
+        /// Kind of stream, 1 to 9; docs/office-database.md names them.
         qint32 StreamType;
+        /// Head organisations hand it in.
         bool IsForMain;
+        /// Branches hand it in.
         bool IsForBranches;
     };
 
+    /// A whole number from 1 to 2147483647.
     double ID = 0;
+    /// The form's code, КНД; may be empty.
     QString Knd;
+    /// The name that lists show and sort by.
     QString ShortName;
+    /// Left out of the browser of report forms, and of nothing else.
     bool IsExcludedFromSearch = false;
+    /// See PictureKeys.h; empty: no picture.
     QString IconKey = QStringLiteral("doc_blank");
     QStringList FullNames;  ///< the one that counts today first
+    /// Where it exists, in any order.
     std::vector<Period> Periods;
+    /// Who hands it in, in any order.
     std::vector<Category> Categories;
 };
 
 /// What a supplier tells of a version of a report form.
 struct VersionFacts {
+    /// A whole number from 1 to 2147483647.
     double ID = 0;
+    /// ID of its form.
     double FormID = 0;
     QDate FirstDay;  ///< invalid: open
+    /// Of validity; invalid: open.
     QDate LastDay;
+    /// The name that lists show and sort by.
     QString Name;
+    /// See PictureKeys.h; empty: no picture.
     QString IconKey = QStringLiteral("doc_blank");
 };
 
@@ -85,8 +116,11 @@ public:
     virtual ~Supplier();
     Q_DISABLE_COPY_MOVE(Supplier)
 
+    /// All taxpayers.
     virtual std::vector<PersonFacts> Persons();
+    /// All accounting streams.
     virtual std::vector<StreamFacts> Streams();
+    /// All report forms.
     virtual std::vector<FormFacts> Forms();
     /// Forms without a version are not offered.
     virtual std::vector<VersionFacts> Versions();
