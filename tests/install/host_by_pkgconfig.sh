@@ -1,7 +1,7 @@
-# host_by_pkgconfig.sh COMPILER LIBDIR SOURCES WORK README: builds the hosts by pkg-config and runs them;
-# compiles the program that the README shows.
+# host_by_pkgconfig.sh COMPILER LIBDIR SOURCES WORK README GUIDE: builds the hosts by pkg-config and runs them;
+# compiles the program that the README shows, and runs the short one of the guide for suppliers.
 set -euo pipefail
-compiler=$1 libdir=$2 sources=$3 work=$4 readme=$5
+compiler=$1 libdir=$2 sources=$3 work=$4 readme=$5 guide=$6
 rm -rf "$work"
 mkdir -p "$work"
 
@@ -18,14 +18,13 @@ build_and_run() {
 build_and_run own_records Vk_DocQuery
 build_and_run sql_records Vk_Records
 
-# snippet NUMBER NAME: the README's program of that number, alone in a source.
-snippet() {
-    awk -v wanted="$1" '/^```cpp$/ {++number; inside = 1; next} /^```$/ {inside = 0}
-        inside && number == wanted' "$readme" >"$work/$2.cpp"
-    grep -q 'int main()' "$work/$2.cpp"
+# program BLOCK PAGE NAME: the page's block that begins so, alone in a source.
+program() {
+    awk -v begin="\`\`\`$1" '$0 == begin {inside = 1; next} /^```$/ {inside = 0} inside' "$2" >"$work/$3.cpp"
+    grep -q 'int main()' "$work/$3.cpp"
 }
-snippet 1 readme
-snippet 2 supplier
+program cpp "$readme" readme
+program 'cpp alone' "$guide" supplier
 [ "$(grep -c -v '^$' "$work/supplier.cpp")" -le 30 ]
 # shellcheck disable=SC2046
 "$compiler" -std=c++20 -fPIC -Wall -Wextra -Werror "$work/readme.cpp" -o "$work/readme" \
