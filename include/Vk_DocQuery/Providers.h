@@ -9,7 +9,8 @@
 
 namespace Vk_DocQuery {
 
-/// A tabular result, read forwards by field name.
+/// A tabular result, read forwards by field name, on the thread that asked for it. It belongs to
+/// whoever asked.
 class VK_DOCQUERY_EXPORT Recordset : public Object {
 public:
     ~Recordset() override;
@@ -24,6 +25,10 @@ public:
 };
 
 /// Report forms. Class name "Vk_DBProvider.BlankQueries".
+///
+/// An object of this and of the two classes below is made once for each thread that asks, is asked
+/// on that thread, and lives to its end. What it hands out belongs to whoever asked; null is a
+/// defect of the supplier. What it raises goes up to whoever asked, and a window shows it.
 class VK_DOCQUERY_EXPORT BlankQueries : public Object {
 public:
     ~BlankQueries() override;
