@@ -1,18 +1,34 @@
-# What an embedding program gets: the libraries, their headers, a CMake package and pkg-config files.
+# What is installed. Component Runtime is all that runs: the libraries, the programs and what makes them part
+# of a desktop. Component Development is what an embedding program is built with: headers, the links to the
+# libraries, a CMake package and pkg-config files.
 include(CMakePackageConfigHelpers)
 
 set(vk_cmake_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Vk_DocQuery")
 set(vk_libraries Vk_DocQuery Vk_Records)
 
+# The first fills a new database, so whoever installs the libraries needs it.
+set(vk_programs vk_make_office)
+if(VK_BUILD_PROGRAM)
+  list(APPEND vk_programs vk_docquery_host)
+endif()
+
+# A host that asks for the records alone, by its linker or at run time, gets the other library too.
+if(VK_RELATIVE_RPATH)
+  file(RELATIVE_PATH vk_bin_to_lib "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
+  set_target_properties(${vk_programs} PROPERTIES INSTALL_RPATH "$ORIGIN/${vk_bin_to_lib}")
+  set_target_properties(Vk_Records PROPERTIES INSTALL_RPATH "$ORIGIN")
+endif()
 install(TARGETS ${vk_libraries} EXPORT Vk_DocQueryTargets
-  LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" NAMELINK_COMPONENT Development
+  LIBRARY
+    DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+    COMPONENT Runtime
+    NAMELINK_COMPONENT Development
   INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
-# It fills a new database, so whoever installs the libraries needs it.
-set_target_properties(vk_make_office PROPERTIES
-  INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
-install(TARGETS vk_make_office RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+install(TARGETS ${vk_programs} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT Runtime)
 foreach(page IN ITEMS criteria file-format guide-hosts guide-suppliers office-database)
-  install(FILES "${PROJECT_SOURCE_DIR}/docs/${page}.md" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+  install(FILES "${PROJECT_SOURCE_DIR}/docs/${page}.md"
+    DESTINATION "${CMAKE_INSTALL_DOCDIR}"
+    COMPONENT Runtime)
 endforeach()
 install(EXPORT Vk_DocQueryTargets
   NAMESPACE Vk_DocQuery::

@@ -1,5 +1,5 @@
 // An example of a program that embeds the library, over a sample office.
-//   vk_docquery_host [--dark | --colours NAME] [DATABASE]     such as sqlite:/home/me/office.db
+//   norvik [--dark | --colours NAME] [DATABASE]     such as sqlite:/home/me/office.db
 #include <QApplication>
 #include <QDir>
 #include <QStandardPaths>
@@ -38,7 +38,7 @@ int main(int aCount, char **aArguments) {
     QStringList arguments = QApplication::arguments().mid(1);
     if (!TakeOptions(arguments)) {
         qCritical(
-            "usage: vk_docquery_host [--dark | --colours NAME] [DATABASE]\n"
+            "usage: norvik [--dark | --colours NAME] [DATABASE]\n"
             "NAME is dark, black-on-white, white-on-black or yellow-on-black");
         return 2;
     }
