@@ -6,7 +6,7 @@
 packages_build="g++ make cmake ninja-build pkg-config qt6-base-dev qt6-svg-dev libxml2-dev libsqlite3-dev libxcb1-dev libwayland-dev"
 packages_run="libqt6sql6-sqlite libqt6svg6 qt6-translations-l10n fonts-liberation"
 packages_tour="xvfb openbox xdotool maim x11-utils x11-xkb-utils"
-packages_test="libqt6sql6-sqlite libqt6sql6-psql libqt6svg6 qt6-translations-l10n fonts-liberation fonts-dejavu-core postgresql-15 xvfb openbox xdotool x11-xkb-utils x11-xserver-utils weston qt6-wayland xauth dbus at-spi2-core python3-pyatspi doxygen"
+packages_test="libqt6sql6-sqlite libqt6sql6-psql libqt6svg6 qt6-translations-l10n fonts-liberation fonts-dejavu-core postgresql-15 xvfb openbox xdotool x11-xkb-utils x11-utils x11-xserver-utils weston qt6-wayland xauth dbus at-spi2-core python3-pyatspi appstream desktop-file-utils libglib2.0-bin libxml2-utils man-db mandoc shared-mime-info bsdextrautils doxygen"
 packages_bench="libqt6sql6-psql postgresql-15"
 packages_clang="clang-14 clang-tidy-14 clang-format-14 git"
 
