@@ -1,22 +1,20 @@
-# Standard, warnings, hardening and sanitizers of every target of the project stand here once. That warnings are
-# errors is said by the presets, so that a newer compiler can build what an older one was content with.
+# Standard, warnings, hardening and sanitizers of every target of the project stand here once.
+# The presets switch both on. Whoever packages the project has flags and compilers of his own.
+option(VK_WARNINGS_AS_ERRORS "Stop at a warning" OFF)
+option(VK_FORTIFY "Define _FORTIFY_SOURCE in optimised builds" OFF)
 add_library(vk_project_options INTERFACE)
 target_compile_features(vk_project_options INTERFACE cxx_std_20)
 target_compile_options(vk_project_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
   -Wold-style-cast -Woverloaded-virtual -Wcast-align -Wformat=2
-  -Wimplicit-fallthrough -Wunused
+  -Wimplicit-fallthrough -Wunused $<$<BOOL:${VK_WARNINGS_AS_ERRORS}>:-Werror>
   -fstack-protector-strong
   $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond;-Wduplicated-branches;-Wlogical-op;-fstack-clash-protection>)
 target_compile_definitions(vk_project_options INTERFACE
   _GLIBCXX_ASSERTIONS
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
   QT_DISABLE_DEPRECATED_BEFORE=0x060400
-)
-# Who builds for a distribution has flags of his own for this.
-if(NOT CMAKE_CXX_FLAGS MATCHES "_FORTIFY_SOURCE")
-  target_compile_definitions(vk_project_options INTERFACE $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2>)
-endif()
+  $<$<AND:$<BOOL:${VK_FORTIFY}>,$<NOT:$<CONFIG:Debug>>>:_FORTIFY_SOURCE=2>)
 target_link_options(vk_project_options INTERFACE
   -Wl,-z,relro,-z,now -Wl,--as-needed -Wl,--no-undefined)
 
