@@ -91,7 +91,7 @@ Takeover ClassRegistry::Register(const QString &aClass, Factory aFactory) {
     const std::lock_guard lock(classes.theLock);
     const bool wasThere = classes.theFactories.contains(name) || OwnFactory(aClass);
     classes.ForgetLast();
-    classes.theFactories.insert(name, std::move(aFactory));
+    classes.theFactories[name] = std::move(aFactory);
     if (classes.theUsed.contains(name)) return Takeover::FromUsed;
     return wasThere ? Takeover::Unused : Takeover::None;
 }

@@ -53,7 +53,7 @@ Failure FailureToTreat(qint32 aFlags) {
 QString DescriptionWithEntry(const QString &aModule, const QString &aProc, const QString &aDetail,
                              const Failure &aFailure) {
     const QString entry = Entry(aModule, aProc, aDetail, aFailure);
-    const QString description = aFailure.Description();
+    const QString &description = aFailure.Description();
     const bool begins = description.startsWith(u'\r') || description.startsWith(u'\n');
     return begins ? entry + description : entry + theLineEnd + description;
 }
