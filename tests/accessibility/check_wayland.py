@@ -23,10 +23,12 @@ def add_taxpayers(dialog):
     picker = window(PICKER)
     offer = one(picker, "table", "Объекты, которые можно добавить")
     write(one(picker, "text", "Фильтр:"), "вет")
-    until("the filtered offer", lambda: all("вет" in row.name.lower() for row in rows_of(offer)))
+    until("the filtered offer",
+          lambda: rows_of(offer) and all("вет" in row.name.lower() for row in rows_of(offer)))
     press(picker, "push button", "Пометить всё")
-    chosen = until("the marks", lambda: [row for row in rows_of(offer) if is_checked(row)])
-    count = len(chosen)
+    # Rows are asked one by one; those asked before the button has worked are unmarked still.
+    until("the marks", lambda: rows_of(offer) and all(is_checked(row) for row in rows_of(offer)))
+    count = len(rows_of(offer))
     press(picker, "push button", "OK")
     gone(PICKER)
     until("the new taxpayers", lambda: len(rows_of(listed)) == before + count)
