@@ -9,6 +9,8 @@
 
 #include "lists/ListRow.h"
 
+class QIcon;
+
 namespace Vk_DocQuery {
 
 class ImageList;
