@@ -86,4 +86,11 @@ inline std::shared_ptr<RecordCollection> Records(
     return collection;
 }
 
+/// The identities of the records, in their order.
+inline QString Ids(const RecordCollection &aRecords) {
+    QStringList ids;
+    for (const auto &record : aRecords) ids << GeneralNumberText(record->ID());
+    return ids.join(u' ');
+}
+
 }  // namespace VkTests
