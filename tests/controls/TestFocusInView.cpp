@@ -142,6 +142,16 @@ private slots:
     }
 
     /// After a key it is the row that the key has reached, and the page stays where it is across.
+    /// The row is looked for in height alone: across, the list stays where it was brought.
+    void KeysInAListFurtherRight() {
+        const Page page;
+        page.List->setGeometry(300, 200, 250, 700);
+        page.List->setFocus(Qt::TabFocusReason);
+        QTest::keyClick(page.List, Qt::Key_End);
+        QTRY_VERIFY(page.ShowsRow(19));
+        QVERIFY(page.Window.horizontalScrollBar()->value() > 100);
+    }
+
     void KeysInAListThatIsTooHigh() {
         const Page page;
         page.List->SetSelectedItem(page.List->Row(0));
